@@ -1,0 +1,24 @@
+# Language, warnings, visibility and sanitizers: what holds for every target of the project.
+
+# Loki's policies and typelists need C++17 or older.
+set(CMAKE_CXX_STANDARD 17)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+
+# Programs find the shared libraries beside them, in the build tree as in an install tree.
+set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
+set(SHEETVANE_BIN_DIR "${PROJECT_BINARY_DIR}/bin")
+
+add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
+add_link_options(LINKER:--as-needed)
+
+if(SHEETVANE_SANITIZE)
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer -O1)
+  add_link_options(-fsanitize=address,undefined)
+endif()
+if(SHEETVANE_LIBFUZZER)
+  add_compile_options(-fsanitize=fuzzer-no-link)
+endif()

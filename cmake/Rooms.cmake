@@ -1,0 +1,39 @@
+# A room is a folder whose sources only some others may include. Each room gets a target that carries its include
+# folder, so that a source sees the headers of the rooms its target is linked to and no others.
+#
+# The include folder is a folder of links in the build tree: rooms/<room>/<room> points at the room, so that
+# `#include "rasteroutput/Processor.h"` resolves for a target linked to `rasteroutput` and fails for all others.
+
+# sheetvane_room(<name> SOURCES <file>... [MAY_USE <target>...] [KEEPS <target>...])
+# An object library for the room in the current folder. MAY_USE targets are visible in its headers too, KEEPS targets
+# in its sources alone.
+function(sheetvane_room name)
+  cmake_parse_arguments(PARSE_ARGV 1 room "" "" "SOURCES;MAY_USE;KEEPS")
+  set(root "${PROJECT_BINARY_DIR}/rooms/${name}")
+  file(MAKE_DIRECTORY "${root}")
+  file(CREATE_LINK "${CMAKE_CURRENT_SOURCE_DIR}" "${root}/${name}" SYMBOLIC)
+  add_library(${name} OBJECT ${room_SOURCES})
+  target_include_directories(${name} PUBLIC "${root}")
+  target_link_libraries(${name} PUBLIC ${room_MAY_USE} PRIVATE ${room_KEEPS})
+endfunction()
+
+# sheetvane_interface(<name> <header>)
+# The declarations of one closed library, interfaces/<header>, as the target <name>_interface.
+function(sheetvane_interface name header)
+  set(root "${PROJECT_BINARY_DIR}/rooms/interfaces/${name}")
+  file(MAKE_DIRECTORY "${root}")
+  file(CREATE_LINK "${PROJECT_SOURCE_DIR}/interfaces/${header}" "${root}/${header}" SYMBOLIC)
+  add_library(${name}_interface INTERFACE)
+  target_include_directories(${name}_interface INTERFACE "${root}")
+endfunction()
+
+# sheetvane_tests(<room> SOURCES <file>... USES <target>...)
+# The tests of a room, as the program <room>_tests. USES names every object library that the program is linked of.
+function(sheetvane_tests room)
+  cmake_parse_arguments(PARSE_ARGV 1 tests "" "" "SOURCES;USES")
+  add_executable(${room}_tests ${tests_SOURCES})
+  target_include_directories(${room}_tests PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}")
+  target_link_libraries(${room}_tests PRIVATE ${tests_USES} GTest::gmock_main)
+  gtest_discover_tests(${room}_tests TEST_PREFIX "${room}." DISCOVERY_MODE PRE_TEST
+    PROPERTIES TIMEOUT 300)
+endfunction()
