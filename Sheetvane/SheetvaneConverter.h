@@ -1,0 +1,112 @@
+// The library's one class for hosts: it collects a job, sheet by sheet, and writes it as one CIP3 PPF file.
+#pragma once
+
+#include <Sheetvane/Export.h>
+#include <Sheetvane/KX_ECIP3Exception.h>
+#include <kxtypes.h>
+
+#include <cstdint>
+#include <memory>
+
+namespace Sheetvane
+{
+    class ConverterImpl;
+
+    /// A job and its conversion. Order of calls:
+    ///     (AddSheet | SetRequiredParameters | SetOptionalParameters | SetCompression | SetEncoding)* CreateCIP3File
+    /// any number of times, where parameters are given to sheets that have been added, and every sheet needs its
+    /// required parameters before CreateCIP3File.
+    ///
+    /// Host objects are read during the call and never kept. Failures are KX_ECIP3Exceptions with the texts given below,
+    /// unless said otherwise; a failed operation takes back nothing that it has done. A converter and everything it is
+    /// given belong to one thread at a time, and one converter can exist in a process at a time: constructing and
+    /// destroying included, no two threads may be inside the library.
+    class SHEETVANE_API SheetvaneConverter
+    {
+    public:
+        /// Compression of the preview data.
+        enum CIP3Compression : std::int32_t
+        {
+            CIP3CompressionNone = 0,
+            CIP3CompressionRunLength = 1 ///< the default
+        };
+
+        /// Encoding of the preview data.
+        enum CIP3Encoding : std::int32_t
+        {
+            CIP3EncodingBinary = 0,
+            CIP3EncodingASCIIHex = 1,
+            CIP3EncodingASCII85 = 2 ///< the default
+        };
+
+        /// An empty job. Throws RasterOutput::Exception with "CIP3Painter painter identifier already registered" while
+        /// another converter exists, and std::bad_alloc.
+        SheetvaneConverter();
+        ~SheetvaneConverter();
+        SheetvaneConverter(const SheetvaneConverter&) = delete;
+        SheetvaneConverter& operator=(const SheetvaneConverter&) = delete;
+
+        /// Appends a sheet: per surface the names of its separations (KX_TString) and the locations of their TIFF files
+        /// (KX_TURL), the n-th name for the n-th file. A side that the sheet does not have is two empty arrays. No file
+        /// is opened here. Names and paths are taken up to their first zero byte and go into the output as they are:
+        /// PostScript syntax in a name is the host's affair.
+        ///
+        /// "Could not convert input data": an element is of another class, or a location has no local name.
+        /// "No input files specified": neither side has a file.
+        /// "Separation names do not match file paths": a side has not as many names as files.
+        /// After any of these the sheet stays in the job, as far as it was filled. Throws std::bad_alloc, and then no
+        /// sheet is added, if the job cannot grow.
+        void AddSheet(
+            const KX_TArray& frontSeparationNames, const KX_TArray& frontFiles, const KX_TArray& backSeparationNames,
+            const KX_TArray& backFiles);
+
+        /// Names the sheet at `sheetIndex` (from 0): the strings under "CIP3AdmJobName", which may not be empty when the
+        /// file is written, and "CIP3AdmSheetName", which may be empty in a job of one sheet and has 214 bytes at most.
+        /// Other keys are ignored. Replaces the names of an earlier call.
+        ///
+        /// "Sheet index out of bounds": no such sheet; nothing has changed.
+        /// "Problems reading required input parameters": a value is no string. The names are empty, or what was read.
+        void SetRequiredParameters(unsigned int sheetIndex, const KX_TDict& parameters);
+
+        /// Further entries of the section of the sheet at `sheetIndex` (from 0), written as `/key value def` in the
+        /// order of their keys. A KX_TString is PostScript text and is written unchanged, a number in decimal, floats
+        /// with six digits behind the point. A KX_TDict of a number "value" and a string "units" is written as both with
+        /// a blank between. Any other value is written as an empty text. The entry "CIP3AdmPSExtent" stands in place of
+        /// the computed extent of the sheet. Replaces the entries of an earlier call.
+        ///
+        /// "Sheet index out of bounds": no such sheet; nothing has changed.
+        /// "Problems reading optional input parameters": a "units" entry is no string. The entries before it are set.
+        void SetOptionalParameters(unsigned int sheetIndex, const KX_TDict& parameters);
+
+        /// Number of sheets, those whose AddSheet failed included. Never throws.
+        unsigned int GetNumSheets() const;
+
+        /// How the previews of the whole job are written; what is in force when CreateCIP3File runs counts. A value
+        /// outside the enumeration stands for its last one. Never throws.
+        void SetCompression(CIP3Compression compression);
+        void SetEncoding(CIP3Encoding encoding);
+
+        /// Writes the job to the file at `location`, whose local name is taken as UTF-8 and has to have a folder part.
+        /// Missing folders are created, an existing file is replaced. Returns when the file is complete. Can be called
+        /// again, for the same or another location: the same job gives the same bytes.
+        ///
+        /// "Error creating folder for CIP3 file".
+        /// "Could not open CIP3 file": no such file can be written there.
+        /// "Invalid sheet parameters": an empty sheet name in a job of several sheets, one that is too long, or a sheet
+        /// whose first TIFF gives it no extent above 0.
+        /// "Problem converting TIFF files to CIP3": an empty job name, a sheet without a file, a TIFF that cannot be
+        /// read, exhausted memory, or whatever else went wrong.
+        /// What the location or the file system throw before that, for a path that cannot be looked up, comes unchanged:
+        /// KX_EException or boost::filesystem::filesystem_error.
+        /// After the first two an older file of that name is untouched; after the others the file is there and empty.
+        /// The job is as before in each case, and folders that were created stay.
+        void CreateCIP3File(const KX_TURL& location);
+
+    private:
+        std::unique_ptr<ConverterImpl> m_impl;
+    };
+}
+
+/// Prepares the library and those it stands on; the constructor does it too. True on success. Once true, further calls
+/// do nothing. Never throws.
+extern "C" SHEETVANE_API bool __KX_INITIALIZATION_FUNCTION_Sheetvane__();
