@@ -2,12 +2,12 @@
 // file are read by the accessors of KX_EException.
 #pragma once
 
-#include <Sheetvane/Export.h>
 #include <kxtypes.h>
+#include <rasteroutput/Export.h>
 
 /// A failure of the converter. Can be caught as itself, KX_EException, KX_TObject, KX_IInterface, KX_IThrowable,
 /// KX_IPackable and KX_IPrintable; not as std::exception.
-class SHEETVANE_API KX_ECIP3Exception : public KX_EException
+class SHEETVANE_EXPORT KX_ECIP3Exception : public KX_EException
 {
 public:
     KX_ECIP3Exception();

@@ -1,9 +1,9 @@
 // The library's one class for hosts: it collects a job, sheet by sheet, and writes it as one CIP3 PPF file.
 #pragma once
 
-#include <Sheetvane/Export.h>
 #include <Sheetvane/KX_ECIP3Exception.h>
 #include <kxtypes.h>
+#include <rasteroutput/Export.h>
 
 #include <cstdint>
 #include <memory>
@@ -21,7 +21,7 @@ namespace Sheetvane
     /// unless said otherwise; a failed operation takes back nothing that it has done. A converter and everything it is
     /// given belong to one thread at a time, and one converter can exist in a process at a time: constructing and
     /// destroying included, no two threads may be inside the library.
-    class SHEETVANE_API SheetvaneConverter
+    class SHEETVANE_EXPORT SheetvaneConverter
     {
     public:
         /// Compression of the preview data.
@@ -109,4 +109,4 @@ namespace Sheetvane
 
 /// Prepares the library and those it stands on; the constructor does it too. True on success. Once true, further calls
 /// do nothing. Never throws.
-extern "C" SHEETVANE_API bool __KX_INITIALIZATION_FUNCTION_Sheetvane__();
+extern "C" SHEETVANE_EXPORT bool __KX_INITIALIZATION_FUNCTION_Sheetvane__();

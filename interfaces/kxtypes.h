@@ -233,6 +233,9 @@ class KX_EXPORT KX_TDouble : public KX_TObject
 {
 public:
     explicit KX_TDouble(double value = 0);
+    KX_TDouble(const KX_TDouble&);
+    KX_TDouble& operator=(const KX_TDouble&);
+    ~KX_TDouble() override;
     double Value() const;
 
     static const char* KX_ClassName();
@@ -249,6 +252,9 @@ class KX_EXPORT KX_TFloat : public KX_TObject
 {
 public:
     explicit KX_TFloat(float value = 0);
+    KX_TFloat(const KX_TFloat&);
+    KX_TFloat& operator=(const KX_TFloat&);
+    ~KX_TFloat() override;
     float Value() const;
 
     static const char* KX_ClassName();
@@ -265,6 +271,9 @@ class KX_EXPORT KX_TInt32 : public KX_TObject
 {
 public:
     explicit KX_TInt32(std::int32_t value = 0);
+    KX_TInt32(const KX_TInt32&);
+    KX_TInt32& operator=(const KX_TInt32&);
+    ~KX_TInt32() override;
     std::int32_t Value() const;
 
     static const char* KX_ClassName();
@@ -281,6 +290,9 @@ class KX_EXPORT KX_TUInt32 : public KX_TObject
 {
 public:
     explicit KX_TUInt32(std::uint32_t value = 0);
+    KX_TUInt32(const KX_TUInt32&);
+    KX_TUInt32& operator=(const KX_TUInt32&);
+    ~KX_TUInt32() override;
     std::uint32_t Value() const;
 
     static const char* KX_ClassName();
@@ -297,6 +309,9 @@ class KX_EXPORT KX_TBool : public KX_TObject
 {
 public:
     explicit KX_TBool(bool value = false);
+    KX_TBool(const KX_TBool&);
+    KX_TBool& operator=(const KX_TBool&);
+    ~KX_TBool() override;
     bool Value() const;
 
     static const char* KX_ClassName();
@@ -447,12 +462,12 @@ public:
     std::unique_ptr<KX_TConstIterator> KX_NewWalk() const override;
 
 private:
-    struct ByteOrder
+    struct Entry
     {
-        KX_EXPORT bool operator()(const KX_TString& left, const KX_TString& right) const;
+        KX_TString key;
+        KX_TAny value;
     };
-    using Entries = std::map<KX_TString, KX_TAny, ByteOrder>;
-    class Walk;
+    using Entries = std::map<std::string, Entry>; // by the bytes of the key
 
     Entries m_entries;
 };

@@ -1,0 +1,11 @@
+#include "Failure.h"
+
+#include <kxtypes.h>
+
+namespace kxtypes
+{
+    void ThrowFailure(const std::string& message, std::uint32_t line, const char* file)
+    {
+        throw KX_EException(KX_EException(KX_TString(message.c_str())).__PREPARE_FOR_THROW__(line, file));
+    }
+}

@@ -1,0 +1,42 @@
+// The number classes and the boolean. A cast of one by its own name gives the address of the plain number, which lies
+// behind the object's head; that is how readers get at it without a call.
+#include "ClassRecord.h"
+
+#include <kxtypes.h>
+
+#define KX_DEFINE_NUMBER_CLASS(Class, Number)                                                                          \
+    Class::Class(Number value)                                                                                         \
+        : m_value(value)                                                                                               \
+    {                                                                                                                  \
+    }                                                                                                                  \
+    Class::Class(const Class&) = default;                                                                              \
+    Class& Class::operator=(const Class&) = default;                                                                   \
+    Class::~Class() = default;                                                                                         \
+    Number Class::Value() const                                                                                        \
+    {                                                                                                                  \
+        return m_value;                                                                                                \
+    }                                                                                                                  \
+    const char* Class::KX_ClassName()                                                                                  \
+    {                                                                                                                  \
+        return #Class;                                                                                                 \
+    }                                                                                                                  \
+    const KX_TClass* Class::KX_ClassObject()                                                                           \
+    {                                                                                                                  \
+        return kxtypes::ClassObjectOf<Class>(KX_TObject::KX_ClassObject());                                            \
+    }                                                                                                                  \
+    void* Class::KX_Self()                                                                                             \
+    {                                                                                                                  \
+        return this;                                                                                                   \
+    }                                                                                                                  \
+    const void* Class::KX_DynamicInfo(const char* typeName) const                                                      \
+    {                                                                                                                  \
+        if (const void* const own = kxtypes::OwnDynamicInfo<Class>(typeName, &m_value))                                \
+            return own;                                                                                                \
+        return KX_TObject::KX_DynamicInfo(typeName);                                                                   \
+    }
+
+KX_DEFINE_NUMBER_CLASS(KX_TDouble, double)
+KX_DEFINE_NUMBER_CLASS(KX_TFloat, float)
+KX_DEFINE_NUMBER_CLASS(KX_TInt32, std::int32_t)
+KX_DEFINE_NUMBER_CLASS(KX_TUInt32, std::uint32_t)
+KX_DEFINE_NUMBER_CLASS(KX_TBool, bool)

@@ -1,0 +1,50 @@
+#include "ClassRecord.h"
+#include "Failure.h"
+
+#include <kxtypes.h>
+
+KX_TArray::KX_TArray() = default;
+KX_TArray::KX_TArray(const KX_TArray&) = default;
+KX_TArray& KX_TArray::operator=(const KX_TArray&) = default;
+KX_TArray::~KX_TArray() = default;
+
+std::uint32_t KX_TArray::Count() const
+{
+    return static_cast<std::uint32_t>(m_elements.size());
+}
+
+const KX_TAny& KX_TArray::At(std::uint32_t index) const
+{
+    if (index >= m_elements.size())
+        kxtypes::ThrowFailure(
+            "No element " + std::to_string(index) + " in an array of " + std::to_string(m_elements.size()), __LINE__,
+            __FILE__);
+    return m_elements[index];
+}
+
+void KX_TArray::Append(const KX_TAny& value)
+{
+    m_elements.push_back(value);
+}
+
+const char* KX_TArray::KX_ClassName()
+{
+    return "KX_TArray";
+}
+
+const KX_TClass* KX_TArray::KX_ClassObject()
+{
+    return kxtypes::ClassObjectOf<KX_TArray>(KX_TObject::KX_ClassObject());
+}
+
+void* KX_TArray::KX_Self()
+{
+    return this;
+}
+
+const void* KX_TArray::KX_DynamicInfo(const char* typeName) const
+{
+    if (const void* const own = kxtypes::OwnDynamicInfo<KX_TArray>(typeName, this))
+        return own;
+    return KX_TObject::KX_DynamicInfo(typeName);
+}

@@ -1,0 +1,60 @@
+// The table of class objects. It is never destroyed: exceptions and values may still be queried while the process ends.
+#include <kxtypes.h>
+
+#include <memory>
+#include <mutex>
+#include <utility>
+
+namespace
+{
+    struct ClassTable
+    {
+        std::mutex guard;
+        std::map<std::string, std::unique_ptr<KX_TClass>> objects;
+    };
+
+    ClassTable& Table()
+    {
+        static auto* const table = new ClassTable;
+        return *table;
+    }
+}
+
+KX_TClass::KX_TClass(const char* className, std::uint32_t size, const KX_TClass* superclass, Factory factory)
+    : registered(0)
+    , name(nullptr)
+    , m_name(className)
+    , m_superclass(superclass)
+    , m_factory(factory)
+    , m_size(size)
+{
+    name = m_name.c_str();
+}
+
+KX_TClass::~KX_TClass() = default;
+
+KX_TClass* KX_TClass::GetClassObject(
+    bool, const char* name, std::uint32_t size, const KX_TClass* superclass, Factory factory, bool (*)())
+{
+    ClassTable& table = Table();
+    const std::lock_guard<std::mutex> lock(table.guard);
+    std::unique_ptr<KX_TClass>& object = table.objects[name];
+    if (object == nullptr)
+        object.reset(new KX_TClass(name, size, superclass, factory));
+    return object.get();
+}
+
+const KX_TClass* KX_TClass::Superclass() const
+{
+    return m_superclass;
+}
+
+std::uint32_t KX_TClass::Size() const
+{
+    return m_size;
+}
+
+KX_TObject* KX_TClass::New() const
+{
+    return m_factory != nullptr ? m_factory() : nullptr;
+}

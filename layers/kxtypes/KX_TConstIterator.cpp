@@ -1,0 +1,28 @@
+#include <kxtypes.h>
+
+KX_TConstIterator::KX_TConstIterator() = default;
+KX_TConstIterator::KX_TConstIterator(const KX_IIteratable& container)
+    : m_walk(container.KX_NewWalk())
+{
+}
+KX_TConstIterator::~KX_TConstIterator() = default;
+
+bool KX_TConstIterator::IsDone() const
+{
+    return m_walk->IsDone();
+}
+
+const KX_IPackable& KX_TConstIterator::Key() const
+{
+    return m_walk->Key();
+}
+
+const KX_TAny& KX_TConstIterator::Value() const
+{
+    return m_walk->Value();
+}
+
+void KX_TConstIterator::Next()
+{
+    m_walk->Next();
+}
