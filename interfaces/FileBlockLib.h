@@ -10,12 +10,14 @@
 struct FileBlockRecord;
 using FileBlock = FileBlockRecord*;
 
-/// A new block without a file. `access` describes the use to come ("STR,SEQ": a stream, read in sequence).
-/// Null if memory is exhausted. Never throws; nor do the operations below, unless they say so.
+/// A new block without a file. `access` describes the use to come ("STR,SEQ": a stream, read in sequence, for which the
+/// system is told to read ahead). Null if memory is exhausted. Never throws; nor do the operations below, unless they
+/// say so.
 FileBlock FileBlockAlloc(std::uint32_t flags, const char* access);
 
 /// Opens `name` (zero-terminated bytes) for reading. A name without an extension is looked for with
-/// `defaultExtension` behind it first, then as it stands. Only a regular file of at most 4294967295 bytes opens.
+/// `defaultExtension` behind it first, and as it stands if there is no such file. Only a regular file of at most
+/// 4294967295 bytes opens; a pipe or a device is refused without waiting for it.
 /// 0 on success, -1 on failure; a block that failed to open stays safe for every other operation.
 std::int32_t FileBlockOpen(FileBlock block, const char* name, const char* defaultExtension, std::uint32_t flags);
 
@@ -33,6 +35,10 @@ std::int32_t FileBlockClose(FileBlock block);
 
 /// Ends the block; closes its file if that is still open. Null is no failure. Always 0.
 std::int32_t FileBlockFree(FileBlock block);
+
+/// The name the block's file was opened under, with the default extension if that was taken; after a failure the name
+/// that was tried last. Throws std::bad_alloc.
+std::string FileBlockName(FileBlock block);
 
 /// Why the last operation on `block` failed, in words for a person ("No such file or directory"); empty if none
 /// failed. Throws std::bad_alloc.
