@@ -49,8 +49,11 @@ namespace RasterOutput
         friend class Listener;
         class Walk;
 
+        /// Throws Exception while a broadcast is running.
+        void RequireIdle() const;
         /// Strikes out `listener` on this side alone, even while a broadcast is running.
         void Forget(const Listener* listener) noexcept;
+        /// Detaches every listener at both ends, even while a broadcast is running.
         void DetachAll() noexcept;
 
         /// In the order of attachment. During a broadcast the place of a listener that died is kept, as null, so that

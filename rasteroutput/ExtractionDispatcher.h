@@ -10,14 +10,15 @@ namespace RasterOutput
     class Processor;
 
     /// Table of handlers, keyed by exact pairs of concrete types: a class derived from a registered one has no entry of
-    /// its own. One per process, not guarded against use by several threads at once.
+    /// its own. One per process, not guarded against use by several threads at once. Made on first use and destroyed with
+    /// the statics of the library; from then on there is nothing to remove, and adding throws std::logic_error.
     class ExtractionDispatcher
     {
     public:
         /// Moves the client's parameters from the extractor to the stage, which it may cast to the types of its entry.
         using Handler = void (*)(Processor& processor, ClientParameterExtractor& extractor);
 
-        /// The process's table, made on the first call.
+        /// The way to the process's table.
         static ExtractionDispatcher& Instance();
 
         ExtractionDispatcher(const ExtractionDispatcher&) = delete;
@@ -27,14 +28,17 @@ namespace RasterOutput
         template <class ConcreteProcessor, class ConcreteExtractor>
         void Add(Handler handler)
         {
-            table.Add<ConcreteProcessor, ConcreteExtractor>(handler);
+            LiveEntries().template Add<ConcreteProcessor, ConcreteExtractor>(handler);
         }
 
         /// Removes the entry for a pair of types, if there is one.
         template <class ConcreteProcessor, class ConcreteExtractor>
         void Remove()
         {
-            table.Remove<ConcreteProcessor, ConcreteExtractor>();
+            if (Table* const entries = Entries())
+            {
+                entries->template Remove<ConcreteProcessor, ConcreteExtractor>();
+            }
         }
 
         /// Calls the handler for the dynamic types of both arguments with these arguments. Throws std::runtime_error
@@ -42,8 +46,13 @@ namespace RasterOutput
         void Go(Processor& processor, ClientParameterExtractor& extractor);
 
     private:
-        ExtractionDispatcher() = default;
+        using Table = Loki::BasicDispatcher<Processor, ClientParameterExtractor, void, Handler>;
 
-        Loki::BasicDispatcher<Processor, ClientParameterExtractor, void, Handler> table;
+        constexpr ExtractionDispatcher() = default;
+
+        /// Null once the process has destroyed the table.
+        static Table* Entries();
+        /// Throws std::logic_error once the process has destroyed the table.
+        static Table& LiveEntries();
     };
 }

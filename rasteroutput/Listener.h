@@ -36,6 +36,9 @@ namespace RasterOutput
         void RemoveBroadcaster(Broadcaster* broadcaster) noexcept;
 
     private:
+        /// Takes the last broadcaster out of the list, and this listener out of that broadcaster's.
+        void LeaveLast() noexcept;
+
         /// Every broadcaster that has this listener in its list, in the order of joining.
         std::vector<Broadcaster*> broadcasters;
     };

@@ -1,0 +1,58 @@
+// Placing the current row, and moving on from it.
+#include "rasteroutput/ScanLineCursor.h"
+
+#include "rasteroutput/RowBytes.h"
+
+#include <cstddef>
+
+namespace RasterOutput
+{
+    ScanLineCursor::ScanLineCursor(
+        std::uint32_t componentsPerSample, std::uint32_t planar, std::uint32_t bitsPerComponent,
+        const std::vector<DataRef_Impl<DataRefTraits>>& sourcePlanes, std::uint32_t rowStrideInBytes,
+        std::uint32_t firstByteOffset, std::uint32_t width, std::uint32_t firstRowIndex)
+        : rowStride(rowStrideInBytes)
+        , rowIndex(firstRowIndex)
+    {
+        line.componentsPerSample = componentsPerSample;
+        line.bitsPerComponent = bitsPerComponent;
+        line.planar = planar;
+        line.width = static_cast<std::int32_t>(width);
+        if (sourcePlanes.empty())
+        {
+            return;
+        }
+        line.ResetPlanes();
+        // A plane may be longer than 4 GiB, so its offsets are not kept in 32 bits.
+        const std::size_t offset = std::size_t{rowStride} * rowIndex + firstByteOffset;
+        const std::uint32_t rowBytes = RowBytes(width, componentsPerSample, planar, bitsPerComponent);
+        for (std::uint32_t plane = 0; plane < line.size(); ++plane)
+        {
+            unsigned char* const rowBegin = sourcePlanes[plane].begin + offset;
+            line[plane].SetRange(rowBegin, rowBegin + rowBytes);
+        }
+    }
+
+    void ScanLineCursor::Step()
+    {
+        ++rowIndex;
+        for (auto& plane : line.planes)
+        {
+            plane.SetRange(plane.begin + rowStride, plane.end + rowStride);
+        }
+    }
+
+    void ScanLineCursor::Rebind(std::uint32_t newRowStride, std::uint32_t newRowIndex)
+    {
+        rowStride = newRowStride;
+        rowIndex = newRowIndex;
+        if (rowStride != 0)
+        {
+            line.ResetPlanes();
+            return;
+        }
+        line.planes.clear();
+        line.uniform = true;
+        line.uniformKnown = true;
+    }
+}

@@ -1,0 +1,80 @@
+// The way from a pair of concrete types to its handler.
+#include "rasteroutput/ExtractionDispatcher.h"
+
+#include "Stages.h"
+
+#include <gmock/gmock.h>
+
+#include <stdexcept>
+
+namespace RasterOutput
+{
+    namespace
+    {
+        struct OtherExtractor : ClientParameterExtractor
+        {
+        };
+
+        struct DerivedStage : BareStage
+        {
+        };
+
+        Processor* handledProcessor = nullptr;
+        int handledNumber = 0;
+
+        void TakeNumber(Processor& processor, ClientParameterExtractor& extractor)
+        {
+            handledProcessor = &processor;
+            handledNumber = dynamic_cast<NumberExtractor&>(extractor).number;
+        }
+
+        void TakeNothing(Processor&, ClientParameterExtractor&)
+        {
+            handledNumber = -1;
+        }
+
+        auto FindsNoHandler()
+        {
+            return testing::ThrowsMessage<std::runtime_error>("Function not found");
+        }
+    }
+
+    class ExtractionDispatcherTest : public testing::Test
+    {
+    protected:
+        ExtractionDispatcherTest() { extractor.number = 5; }
+
+        ExtractionDispatcher& dispatcher = ExtractionDispatcher::Instance();
+        HandlerScope<BareStage, NumberExtractor> registered{&TakeNumber};
+        BareStage stage;
+        NumberExtractor extractor;
+    };
+
+    TEST_F(ExtractionDispatcherTest, HandsBothArgumentsToTheHandlerOfTheirTypes)
+    {
+        dispatcher.Go(stage, extractor);
+        EXPECT_EQ(handledProcessor, &stage);
+        EXPECT_EQ(handledNumber, 5);
+    }
+
+    TEST_F(ExtractionDispatcherTest, SecondAddReplacesTheHandlerAndOneRemoveTakesItAway)
+    {
+        dispatcher.Add<BareStage, NumberExtractor>(&TakeNothing);
+        dispatcher.Go(stage, extractor);
+        EXPECT_EQ(handledNumber, -1);
+        dispatcher.Remove<BareStage, NumberExtractor>();
+        EXPECT_THAT([this] { dispatcher.Go(stage, extractor); }, FindsNoHandler());
+        EXPECT_NO_THROW((dispatcher.Remove<BareStage, NumberExtractor>()));
+    }
+
+    TEST_F(ExtractionDispatcherTest, MatchesExactTypesOnly)
+    {
+        DerivedStage derived;
+        OtherExtractor other;
+        EXPECT_THAT([&] { dispatcher.Go(derived, extractor); }, FindsNoHandler());
+        EXPECT_THAT([&] { dispatcher.Go(stage, other); }, FindsNoHandler());
+        const HandlerScope<DerivedStage, OtherExtractor> more(&TakeNothing);
+        EXPECT_NO_THROW(dispatcher.Go(derived, other));
+        EXPECT_THAT([&] { dispatcher.Go(stage, other); }, FindsNoHandler());
+    }
+}
