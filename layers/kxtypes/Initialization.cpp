@@ -1,9 +1,11 @@
 #include <kxtypes.h>
 
-// Makes all class objects, so that none comes into being later behind a query.
+#include <new>
+
+// Makes all class objects, so that no query has to, later, where memory may be short.
 bool __KX_INITIALIZATION_FUNCTION_kxtypes__()
 {
-    static const bool done = []
+    try
     {
         for (const auto classObject :
              {&KX_TObject::KX_ClassObject, &KX_TString::KX_ClassObject, &KX_TURL::KX_ClassObject,
@@ -12,7 +14,10 @@ bool __KX_INITIALIZATION_FUNCTION_kxtypes__()
               &KX_TArray::KX_ClassObject, &KX_TList::KX_ClassObject, &KX_TDict::KX_ClassObject,
               &KX_EException::KX_ClassObject})
             classObject();
-        return true;
-    }();
-    return done;
+    }
+    catch (const std::bad_alloc&)
+    {
+        return false;
+    }
+    return true;
 }

@@ -1,0 +1,92 @@
+#include "frontend/ParameterIntake.h"
+
+#include "frontend/Failure.h"
+#include "frontend/FailureTexts.h"
+#include "frontend/HostValues.h"
+#include "frontend/ValueToText.h"
+
+#include <kxtypes.h>
+
+#include <cstring>
+
+namespace Sheetvane
+{
+    namespace
+    {
+        std::string StringUnder(const KX_TDict& parameters, const char* key)
+        {
+            const KX_TString* const text = parameters.GetString(key);
+            return text != nullptr ? TextOf(*text) : std::string();
+        }
+
+        /// `object` as the KX_TString that it has to be.
+        template <class Object>
+        const KX_TString& AsString(const Object& object)
+        {
+            return *static_cast<const KX_TString*>(object.DynamicCast("KX_TString", SourceUnit, __LINE__));
+        }
+
+        /// A number and its unit, from a dictionary that has both; else empty.
+        std::string MeasureText(const KX_TDict& measure)
+        {
+            KX_TDict entries(measure, 0);
+            if (!entries.HasKey("value") || !entries.HasKey("units"))
+                return {};
+            const std::string number = ValueToText(entries.At("value"));
+            return number + " " + TextOf(AsString(entries.At("units")));
+        }
+
+        /// What is written behind the key. The class is compared by its exact name: a derived class is some other value.
+        std::string ParameterText(const KX_TAny& value)
+        {
+            const char* const className = value.ClassName();
+            if (std::strcmp(className, "KX_TString") == 0)
+                return TextOf(AsString(value));
+            if (std::strcmp(className, "KX_TDict") == 0)
+                return MeasureText(*static_cast<const KX_TDict*>(value.DynamicCast("KX_TDict", SourceUnit, __LINE__)));
+            return ValueToText(value);
+        }
+
+        RasterOutput::CIP3SheetParameters& ParametersOf(std::vector<SheetRecord>& sheets, unsigned int sheetIndex)
+        {
+            if (sheetIndex >= sheets.size())
+                ThrowFailure(FailureText::SheetIndexOutOfBounds, __LINE__);
+            return sheets[sheetIndex].parameters;
+        }
+    }
+
+    void SetRequiredParameters(std::vector<SheetRecord>& sheets, unsigned int sheetIndex, const KX_TDict& parameters)
+    {
+        RasterOutput::CIP3SheetParameters& sheet = ParametersOf(sheets, sheetIndex);
+        try
+        {
+            sheet.jobName.clear();
+            sheet.sheetName.clear();
+            sheet.jobName = StringUnder(parameters, "CIP3AdmJobName");
+            sheet.sheetName = StringUnder(parameters, "CIP3AdmSheetName");
+            sheet.units = RasterOutput::CIP3Units::Inch;
+        }
+        catch (...)
+        {
+            ThrowFailure(FailureText::InvalidRequiredParameters, __LINE__);
+        }
+    }
+
+    void SetOptionalParameters(std::vector<SheetRecord>& sheets, unsigned int sheetIndex, const KX_TDict& parameters)
+    {
+        RasterOutput::CIP3SheetParameters& sheet = ParametersOf(sheets, sheetIndex);
+        try
+        {
+            sheet.optionalParameters.clear();
+            for (KX_TConstIterator entry(parameters); !entry.IsDone(); entry.Next())
+            {
+                const std::string key = TextOf(AsString(entry.Key()));
+                sheet.optionalParameters.emplace(key, ParameterText(entry.Value()));
+            }
+        }
+        catch (...)
+        {
+            ThrowFailure(FailureText::InvalidOptionalParameters, __LINE__);
+        }
+    }
+}

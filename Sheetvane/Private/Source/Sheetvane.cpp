@@ -1,0 +1,70 @@
+// The library's face: the public class, which only forwards, and the initialisation function.
+#include <Sheetvane/SheetvaneConverter.h>
+
+#include "frontend/ConversionDriver.h"
+#include "frontend/ConverterImpl.h"
+#include "frontend/ParameterIntake.h"
+#include "frontend/SheetIntake.h"
+
+namespace
+{
+    bool initialised = false;
+}
+
+// A failed initialisation is tried again on the next call.
+bool __KX_INITIALIZATION_FUNCTION_Sheetvane__()
+{
+    if (!initialised)
+        initialised = __KX_INITIALIZATION_FUNCTION_kxtypes__();
+    return initialised;
+}
+
+namespace Sheetvane
+{
+    SheetvaneConverter::SheetvaneConverter()
+    {
+        __KX_INITIALIZATION_FUNCTION_Sheetvane__();
+        m_impl = std::make_unique<ConverterImpl>();
+    }
+
+    SheetvaneConverter::~SheetvaneConverter() = default;
+
+    void SheetvaneConverter::AddSheet(
+        const KX_TArray& frontSeparationNames, const KX_TArray& frontFiles, const KX_TArray& backSeparationNames,
+        const KX_TArray& backFiles)
+    {
+        Sheetvane::AddSheet(m_impl->sheets, frontSeparationNames, frontFiles, backSeparationNames, backFiles);
+    }
+
+    void SheetvaneConverter::SetRequiredParameters(unsigned int sheetIndex, const KX_TDict& parameters)
+    {
+        Sheetvane::SetRequiredParameters(m_impl->sheets, sheetIndex, parameters);
+    }
+
+    void SheetvaneConverter::SetOptionalParameters(unsigned int sheetIndex, const KX_TDict& parameters)
+    {
+        Sheetvane::SetOptionalParameters(m_impl->sheets, sheetIndex, parameters);
+    }
+
+    unsigned int SheetvaneConverter::GetNumSheets() const
+    {
+        return static_cast<unsigned int>(m_impl->sheets.size());
+    }
+
+    void SheetvaneConverter::SetCompression(CIP3Compression compression)
+    {
+        m_impl->painterParameters.compression =
+            compression == CIP3CompressionNone ? CIP3CompressionNone : CIP3CompressionRunLength;
+    }
+
+    void SheetvaneConverter::SetEncoding(CIP3Encoding encoding)
+    {
+        const bool isOther = encoding != CIP3EncodingBinary && encoding != CIP3EncodingASCIIHex;
+        m_impl->painterParameters.encoding = isOther ? CIP3EncodingASCII85 : encoding;
+    }
+
+    void SheetvaneConverter::CreateCIP3File(const KX_TURL& location)
+    {
+        Sheetvane::CreateCIP3File(*m_impl, location);
+    }
+}
