@@ -2,6 +2,7 @@
 
 #include "cip3output/CIP3Painter.h"
 #include "cip3output/CIP3ParameterExtractor.h"
+#include "rasteroutput/Exception.h"
 #include "rasteroutput/ExtractionDispatcher.h"
 #include "rasteroutput/PainterRegistry.h"
 
@@ -22,7 +23,14 @@ namespace Sheetvane
 
     PainterRegistration::~PainterRegistration()
     {
-        RasterOutput::UnregisterPainter(PainterIdentifier);
+        try
+        {
+            RasterOutput::UnregisterPainter(PainterIdentifier);
+        }
+        catch (const RasterOutput::Exception&)
+        {
+            // A converter that a host's global owns may outlive the registry at process exit.
+        }
     }
 
     ExtractionRegistration::ExtractionRegistration()
