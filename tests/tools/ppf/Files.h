@@ -1,0 +1,36 @@
+// Print production files written by hand, for the tests of the reader: one complete file, byte for byte, and the
+// parts to make others of.
+#pragma once
+
+#include <string>
+
+#include "ppf/Document.h"
+
+namespace ppf::test
+{
+    /// A complete file of 2039 bytes: a job of two sheets, S1 with a front and S2 with a back, each with one separation
+    /// of 4 x 2 pixels whose rows are FF FF FF FF and 00 00 FF 7F.
+    std::string TwoSheets();
+
+    /// What stands in front of the first section, and behind the last.
+    std::string Header();
+    std::string Closing();
+
+    /// A file of one sheet, whose front holds what is given.
+    std::string Front(const std::string& content);
+
+    /// A separation of 8-bit pixels with the data given, which follows the word and a line end at once. `entries`
+    /// stand behind the others and so replace them.
+    std::string Separation(
+        int width, int height, const std::string& compression, const std::string& encoding, const std::string& data,
+        const std::string& entries = "");
+
+    /// A file of one sheet whose front has the list of names and one preview image section with these separations.
+    std::string FrontOf(const std::string& names, const std::string& separations);
+
+    /// The samples of all rows as they are stored, in hexadecimal and with "/" between rows.
+    std::string Rows(const Document& document, const Preview& preview);
+
+    /// The damage or finding as "offset: text", or an empty string.
+    std::string Text(const std::optional<Finding>& finding);
+}

@@ -1,0 +1,172 @@
+#include "ppf/ASCII85Source.h"
+
+#include <cstring>
+
+#include "ppf/Failure.h"
+#include "ppf/Keywords.h"
+#include "ppf/Scanner.h"
+
+namespace ppf
+{
+    namespace
+    {
+        constexpr char firstDigit = '!';
+        constexpr char lastDigit = 'u';
+        constexpr char zeroGroup = 'z';
+        constexpr unsigned base = 85;
+        constexpr std::uint64_t greatestGroup = 0xFFFFFFFF;
+
+        void StoreBigEndian(unsigned char* out, std::uint32_t value)
+        {
+            out[0] = static_cast<unsigned char>(value >> 24);
+            out[1] = static_cast<unsigned char>(value >> 16);
+            out[2] = static_cast<unsigned char>(value >> 8);
+            out[3] = static_cast<unsigned char>(value);
+        }
+
+        /// True if five characters are all digits. Works on the five as bytes of one number: a byte above "u" or below
+        /// "!" sets the highest bit of its sum or difference, and a borrow only ever comes from a byte that did.
+        bool AreDigits(const char* text)
+        {
+            constexpr std::uint64_t ones = 0x0101010101;
+            std::uint64_t five = 0;
+            std::memcpy(&five, text, 5);
+            const std::uint64_t tooGreat = five + ones * (0x7F - lastDigit);
+            const std::uint64_t tooSmall = five - ones * firstDigit;
+            return ((five | tooGreat | tooSmall) & ones * 0x80) == 0;
+        }
+    }
+
+    ASCII85Source::ASCII85Source(const EncodedText& data)
+        : m_data(data)
+    {
+        if (m_data.bytes.substr(0, filter::ascii85Begin.size()) == filter::ascii85Begin)
+        {
+            m_data.next = filter::ascii85Begin.size();
+        }
+    }
+
+    std::size_t ASCII85Source::Read(unsigned char* out, std::size_t count)
+    {
+        std::size_t done = 0;
+        while (done < count)
+        {
+            if (m_groupNext < m_groupEnd)
+            {
+                out[done++] = m_group[m_groupNext++];
+                continue;
+            }
+            done += ReadWholeGroups(out + done, count - done);
+            if (done == count || m_ended)
+            {
+                break;
+            }
+            ReadGroup();
+        }
+        return done;
+    }
+
+    /// Decodes groups that stand without white space and go into `out` in full.
+    std::size_t ASCII85Source::ReadWholeGroups(unsigned char* out, std::size_t count)
+    {
+        const char* text = m_data.bytes.data() + m_data.next;
+        const char* const end = m_data.bytes.data() + m_data.bytes.size();
+        std::size_t done = 0;
+        while (count - done >= 4 && end - text >= 5)
+        {
+            if (*text == zeroGroup)
+            {
+                std::memset(out + done, 0, 4);
+                done += 4;
+                ++text;
+                continue;
+            }
+            if (!AreDigits(text))
+            {
+                break;
+            }
+            std::uint64_t value = 0;
+            for (int i = 0; i < 5; ++i)
+            {
+                value = value * base + static_cast<unsigned>(text[i] - firstDigit);
+            }
+            if (value > greatestGroup)
+            {
+                break;
+            }
+            StoreBigEndian(out + done, static_cast<std::uint32_t>(value));
+            done += 4;
+            text += 5;
+        }
+        m_data.next = static_cast<std::size_t>(text - m_data.bytes.data());
+        return done;
+    }
+
+    /// Decodes one group, whatever stands between its characters, or the last and incomplete one.
+    void ASCII85Source::ReadGroup()
+    {
+        std::uint64_t value = 0;
+        unsigned digits = 0;
+        for (; m_data.next < m_data.bytes.size(); ++m_data.next)
+        {
+            const char c = m_data.bytes[m_data.next];
+            if (IsWhiteSpace(c))
+            {
+                continue;
+            }
+            if (c == zeroGroup && digits == 0)
+            {
+                ++m_data.next;
+                Store(0, 4);
+                return;
+            }
+            if (c == filter::ascii85End[0])
+            {
+                m_ended = true;
+                break;
+            }
+            if (c < firstDigit || c > lastDigit)
+            {
+                throw FormatError(
+                    m_data.Offset(), c == zeroGroup ? "ASCII85 data has \"z\" within a group"
+                                                    : "ASCII85 data holds a character that is none of its digits");
+            }
+            value = value * base + static_cast<unsigned>(c - firstDigit);
+            if (++digits == 5)
+            {
+                ++m_data.next;
+                Store(value, 4);
+                return;
+            }
+        }
+        if (!m_ended)
+        {
+            throw FormatError(m_data.Offset(), "ASCII85 data has no end mark \"~>\"");
+        }
+        if (digits == 1)
+        {
+            throw FormatError(m_data.Offset(), "ASCII85 data ends in a group of one character");
+        }
+        if (digits > 1)
+        {
+            // The digits that were left out are the greatest: so the bytes that remain come out rounded down.
+            const unsigned bytes = digits - 1;
+            for (; digits < 5; ++digits)
+            {
+                value = value * base + (base - 1);
+            }
+            Store(value, bytes);
+        }
+    }
+
+    void ASCII85Source::Store(std::uint64_t value, unsigned bytes)
+    {
+        if (value > greatestGroup)
+        {
+            throw FormatError(m_data.Offset(), "ASCII85 data has a group above 4294967295");
+        }
+        StoreBigEndian(m_group.data(), static_cast<std::uint32_t>(value));
+        m_groupNext = 0;
+        m_groupEnd = bytes;
+    }
+}

@@ -1,0 +1,266 @@
+#include "ppf/Check.h"
+
+#include <algorithm>
+#include <array>
+
+#include "ppf/DocumentReader.h"
+#include "ppf/FileMap.h"
+#include "ppf/Keywords.h"
+#include "ppf/ScanLineReader.h"
+#include "ppf/Scanner.h"
+
+namespace ppf
+{
+    namespace
+    {
+        std::string Quoted(const std::string& name)
+        {
+            return "\"" + name.substr(0, 100) + "\"";
+        }
+
+        class Checker
+        {
+        public:
+            Checker(const Document& document, CheckDepth depth)
+                : m_document(document)
+                , m_depth(depth)
+            {
+            }
+
+            std::vector<Finding> Findings()
+            {
+                CheckDirectory();
+                for (const Sheet& sheet : m_document.sheets)
+                {
+                    CheckSheet(sheet);
+                }
+                if (m_document.damage)
+                {
+                    m_findings.push_back(*m_document.damage);
+                }
+                else
+                {
+                    CheckEnd();
+                }
+                std::stable_sort(
+                    m_findings.begin(), m_findings.end(),
+                    [](const Finding& left, const Finding& right) { return left.offset < right.offset; });
+                return std::move(m_findings);
+            }
+
+        private:
+            void CheckDirectory();
+            void CheckDirectoryEntry(const DirectoryEntry& entry, const Sheet& sheet, std::uint64_t sectionEnd);
+            void CheckSheet(const Sheet& sheet);
+            void CheckSurface(const Surface& surface);
+            void CheckPreview(const Preview& preview);
+            void CheckEndMark(const Preview& preview);
+            void CheckSize(const Preview& preview);
+            void CheckEnd();
+
+            void Add(std::uint64_t offset, const std::string& text) { m_findings.push_back({offset, text}); }
+
+            const Document& m_document;
+            const CheckDepth m_depth;
+            std::vector<Finding> m_findings;
+        };
+
+        /// Where a directory may let a sheet's section end. Writers differ in what they count behind CIP3EndSheet, but
+        /// one file keeps to one way.
+        using SectionEnd = std::uint64_t (*)(const Sheet&);
+        constexpr std::array<SectionEnd, 3> sectionEnds = {
+            [](const Sheet& sheet) { return sheet.offset + sheet.length; },
+            [](const Sheet& sheet) { return sheet.endOfLine; },
+            [](const Sheet& sheet) { return sheet.endOfWord; },
+        };
+
+        void Checker::CheckDirectory()
+        {
+            const std::vector<DirectoryEntry>& entries = m_document.directory;
+            const std::vector<Sheet>& sheets = m_document.sheets;
+            const std::size_t count = std::min(entries.size(), sheets.size());
+            // A sheet that the reading broke off in has no end to hold a length against.
+            const bool lastIsOpen = m_document.damage && !sheets.empty() && sheets.back().length == 0;
+
+            const auto matches = [&](SectionEnd end)
+            {
+                std::size_t number = 0;
+                for (std::size_t i = 0; i < count; ++i)
+                {
+                    number += entries[i].offset + entries[i].length == end(sheets[i]) ? 1 : 0;
+                }
+                return number;
+            };
+            const SectionEnd end = *std::max_element(
+                sectionEnds.begin(), sectionEnds.end(),
+                [&](SectionEnd left, SectionEnd right) { return matches(left) < matches(right); });
+            for (std::size_t i = 0; i < count; ++i)
+            {
+                const bool isOpen = lastIsOpen && i + 1 == sheets.size();
+                CheckDirectoryEntry(
+                    entries[i], sheets[i], isOpen ? entries[i].offset + entries[i].length : end(sheets[i]));
+            }
+            if (m_document.hasDirectory && !m_document.damage && entries.size() != sheets.size())
+            {
+                Add(entries.empty() ? 0 : entries.back().position, "directory has " + std::to_string(entries.size()) +
+                                                                       " entries for " + std::to_string(sheets.size()) +
+                                                                       " sheets");
+            }
+        }
+
+        void Checker::CheckDirectoryEntry(const DirectoryEntry& entry, const Sheet& sheet, std::uint64_t sectionEnd)
+        {
+            const std::string of = "directory entry of sheet " + Quoted(entry.sheetName);
+            if (entry.offset != sheet.offset)
+            {
+                Add(entry.position, of + " gives offset " + std::to_string(entry.offset) +
+                                        ", but the section begins at " + std::to_string(sheet.offset));
+            }
+            else if (entry.offset + entry.length != sectionEnd)
+            {
+                Add(entry.position, of + " gives " + std::to_string(entry.length) + " bytes, but the section has " +
+                                        std::to_string(sectionEnd - sheet.offset));
+            }
+            const std::string name = sheet.SheetName();
+            if (entry.sheetName != name)
+            {
+                Add(entry.position, of + " stands for a sheet that calls itself " + Quoted(name));
+            }
+        }
+
+        void Checker::CheckSheet(const Sheet& sheet)
+        {
+            if (!sheet.Find(key::jobName))
+            {
+                Add(sheet.offset, "sheet has no /CIP3AdmJobName");
+            }
+            if (!sheet.Find(key::extent))
+            {
+                Add(sheet.offset, "sheet has no /CIP3AdmPSExtent");
+            }
+            for (const Surface& surface : sheet.surfaces)
+            {
+                CheckSurface(surface);
+            }
+        }
+
+        void Checker::CheckSurface(const Surface& surface)
+        {
+            std::size_t inks = 0;
+            for (const Preview& preview : surface.previews)
+            {
+                inks += preview.components;
+                CheckPreview(preview);
+            }
+            // What the reading broke off in is not counted.
+            if (!m_document.damage && inks != surface.separationNames.size())
+            {
+                Add(surface.offset, std::string(NameOf(surface.side)) + " has " +
+                                        std::to_string(surface.separationNames.size()) + " separation names for " +
+                                        std::to_string(inks) + " separations");
+            }
+        }
+
+        void Checker::CheckPreview(const Preview& preview)
+        {
+            if (!preview.matrix)
+            {
+                Add(preview.offset, "preview image has no /CIP3PreviewImageMatrix");
+            }
+            else if (!Spans(*preview.matrix, preview.width, preview.height))
+            {
+                Add(preview.offset, "value of /CIP3PreviewImageMatrix does not fit the image's width and height");
+            }
+            if (!preview.resolution)
+            {
+                Add(preview.offset, "preview image has no /CIP3PreviewImageResolution");
+            }
+            const std::size_t before = m_findings.size();
+            CheckEndMark(preview);
+            if (m_depth == CheckDepth::everything && m_findings.size() == before)
+            {
+                CheckSize(preview);
+            }
+        }
+
+        void Checker::CheckEndMark(const Preview& preview)
+        {
+            const auto endsWith = [&](std::string_view mark) {
+                return preview.data.size() >= mark.size() &&
+                       preview.data.substr(preview.data.size() - mark.size()) == mark;
+            };
+            const std::uint64_t end = m_document.OffsetOf(preview.data) + preview.data.size();
+            if (preview.encoding == Encoding::asciiHex && !endsWith(filter::asciiHexEnd))
+            {
+                Add(end, "ASCIIHex data has no end mark \">\"");
+            }
+            if (preview.encoding == Encoding::ascii85 && !endsWith(filter::asciiHexEnd))
+            {
+                Add(end, "ASCII85 data has no end mark \"~>\"");
+            }
+            if (preview.encoding == Encoding::binary && preview.compression == Compression::none &&
+                preview.data.size() != preview.StoredBytes())
+            {
+                Add(m_document.OffsetOf(preview.data), "preview has " + std::to_string(preview.data.size()) +
+                                                           " bytes of data, but " + std::to_string(preview.width) +
+                                                           " x " + std::to_string(preview.height) + " pixels need " +
+                                                           std::to_string(preview.StoredBytes()));
+            }
+        }
+
+        void Checker::CheckSize(const Preview& preview)
+        {
+            try
+            {
+                ScanLineReader rows(m_document, preview);
+                while (rows.Next() != nullptr)
+                {
+                }
+                if (const std::uint64_t excess = rows.CountExcess(); excess > 0)
+                {
+                    Add(m_document.OffsetOf(preview.data),
+                        "preview's data goes on for " + std::to_string(excess) + " bytes behind the " +
+                            std::to_string(preview.StoredBytes()) + " that " + std::to_string(preview.width) + " x " +
+                            std::to_string(preview.height) + " pixels need");
+                }
+            }
+            catch (const FormatError& error)
+            {
+                m_findings.push_back(error.AsFinding());
+            }
+        }
+
+        void Checker::CheckEnd()
+        {
+            std::uint64_t end = m_document.end;
+            const std::string_view bytes = m_document.bytes;
+            // Serial lines add a Ctrl-D, which counts as nothing.
+            constexpr char endOfTransmission = 4;
+            const auto isNothing = [](char c) { return IsWhiteSpace(c) || c == endOfTransmission; };
+            while (end < bytes.size() && isNothing(bytes[static_cast<std::size_t>(end)]))
+            {
+                ++end;
+            }
+            if (end < bytes.size())
+            {
+                Add(end, std::to_string(bytes.size() - end) + " bytes stand behind the closing comment");
+            }
+        }
+    }
+
+    std::vector<Finding> Check(const Document& document, CheckDepth depth)
+    {
+        return Checker(document, depth).Findings();
+    }
+
+    std::vector<Finding> Check(std::string_view bytes, CheckDepth depth)
+    {
+        return Check(ReadDocument(bytes), depth);
+    }
+
+    std::vector<Finding> CheckFile(const std::string& path, CheckDepth depth)
+    {
+        const FileMap file(path);
+        return Check(file.Bytes(), depth);
+    }
+}

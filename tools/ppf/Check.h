@@ -1,0 +1,30 @@
+// Is a file what it should be? The structure comes from the reader; here the parts are held against each other: the
+// directory against the sections, the previews against their sizes, the names against the previews.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "ppf/Document.h"
+
+namespace ppf
+{
+    enum class CheckDepth
+    {
+        /// Sections, directory, end marks and closing comment, at about the speed of a search for one byte. Every
+        /// writer can afford it after each file.
+        structure,
+        /// The same, and every preview is decoded and its size held against its width and height.
+        everything
+    };
+
+    /// What is wrong with a document that was read, in the order of the file. An empty list: it is well formed.
+    std::vector<Finding> Check(const Document& document, CheckDepth depth);
+
+    /// The same for the bytes of a file.
+    std::vector<Finding> Check(std::string_view bytes, CheckDepth depth);
+
+    /// The same for a file. Throws std::system_error if it cannot be read.
+    std::vector<Finding> CheckFile(const std::string& path, CheckDepth depth);
+}

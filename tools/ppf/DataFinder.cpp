@@ -1,0 +1,217 @@
+#include "ppf/DataFinder.h"
+
+#include <algorithm>
+#include <string>
+
+#include "ppf/Keywords.h"
+#include "ppf/Scanner.h"
+
+namespace ppf
+{
+    namespace
+    {
+        constexpr std::size_t notFound = std::string_view::npos;
+
+        /// Line ends and a blank that may stand between the word and binary data.
+        constexpr std::size_t longestGap = 3;
+
+        /// White space that is looked through behind data, in bytes. A bound, so that previews which all claim to end
+        /// in the same wide blank cost no more than they have bytes.
+        constexpr std::size_t longestWhiteSpace = 4096;
+
+        /// What closes the section that a preview image stands in, behind "CIP3End".
+        bool IsEndOfImageSection(std::string_view rest)
+        {
+            return rest.substr(0, word::separation.size()) == word::separation ||
+                   rest.substr(0, word::previewImage.size()) == word::previewImage;
+        }
+
+        namespace jpeg
+        {
+            constexpr unsigned char mark = 0xFF;
+            constexpr unsigned char stuffed = 0x00;
+            constexpr unsigned char temporary = 0x01;
+            constexpr unsigned char firstRestart = 0xD0;
+            constexpr unsigned char startOfImage = 0xD8;
+            constexpr unsigned char endOfImage = 0xD9;
+            constexpr unsigned char startOfScan = 0xDA;
+        }
+    }
+
+    std::string_view DataFinder::Find(std::uint64_t begin, const Preview& preview)
+    {
+        auto at = static_cast<std::size_t>(begin);
+        if (at < m_bytes.size() && !IsWhiteSpace(m_bytes[at]))
+        {
+            throw FormatError(begin, "no white space stands between CIP3PreviewImage and its data");
+        }
+        if (preview.encoding != Encoding::binary)
+        {
+            at = SkipWhiteSpace(at, m_bytes.size());
+            const bool isHex = preview.encoding == Encoding::asciiHex;
+            const std::size_t end = TextEnd(at, isHex ? '>' : '~', isHex ? m_nextAngle : m_nextTilde);
+            return m_bytes.substr(at, end - at);
+        }
+        // The one white space character behind the word belongs to it. Some writers put a whole line end there.
+        const std::size_t first = std::min(at + 1, m_bytes.size());
+        const std::size_t gapEnd = std::min(first + longestGap, m_bytes.size());
+        for (std::size_t start = first;; ++start)
+        {
+            const std::size_t end = BinaryEnd(start, preview);
+            if (end != notFound && SectionEndsAfter(end))
+            {
+                return m_bytes.substr(start, end - start);
+            }
+            if (start == gapEnd || (m_bytes[start] != '\n' && m_bytes[start] != '\r' && m_bytes[start] != ' '))
+            {
+                break;
+            }
+        }
+        if (preview.compression != Compression::none)
+        {
+            throw FormatError(
+                first, std::string(preview.compressionName) + " data does not lead to the end of its section");
+        }
+        return m_bytes.substr(first, EndBySection(first) - first);
+    }
+
+    std::size_t DataFinder::BinaryEnd(std::size_t begin, const Preview& preview) const
+    {
+        switch (preview.compression)
+        {
+        case Compression::runLength:
+            return RunLengthEnd(begin, preview);
+        case Compression::dct:
+            return DctEnd(begin);
+        default:
+        {
+            const bool fits = preview.StoredBytes() <= m_bytes.size() - begin;
+            return fits ? begin + static_cast<std::size_t>(preview.StoredBytes()) : notFound;
+        }
+        }
+    }
+
+    std::size_t DataFinder::RunLengthEnd(std::size_t begin, const Preview& preview) const
+    {
+        std::uint64_t wanted = preview.StoredBytes();
+        for (std::size_t i = begin; i < m_bytes.size();)
+        {
+            const unsigned length = static_cast<unsigned char>(m_bytes[i]);
+            if (length == filter::runLengthEnd)
+            {
+                return i + 1;
+            }
+            const bool isLiteral = length < filter::runLengthEnd;
+            const std::uint64_t run = isLiteral ? length + 1 : filter::runLengthRepeatBase - length;
+            i += isLiteral ? length + 2 : 2;
+            // A file may leave the end mark out where the size is complete. Looked at once: data that goes on behind
+            // its size needs the mark.
+            if (wanted > 0 && run >= wanted && i <= m_bytes.size() &&
+                (i == m_bytes.size() || static_cast<unsigned char>(m_bytes[i]) != filter::runLengthEnd) &&
+                SectionEndsAfter(i))
+            {
+                return i;
+            }
+            wanted -= std::min(run, wanted);
+        }
+        return notFound;
+    }
+
+    std::size_t DataFinder::DctEnd(std::size_t begin) const
+    {
+        const auto at = [&](std::size_t i)
+        { return i < m_bytes.size() ? static_cast<unsigned char>(m_bytes[i]) : jpeg::stuffed; };
+        if (at(begin) != jpeg::mark || at(begin + 1) != jpeg::startOfImage)
+        {
+            return notFound;
+        }
+        bool inScan = false;
+        for (std::size_t i = begin + 2; i < m_bytes.size();)
+        {
+            i = inScan ? m_bytes.find(static_cast<char>(jpeg::mark), i) : i;
+            if (i == notFound || at(i) != jpeg::mark)
+            {
+                return notFound;
+            }
+            const unsigned char code = at(i + 1);
+            const bool isData = code == jpeg::stuffed && inScan;
+            const bool isRestart = code >= jpeg::firstRestart && code < jpeg::startOfImage;
+            if (code == jpeg::endOfImage)
+            {
+                return std::min(i + 2, m_bytes.size());
+            }
+            if (code == jpeg::mark)
+            {
+                i += 1;
+            }
+            else if (isData || isRestart || code == jpeg::temporary)
+            {
+                i += 2;
+            }
+            else
+            {
+                i += 2 + 256u * at(i + 2) + at(i + 3);
+                inScan = code == jpeg::startOfScan;
+            }
+        }
+        return notFound;
+    }
+
+    std::size_t DataFinder::TextEnd(std::size_t begin, char mark, std::size_t& known) const
+    {
+        // "<~" may open ASCII85 data; its "~" is not that of the end mark.
+        const bool opened = mark == '~' && m_bytes.substr(begin, 2) == filter::ascii85Begin;
+        const std::size_t from = begin + (opened ? 2 : 0);
+        if (known != notFound && known < from)
+        {
+            known = m_bytes.find(mark, from);
+        }
+        std::size_t end = known;
+        if (end != notFound && mark == '~')
+        {
+            end = SkipWhiteSpace(end + 1, longestWhiteSpace);
+            end = end < m_bytes.size() && m_bytes[end] == '>' ? end : notFound;
+        }
+        return end != notFound && SectionEndsAfter(end + 1) ? end + 1 : EndBySection(begin);
+    }
+
+    std::size_t DataFinder::EndBySection(std::size_t begin) const
+    {
+        std::size_t found = m_bytes.find(word::end, begin);
+        while (found != notFound && !IsEndOfImageSection(m_bytes.substr(found + word::end.size())))
+        {
+            found = m_bytes.find(word::end, found + 1);
+        }
+        if (found == notFound)
+        {
+            throw FormatError(begin, "data of the preview image does not end before the end of the file");
+        }
+        std::size_t end = found;
+        // One line end belongs to the word's line.
+        if (end > begin && m_bytes[end - 1] == '\n')
+        {
+            --end;
+        }
+        if (end > begin && m_bytes[end - 1] == '\r')
+        {
+            --end;
+        }
+        return end;
+    }
+
+    bool DataFinder::SectionEndsAfter(std::size_t end) const
+    {
+        const std::size_t next = SkipWhiteSpace(end, longestWhiteSpace);
+        return m_bytes.substr(next, word::end.size()) == word::end;
+    }
+
+    std::size_t DataFinder::SkipWhiteSpace(std::size_t begin, std::size_t most) const
+    {
+        const std::size_t limit = most < m_bytes.size() - begin ? begin + most : m_bytes.size();
+        while (begin < limit && IsWhiteSpace(m_bytes[begin]))
+        {
+            ++begin;
+        }
+        return begin;
+    }
+}

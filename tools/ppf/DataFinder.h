@@ -1,0 +1,42 @@
+// Where the data of a preview image ends. Apart from the decoders because it has to be known for every preview of a
+// file, also where nobody asks for the picture, and can be found at the speed of a search for one byte.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "ppf/Document.h"
+
+namespace ppf
+{
+    /// Finds the data of a file's preview images, in the order in which they stand. Every byte is looked at a bounded
+    /// number of times over all calls, whatever a damaged file claims.
+    class DataFinder
+    {
+    public:
+        explicit DataFinder(std::string_view bytes)
+            : m_bytes(bytes)
+        {
+        }
+
+        /// The encoded data of the preview whose word CIP3PreviewImage ends at `begin`, with its end mark. Where text
+        /// or uncompressed data does not lead to the end of its section, the section's end word limits it, and
+        /// decoding it will fail or give another size than the preview has. Throws FormatError if the data cannot be
+        /// told from what follows.
+        std::string_view Find(std::uint64_t begin, const Preview& preview);
+
+    private:
+        std::size_t BinaryEnd(std::size_t begin, const Preview& preview) const;
+        std::size_t RunLengthEnd(std::size_t begin, const Preview& preview) const;
+        std::size_t DctEnd(std::size_t begin) const;
+        std::size_t TextEnd(std::size_t begin, char mark, std::size_t& known) const;
+        std::size_t EndBySection(std::size_t begin) const;
+        bool SectionEndsAfter(std::size_t end) const;
+        std::size_t SkipWhiteSpace(std::size_t begin, std::size_t most) const;
+
+        std::string_view m_bytes;
+        /// The first ">" and "~" from the last search on, so that a mark far away is not searched for again and again.
+        std::size_t m_nextAngle = 0;
+        std::size_t m_nextTilde = 0;
+    };
+}

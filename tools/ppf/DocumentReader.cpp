@@ -1,0 +1,455 @@
+#include "ppf/DocumentReader.h"
+
+#include <utility>
+
+#include "ppf/DataFinder.h"
+#include "ppf/InkNames.h"
+#include "ppf/Keywords.h"
+#include "ppf/PreviewEntries.h"
+#include "ppf/Scanner.h"
+
+namespace ppf
+{
+    namespace
+    {
+        /// What a document's records may take in memory, in bytes, estimated.
+        constexpr std::size_t memoryLimit = 16u << 20;
+        /// The longest value that is kept as an entry, in bytes.
+        constexpr std::size_t longestValue = 64u << 10;
+        constexpr std::size_t deepestNesting = 100;
+
+        enum class Kind
+        {
+            file,
+            directory,
+            sheet,
+            surface,
+            previewImage,
+            separation,
+            unknown
+        };
+
+        /// A section that has begun and not ended.
+        struct Section
+        {
+            Kind kind;
+            /// Behind CIP3Begin.
+            std::string_view name;
+            std::uint64_t offset;
+            PreviewEntries entries;
+            bool hasImage = false;
+        };
+
+        bool StartsWith(std::string_view text, std::string_view start)
+        {
+            return text.substr(0, start.size()) == start;
+        }
+
+        bool IsSectionWord(const Token& token)
+        {
+            return token.kind == TokenKind::executableName &&
+                   (StartsWith(token.text, word::begin) || StartsWith(token.text, word::end) ||
+                    token.text == word::image);
+        }
+
+        Kind KindOf(std::string_view name)
+        {
+            return name == word::directory                     ? Kind::directory
+                   : name == word::sheet                       ? Kind::sheet
+                   : name == word::front || name == word::back ? Kind::surface
+                   : name == word::previewImage                ? Kind::previewImage
+                   : name == word::separation                  ? Kind::separation
+                                                               : Kind::unknown;
+        }
+
+        bool MayStandIn(Kind inner, Kind outer)
+        {
+            switch (inner)
+            {
+            case Kind::directory:
+            case Kind::sheet:
+                return outer == Kind::file;
+            case Kind::surface:
+                return outer == Kind::sheet;
+            case Kind::previewImage:
+                return outer == Kind::surface;
+            case Kind::separation:
+                return outer == Kind::previewImage;
+            default:
+                return true;
+            }
+        }
+
+        class DocumentReader
+        {
+        public:
+            explicit DocumentReader(std::string_view bytes)
+                : m_scanner(bytes)
+                , m_dataFinder(bytes)
+            {
+                m_document.bytes = bytes;
+            }
+
+            Document Read()
+            {
+                try
+                {
+                    ReadHeader();
+                    m_sections.push_back({Kind::file, "", 0, {}, false});
+                    while (ReadStatement())
+                    {
+                    }
+                    m_document.end = m_scanner.Position();
+                }
+                catch (const FormatError& error)
+                {
+                    m_document.damage = error.AsFinding();
+                }
+                AssignInkNames(m_document, memoryLimit);
+                return std::move(m_document);
+            }
+
+        private:
+            void ReadHeader();
+            bool ReadStatement();
+            void ReadWord(std::string_view text);
+            void ReadDefinition(const Token& literal);
+            void Keep(const Entry& entry);
+            void BeginSection(std::string_view name, std::uint64_t offset);
+            void EndSection(std::string_view name, std::uint64_t offset);
+            void EndSheet();
+            void ReadDirectoryEntry(std::uint64_t offset);
+            void ReadPreview(std::uint64_t offset);
+            bool EndDocument(const Token& comment);
+            void Charge(std::uint64_t offset, std::size_t bytes);
+
+            std::uint64_t OffsetOf(const Token& token) const { return m_document.OffsetOf(token.text); }
+            Surface& CurrentSurface() { return m_document.sheets.back().surfaces.back(); }
+
+            Document m_document;
+            Scanner m_scanner;
+            DataFinder m_dataFinder;
+            std::vector<Section> m_sections;
+            /// The last tokens of the directory that are no word: the operands of its next entry.
+            std::vector<Token> m_operands;
+            std::size_t m_charged = 0;
+        };
+
+        void DocumentReader::ReadHeader()
+        {
+            const std::string_view bytes = m_document.bytes;
+            if (!StartsWith(bytes, word::magic))
+            {
+                throw FormatError(0, "not a print production file: it does not begin with \"%!PS\"");
+            }
+            for (Token token = m_scanner.Next(); token.kind == TokenKind::comment; token = m_scanner.Next())
+            {
+                if (StartsWith(token.text, word::version))
+                {
+                    std::string_view version = token.text.substr(word::version.size());
+                    const auto isBlank = [](char c) { return IsWhiteSpace(c) || c == ':'; };
+                    while (!version.empty() && isBlank(version.front()))
+                    {
+                        version.remove_prefix(1);
+                    }
+                    while (!version.empty() && isBlank(version.back()))
+                    {
+                        version.remove_suffix(1);
+                    }
+                    m_document.version = version.substr(0, longestValue);
+                    return;
+                }
+            }
+            throw FormatError(0, "not a print production file: its header has no \"%%CIP3-File Version\"");
+        }
+
+        /// Reads up to the end of one definition, word or comment. Returns false behind the closing comment.
+        bool DocumentReader::ReadStatement()
+        {
+            const Token token = m_scanner.Next();
+            const Section& section = m_sections.back();
+            switch (token.kind)
+            {
+            case TokenKind::end:
+                throw FormatError(
+                    OffsetOf(token), section.kind == Kind::file
+                                         ? "file has no closing comment \"%%CIP3EndOfFile\": its end is missing"
+                                         : "file ends within the section CIP3Begin" + std::string(section.name) +
+                                               " that begins at byte " + std::to_string(section.offset));
+            case TokenKind::comment:
+                return !EndDocument(token);
+            case TokenKind::literalName:
+                ReadDefinition(token);
+                return true;
+            case TokenKind::executableName:
+                if (section.hasImage && !StartsWith(token.text, word::end))
+                {
+                    throw FormatError(OffsetOf(token), "preview image data is not followed by the end of its section");
+                }
+                ReadWord(token.text);
+                return true;
+            default:
+                if (section.hasImage)
+                {
+                    throw FormatError(OffsetOf(token), "preview image data is not followed by the end of its section");
+                }
+                if (section.kind == Kind::directory)
+                {
+                    constexpr std::size_t operandsOfEntry = 3;
+                    m_operands.push_back(token);
+                    if (m_operands.size() > operandsOfEntry)
+                    {
+                        m_operands.erase(m_operands.begin());
+                    }
+                }
+                return true;
+            }
+        }
+
+        void DocumentReader::ReadWord(std::string_view text)
+        {
+            const std::uint64_t offset = m_document.OffsetOf(text);
+            if (StartsWith(text, word::begin))
+            {
+                BeginSection(text.substr(word::begin.size()), offset);
+            }
+            else if (StartsWith(text, word::end))
+            {
+                EndSection(text.substr(word::end.size()), offset);
+            }
+            else if (text == word::directoryEntry && m_sections.back().kind == Kind::directory)
+            {
+                ReadDirectoryEntry(offset);
+            }
+            else if (text == word::image && m_sections.back().kind != Kind::unknown)
+            {
+                ReadPreview(offset);
+            }
+        }
+
+        void DocumentReader::ReadDefinition(const Token& literal)
+        {
+            const char* begin = nullptr;
+            const char* end = literal.text.data() + literal.text.size();
+            // The closing delimiters that are awaited.
+            std::string closing;
+            for (Token token = m_scanner.Next();; token = m_scanner.Next())
+            {
+                const bool inProcedure = closing.find('}') != std::string::npos;
+                if (token.kind == TokenKind::end || (IsSectionWord(token) && !inProcedure))
+                {
+                    throw FormatError(
+                        OffsetOf(literal),
+                        "definition of " + std::string(literal.text.substr(0, 100)) + " is not closed by \"def\"");
+                }
+                if (token.kind == TokenKind::executableName && token.text == word::def && closing.empty())
+                {
+                    break;
+                }
+                if (token.kind == TokenKind::comment)
+                {
+                    continue;
+                }
+                begin = begin == nullptr ? token.text.data() : begin;
+                end = token.text.data() + token.text.size();
+                if (token.kind == TokenKind::open)
+                {
+                    closing += token.text == "[" ? ']' : token.text == "{" ? '}' : '>';
+                    if (closing.size() > deepestNesting)
+                    {
+                        throw FormatError(OffsetOf(token), "value is nested too deeply");
+                    }
+                }
+                else if (token.kind == TokenKind::close)
+                {
+                    if (closing.empty() || closing.back() != token.text[0])
+                    {
+                        throw FormatError(OffsetOf(token), "\"" + std::string(token.text) + "\" closes nothing here");
+                    }
+                    closing.pop_back();
+                }
+            }
+            std::string_view key = literal.text.substr(1);
+            key.remove_prefix(StartsWith(key, "/") ? 1 : 0);
+            begin = begin == nullptr ? end : begin;
+            Keep({key, std::string_view(begin, static_cast<std::size_t>(end - begin))});
+        }
+
+        void DocumentReader::Keep(const Entry& entry)
+        {
+            Section& section = m_sections.back();
+            if (section.kind == Kind::unknown || section.entries.Take(entry))
+            {
+                return;
+            }
+            const bool ofSheet = section.kind == Kind::sheet;
+            const bool ofSurface = section.kind == Kind::surface || section.kind == Kind::previewImage;
+            if (!ofSheet && !ofSurface)
+            {
+                return;
+            }
+            const std::uint64_t offset = m_document.OffsetOf(entry.value);
+            const bool isLong = entry.value.size() > longestValue || entry.key.size() > longestValue;
+            Charge(offset, 2 * sizeof(Entry) + (isLong ? sizeof(Finding) : entry.value.size() + entry.key.size()));
+            if (isLong)
+            {
+                m_document.remarks.push_back(
+                    {offset, "value of /" + std::string(entry.key.substr(0, 100)) + " has " +
+                                 std::to_string(entry.value.size()) + " bytes and is left out"});
+                return;
+            }
+            (ofSheet ? m_document.sheets.back().entries : CurrentSurface().entries).push_back(entry);
+        }
+
+        void DocumentReader::BeginSection(std::string_view name, std::uint64_t offset)
+        {
+            const Section& outer = m_sections.back();
+            const Kind kind = outer.kind == Kind::unknown ? Kind::unknown : KindOf(name);
+            if (!MayStandIn(kind, outer.kind))
+            {
+                throw FormatError(
+                    offset, "CIP3Begin" + std::string(name) + " stands " +
+                                (outer.kind == Kind::file ? "outside the section that it belongs to"
+                                                          : "within CIP3Begin" + std::string(outer.name)));
+            }
+            if (m_sections.size() > deepestNesting)
+            {
+                throw FormatError(offset, "sections are nested too deeply");
+            }
+            if (kind == Kind::directory)
+            {
+                m_document.hasDirectory = true;
+                m_operands.clear();
+            }
+            else if (kind == Kind::sheet)
+            {
+                Charge(offset, 2 * sizeof(Sheet));
+                m_document.sheets.emplace_back();
+                m_document.sheets.back().offset = offset;
+            }
+            else if (kind == Kind::surface)
+            {
+                Charge(offset, 2 * sizeof(Surface));
+                m_document.sheets.back().surfaces.emplace_back();
+                CurrentSurface().side = name == word::front ? Side::front : Side::back;
+                CurrentSurface().offset = offset;
+            }
+            m_sections.push_back({kind, name, offset, outer.entries, false});
+        }
+
+        void DocumentReader::EndSection(std::string_view name, std::uint64_t offset)
+        {
+            const Section& section = m_sections.back();
+            if (section.kind == Kind::file || section.name != name)
+            {
+                throw FormatError(
+                    offset, "CIP3End" + std::string(name) +
+                                (section.kind == Kind::file ? " ends no section"
+                                                            : " stands where CIP3End" + std::string(section.name) +
+                                                                  " is due, for the section that begins at byte " +
+                                                                  std::to_string(section.offset)));
+            }
+            if (section.kind == Kind::separation && !section.hasImage)
+            {
+                throw FormatError(offset, "separation has no preview image");
+            }
+            if (section.kind == Kind::sheet)
+            {
+                EndSheet();
+            }
+            m_sections.pop_back();
+        }
+
+        void DocumentReader::EndSheet()
+        {
+            const std::string_view bytes = m_document.bytes;
+            // Behind blanks and one line end, or back at the start if no line end follows.
+            const auto behindLine = [&](std::uint64_t start)
+            {
+                auto at = static_cast<std::size_t>(start);
+                while (at < bytes.size() && (bytes[at] == ' ' || bytes[at] == '\t'))
+                {
+                    ++at;
+                }
+                if (bytes.substr(at, 2) == "\r\n")
+                {
+                    return std::uint64_t{at + 2};
+                }
+                return at < bytes.size() && (bytes[at] == '\n' || bytes[at] == '\r') ? std::uint64_t{at + 1} : start;
+            };
+            Sheet& sheet = m_document.sheets.back();
+            sheet.endOfWord = m_scanner.Position();
+            sheet.endOfLine = behindLine(sheet.endOfWord);
+            sheet.length = behindLine(sheet.endOfLine) - sheet.offset;
+        }
+
+        void DocumentReader::ReadDirectoryEntry(std::uint64_t offset)
+        {
+            const std::optional<std::int64_t> sheetOffset =
+                m_operands.size() == 3 ? IntegerOf(m_operands[0].text) : std::nullopt;
+            const std::optional<std::int64_t> length =
+                m_operands.size() == 3 ? IntegerOf(m_operands[1].text) : std::nullopt;
+            if (!sheetOffset || !length || *sheetOffset < 0 || *length < 0 || m_operands[2].kind != TokenKind::string ||
+                m_operands[2].text.size() > longestValue)
+            {
+                throw FormatError(offset, "directory entry is not an offset, a length and a name in parentheses");
+            }
+            Charge(offset, 2 * sizeof(DirectoryEntry) + m_operands[2].text.size());
+            m_document.directory.push_back(
+                {OffsetOf(m_operands[0]), static_cast<std::uint64_t>(*sheetOffset), static_cast<std::uint64_t>(*length),
+                 DecodedName(m_operands[2].text)});
+            m_operands.clear();
+        }
+
+        void DocumentReader::ReadPreview(std::uint64_t offset)
+        {
+            Section& section = m_sections.back();
+            if (section.kind != Kind::separation && section.kind != Kind::previewImage)
+            {
+                throw FormatError(offset, "CIP3PreviewImage stands outside a separation");
+            }
+            if (section.hasImage)
+            {
+                throw FormatError(offset, "section has a second preview image");
+            }
+            // The inks that AssignInkNames adds are part of the price.
+            Charge(offset, 2 * sizeof(Preview) + 8 * sizeof(std::string));
+            Preview preview = section.entries.MakePreview(m_document.bytes, offset);
+            preview.data = m_dataFinder.Find(m_scanner.Position(), preview);
+            m_scanner.MoveTo(m_document.OffsetOf(preview.data) + preview.data.size());
+            section.hasImage = true;
+            CurrentSurface().previews.push_back(std::move(preview));
+        }
+
+        void DocumentReader::Charge(std::uint64_t offset, std::size_t bytes)
+        {
+            m_charged += bytes;
+            if (m_charged > memoryLimit)
+            {
+                throw FormatError(offset, "file has more sections and entries than any job; reading stops here");
+            }
+        }
+
+        /// True if the comment closes the document.
+        bool DocumentReader::EndDocument(const Token& comment)
+        {
+            if (!StartsWith(comment.text, word::endOfFile))
+            {
+                return false;
+            }
+            const Section& section = m_sections.back();
+            if (section.kind != Kind::file)
+            {
+                throw FormatError(
+                    OffsetOf(comment), "file ends within the section CIP3Begin" + std::string(section.name) +
+                                           " that begins at byte " + std::to_string(section.offset));
+            }
+            return true;
+        }
+    }
+
+    Document ReadDocument(std::string_view bytes)
+    {
+        return DocumentReader(bytes).Read();
+    }
+}

@@ -1,0 +1,35 @@
+// What the reader says about a file that is not as it should be: a text and the byte that it is about. Findings are
+// collected where reading can go on; a FormatError ends the part of the work that cannot.
+#pragma once
+
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+
+namespace ppf
+{
+    /// One thing wrong with a file.
+    struct Finding
+    {
+        /// Position in the file, in bytes from its first, at which the fault shows.
+        std::uint64_t offset;
+        /// What is wrong, in one line without a full stop.
+        std::string text;
+    };
+
+    /// Ends the reading of a damaged document or preview.
+    class FormatError : public std::runtime_error
+    {
+    public:
+        FormatError(std::uint64_t offset, const std::string& text)
+            : std::runtime_error(text)
+            , m_offset(offset)
+        {
+        }
+
+        Finding AsFinding() const { return {m_offset, what()}; }
+
+    private:
+        std::uint64_t m_offset;
+    };
+}

@@ -1,0 +1,33 @@
+// The bytes of a file, mapped into memory. Apart from the rest because it is the reader's only contact with the
+// operating system: everything else works on bytes, wherever they lie.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace ppf
+{
+    /// A whole file as bytes. A regular file is mapped, read only and with its size taken once, when it is opened;
+    /// anything else (a pipe, a device) is read to its end into memory.
+    ///
+    /// Bytes that a regular file loses while it is mapped raise SIGBUS when they are touched, as with any mapping.
+    class FileMap
+    {
+    public:
+        /// Throws std::system_error, whose text begins with the path, if the file cannot be opened or read.
+        explicit FileMap(const std::string& path);
+        ~FileMap();
+        FileMap(const FileMap&) = delete;
+        FileMap& operator=(const FileMap&) = delete;
+
+        /// Valid as long as this object lives.
+        std::string_view Bytes() const { return m_bytes; }
+
+    private:
+        void ReadStream(int descriptor, const std::string& path);
+
+        std::string_view m_bytes;
+        std::string m_copy;
+        bool m_mapped = false;
+    };
+}

@@ -1,0 +1,73 @@
+// PostScript's syntax: bytes to tokens. Apart from the document reader because it knows nothing of the sections and
+// entries of a print production file; what it takes for a token is PostScript's rule alone.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace ppf
+{
+    enum class TokenKind
+    {
+        end,            ///< behind the last token
+        comment,        ///< from "%" to the end of its line, without it
+        number,         ///< an integer, a real or a radix number
+        literalName,    ///< with its slash, or both for an immediately evaluated one
+        executableName, ///< a bare word
+        string,         ///< "(...)", "<...>" or "<~...~>", with its delimiters
+        open,           ///< "[", "{" or "<<"
+        close           ///< "]", "}" or ">>"
+    };
+
+    struct Token
+    {
+        TokenKind kind;
+        /// The token's own bytes in the file.
+        std::string_view text;
+    };
+
+    /// White space of PostScript: NUL, TAB, LF, FF, CR and blank.
+    bool IsWhiteSpace(char c);
+
+    /// Reads tokens from a range of bytes, one per Next. Holds a reference to the bytes only.
+    class Scanner
+    {
+    public:
+        /// Begins at an offset into the bytes.
+        explicit Scanner(std::string_view bytes, std::uint64_t begin = 0);
+
+        /// The next token. Throws FormatError at a string that is not closed, a character that a hexadecimal string
+        /// cannot hold, and a closing delimiter of a string that was not opened.
+        Token Next();
+
+        /// Offset behind the last token.
+        std::uint64_t Position() const { return m_position; }
+        void MoveTo(std::uint64_t position) { m_position = static_cast<std::size_t>(position); }
+
+    private:
+        std::size_t EndOfParenthesised(std::size_t begin) const;
+        std::size_t EndOfAngled(std::size_t begin) const;
+        std::size_t EndOfRegular(std::size_t begin) const;
+        Token Take(TokenKind kind, std::size_t end);
+
+        std::string_view m_bytes;
+        std::size_t m_position;
+    };
+
+    /// The value of a number token ("12", "-.5", "1e+06", "16#FF"), or nothing for other text.
+    std::optional<double> NumberOf(std::string_view text);
+
+    /// The same, if the number is whole and exact: "4" and "4.0", but not "4.5".
+    std::optional<std::int64_t> IntegerOf(std::string_view text);
+
+    /// The bytes that a string token stands for: escapes, line ends and digits resolved. Nothing for other text.
+    std::optional<std::string> StringOf(std::string_view text);
+
+    /// The tokens of a value, comments left out; an empty list if the text is no sequence of tokens or holds more than
+    /// `most`.
+    std::vector<Token> TokensOf(std::string_view text, std::size_t most);
+}
