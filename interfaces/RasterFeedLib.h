@@ -22,43 +22,47 @@ struct RasterFeedCallbacks
     std::int64_t (*seek)(FileBlock block, std::uint32_t position);
     std::int64_t (*read)(FileBlock block, void* buffer, std::uint32_t size);
     std::int32_t (*close)(FileBlock block);
-    void (*idle)();
-    void (*failure)();  ///< called for a failed file access; does not return: it throws
+    void (*idle)();    ///< not called by this reader, which never waits
+    void (*failure)(); ///< called when `seek` or `read` gives -1 on an open file; does not return: it throws
 };
 
 /// What RasterFeedInit needs; the reader keeps a copy of what it uses. The reserved fields may hold anything.
 struct RasterFeedOpenRecord
 {
-    char path[1024];  ///< zero-terminated bytes
+    char path[1024]; ///< zero-terminated bytes
     RasterFeedCallbacks callbacks;
     std::uint32_t reserved1;
-    std::uint32_t valueWords[4];  ///< 0, 255, 0, 255
-    std::uint32_t word1;          ///< 0
-    std::uint32_t word2;          ///< 0
+    std::uint32_t valueWords[4]; ///< 0, 255, 0, 255
+    std::uint32_t word1;         ///< 0
+    std::uint32_t word2;         ///< 0
     std::uint32_t reserved2;
-    std::uint32_t word3;  ///< 0
-    char text[256];       ///< empty
+    std::uint32_t word3; ///< 0
+    char text[256];      ///< empty
 };
 
 /// What RasterFeedHeader fills in.
 struct RasterFeedImageHeader
 {
     unsigned char reserved1[16];
-    std::int32_t unitsPerInch;  ///< units of `widthExtent` in one inch
+    std::int32_t unitsPerInch; ///< units of `widthExtent` in one inch
     unsigned char reserved2[8];
-    std::int32_t widthExtent;  ///< width of the image in those units
-    std::uint32_t lineCount;   ///< lines of the image
-    std::uint32_t lineLength;  ///< bytes of a delivered line, one per pixel
+    std::int32_t widthExtent; ///< width of the image in those units
+    std::uint32_t lineCount;  ///< lines of the image
+    std::uint32_t lineLength; ///< bytes of a delivered line, one per pixel
     unsigned char reserved3[472];
 };
 static_assert(offsetof(RasterFeedOpenRecord, callbacks) == 1024 && sizeof(RasterFeedCallbacks) == 6 * sizeof(void*));
-static_assert(offsetof(RasterFeedImageHeader, unitsPerInch) == 16 && offsetof(RasterFeedImageHeader, widthExtent) == 28);
+static_assert(
+    offsetof(RasterFeedImageHeader, unitsPerInch) == 16 && offsetof(RasterFeedImageHeader, widthExtent) == 28);
 static_assert(offsetof(RasterFeedImageHeader, lineLength) == 36 && sizeof(RasterFeedImageHeader) == 512);
 
-/// Opens the file named in the record through its `open` callback. Null on failure, and then nothing is left to end.
+/// Opens the file named in the record through its `open` callback. Null for a file that did not open or is no TIFF, and
+/// for want of memory; nothing is left to end then, nor if a callback throws.
 RasterFeedHandle RasterFeedInit(const RasterFeedOpenRecord* record);
 
-/// Fills `header`. Once per reader, before the first line. 0 on success, else the reader accepts RasterFeedEnd alone.
+/// Fills `header`. Once per reader, before the first line. 0 on success; otherwise the image is none that a separation may
+/// be, its data is not all in the file, or memory is exhausted. After a failure, as after an exception of a callback, the
+/// reader accepts RasterFeedEnd alone.
 std::int32_t RasterFeedHeader(RasterFeedHandle reader, RasterFeedImageHeader* header);
 
 /// Writes the next line, `lineLength` bytes, to lines[0]; `count` is 1. Lines come from the top of the upright image.
@@ -74,17 +78,17 @@ void RasterFeedEnd(RasterFeedHandle reader, std::int32_t* scratch);
 struct RasterFeedDescription
 {
     bool accepted;
-    std::uint32_t width;    ///< pixels, upright; 0 if not accepted
-    std::uint32_t height;   ///< pixels, upright; 0 if not accepted
-    double resolution;      ///< pixels per inch
-    std::string reason;     ///< one line: the file, what was found, what is accepted; empty if accepted
+    std::uint32_t width;  ///< pixels, upright; 0 if not accepted
+    std::uint32_t height; ///< pixels, upright; 0 if not accepted
+    double resolution;    ///< pixels per inch
+    std::string reason;   ///< one line: the file, what was found, what is accepted; empty if accepted
 };
 
 /// How far RasterFeedProbe looks.
 enum class RasterFeedDepth
 {
-    Header,  ///< the directory alone
-    Lines    ///< every line is decoded too
+    Header, ///< the directory alone
+    Lines   ///< every line is decoded too
 };
 
 /// Looks at the TIFF at `path` without a reader: for hosts that want to know beforehand, or to say what went wrong.

@@ -1,0 +1,140 @@
+#include "DecodePlan.h"
+
+#include "Refusal.h"
+#include "SourceFile.h"
+#include "TiffFile.h"
+
+#include <algorithm>
+#include <string>
+
+namespace
+{
+    constexpr std::uint64_t mebibyte = 1024 * 1024;
+
+    // Of the 256 MiB that a file may take beyond its rows; the rest is for libtiff's own state and transient copies.
+    constexpr std::uint64_t mostMemory = 216 * mebibyte;
+
+    // A strip that decodes to no more than this is decoded as a whole, which is faster than line by line.
+    constexpr std::uint64_t comfortableStrip = 1 * mebibyte;
+
+    // libtiff keeps a place and a length, 8 bytes each, of every strip or tile.
+    constexpr std::uint64_t mostChunks = mebibyte;
+    constexpr std::uint64_t bytesPerChunk = 16;
+
+    // Tiles may reach over the image's edges, but not so far that the padding takes most of the time.
+    constexpr std::uint64_t mostPadding = 8;
+    constexpr std::uint64_t freePadding = 64 * mebibyte;
+
+    std::string Bytes(std::uint64_t count)
+    {
+        return std::to_string(count) + " bytes";
+    }
+
+    /// What a decoder keeps besides its input and output, at most.
+    std::uint64_t CodecMemory(const SeparationForm& form)
+    {
+        switch (form.compression)
+        {
+        case COMPRESSION_CCITTRLE:
+        case COMPRESSION_CCITTRLEW:
+        case COMPRESSION_CCITTFAX3:
+        case COMPRESSION_CCITTFAX4:
+            return std::uint64_t{form.chunkWidth} * 16; // four 32-bit run lengths for each pixel
+        case COMPRESSION_JPEG:
+            return 100 * mebibyte; // libtiff's bound for progressive JPEG
+        case COMPRESSION_ZSTD:
+            return 128 * mebibyte; // the largest window that the library decodes
+        case COMPRESSION_LZMA:
+            return form.ChunkBytes(); // a dictionary of any size holds no more than was decoded
+        default:
+            return mebibyte;
+        }
+    }
+
+    /// Checks every strip or tile against the file, and gives the bytes of the largest.
+    std::uint64_t CheckChunks(const TiffFile& file, const SeparationForm& form)
+    {
+        const std::string name = form.tiled ? "tile " : "strip ";
+        const std::uint64_t across = form.ChunksAcross();
+        const std::uint64_t count = across * form.ChunksDown();
+        if (count > mostChunks)
+            throw Refusal(std::to_string(count) + (form.tiled ? " tiles" : " strips") + "; up to 1048576 are accepted");
+
+        const std::uint64_t fileBytes = file.Source().Size();
+        std::uint64_t largest = 0;
+        for (std::uint32_t chunk = 0; chunk < count; ++chunk)
+        {
+            const std::uint64_t offset = file.ChunkOffset(chunk);
+            const std::uint64_t bytes = file.ChunkBytes(chunk);
+            const auto refuse = [&](const std::string& what)
+            {
+                throw Refusal(
+                    name + std::to_string(chunk + 1) + " of " + std::to_string(count) + " " + what +
+                    "; image data that is all there is needed");
+            };
+            if (offset == 0 || bytes == 0)
+                refuse("has no data");
+            if (offset > fileBytes || bytes > fileBytes - offset)
+                refuse(
+                    "of " + Bytes(bytes) + " at byte " + std::to_string(offset) +
+                    " reaches beyond the end of the file of " + Bytes(fileBytes));
+            if (form.compression == COMPRESSION_NONE)
+            {
+                const std::uint64_t rows =
+                    form.tiled ? form.chunkHeight : form.RowsOf(static_cast<std::uint32_t>(chunk / across));
+                const std::uint64_t needed = form.ChunkRowBytes() * rows;
+                if (bytes < needed)
+                    refuse("has " + Bytes(bytes) + " of " + Bytes(needed));
+            }
+            largest = std::max(largest, bytes);
+        }
+        return largest;
+    }
+}
+
+DecodePlan PlanDecoding(const TiffFile& file, const SeparationForm& form)
+{
+    if (file.DecodedRowBytes() != form.ChunkRowBytes())
+        throw Refusal(
+            "rows of " + Bytes(file.DecodedRowBytes()) + "; " + Bytes(form.ChunkRowBytes()) + " are expected");
+    const std::uint64_t largestChunk = CheckChunks(file, form);
+
+    DecodePlan plan = {};
+    std::uint64_t block = 0; // bytes
+    const bool stored = form.compression == COMPRESSION_NONE;
+    if (form.tiled)
+    {
+        plan.way = DecodeWay::Tiles;
+        block = form.ChunkBytes() * form.ChunksAcross();
+        const std::uint64_t image = form.RowBytes() * form.height;
+        if (block * form.ChunksDown() / mostPadding > image + freePadding)
+        {
+            throw Refusal(
+                "tiles of " + std::to_string(form.chunkWidth) + " x " + std::to_string(form.chunkHeight) +
+                " pixels for an image of " + std::to_string(form.width) + " x " + std::to_string(form.height) +
+                "; tiles that fit the image are accepted");
+        }
+    }
+    else if (stored)
+        plan.way = DecodeWay::Stored;
+    else if (form.ChunkBytes() <= comfortableStrip || form.bottomUp)
+    {
+        plan.way = DecodeWay::Strips;
+        block = form.ChunkBytes();
+    }
+    else
+        plan.way = DecodeWay::Scanlines;
+
+    const std::uint64_t chunks = std::uint64_t{form.ChunksAcross()} * form.ChunksDown() * bytesPerChunk;
+    std::uint64_t memory = block + chunks + file.Facts().tagBytes;
+    if (!stored)
+        memory += largestChunk + CodecMemory(form);
+    if (memory > mostMemory)
+    {
+        throw Refusal(
+            std::string(form.tiled ? "tiles" : "strips") + " that take " + Bytes(memory) +
+            " of memory to decode; up to " + Bytes(mostMemory) + " are accepted");
+    }
+    plan.blockBytes = static_cast<std::size_t>(block);
+    return plan;
+}

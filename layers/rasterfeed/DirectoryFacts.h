@@ -1,0 +1,38 @@
+// What a TIFF's directory says in its own bytes: the few facts that libtiff gives only after rounding, guessing or
+// allocating. The x resolution comes as the ratio that the file states and not as a float; a missing or odd photometric
+// form stays missing or odd; and the bytes that a directory would make libtiff load are known before it loads them.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+class SourceFile;
+
+/// The first bytes of a TIFF.
+struct TiffPreamble
+{
+    bool bigEndian;               ///< numbers have their highest byte first
+    bool big;                     ///< BigTIFF: 64-bit offsets and counts
+    std::uint64_t firstDirectory; ///< bytes from the start of the file
+};
+
+/// Reads a TIFF's preamble. Throws Refusal for a file that is no TIFF.
+TiffPreamble ReadPreamble(SourceFile& file);
+
+/// The facts of one directory.
+struct DirectoryFacts
+{
+    std::optional<std::uint32_t> photometric; ///< PhotometricInterpretation, as stated
+    double resolution = 0;                    ///< pixels per inch across; 0 if the file states none that makes sense
+    std::uint64_t chunks = 0;                 ///< strips or tiles that are listed
+    std::uint64_t tagBytes = 0;               ///< bytes of values outside the directory, without the lists of chunks
+    std::uint64_t next = 0;                   ///< the next directory, bytes from the start of the file; 0 for none
+};
+
+/// A value that libtiff would have to allocate more for than this is never loaded: its tag is passed over, or, where the
+/// image needs the tag, the file is refused. Bytes.
+constexpr std::uint64_t largestTag = 16u * 1024 * 1024;
+
+/// Reads the directory at `offset`. A value of more than largestTag bytes does not count in tagBytes. Throws Refusal if the
+/// file ends inside the directory.
+DirectoryFacts ReadDirectoryFacts(SourceFile& file, const TiffPreamble& preamble, std::uint64_t offset);

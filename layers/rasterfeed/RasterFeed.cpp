@@ -1,0 +1,106 @@
+// The operations of the interface: results for refusals, and the callbacks' exceptions unchanged.
+
+#include <RasterFeedLib.h>
+
+#include "Refusal.h"
+#include "SeparationReader.h"
+
+#include <cstring>
+#include <new>
+
+struct RasterFeedReader
+{
+    RasterFeedReader(const RasterFeedCallbacks& callbacks, const char* name)
+        : separation(callbacks, name)
+    {
+    }
+
+    enum class State
+    {
+        Opened, ///< waits for RasterFeedHeader
+        Lines,  ///< gives lines
+        Failed  ///< can only be ended
+    };
+
+    SeparationReader separation;
+    State state = State::Opened;
+};
+
+namespace
+{
+    constexpr std::int32_t done = 0;
+    constexpr std::int32_t failed = -1;
+
+    /// Runs `operation` in `state`, and leaves the reader in `next` if it succeeds.
+    template <class Operation>
+    std::int32_t
+    Run(RasterFeedHandle reader, RasterFeedReader::State state, RasterFeedReader::State next, Operation operation)
+    {
+        if (reader == nullptr || reader->state != state)
+            return failed;
+        reader->state = RasterFeedReader::State::Failed;
+        try
+        {
+            operation(reader->separation);
+        }
+        catch (const Refusal&)
+        {
+            return failed;
+        }
+        catch (const std::bad_alloc&)
+        {
+            return failed;
+        }
+        reader->state = next;
+        return done;
+    }
+}
+
+RasterFeedHandle RasterFeedInit(const RasterFeedOpenRecord* record)
+{
+    if (std::memchr(record->path, 0, sizeof record->path) == nullptr)
+        return nullptr;
+    try
+    {
+        return new RasterFeedReader(record->callbacks, record->path);
+    }
+    catch (const Refusal&)
+    {
+        return nullptr;
+    }
+    catch (const std::bad_alloc&)
+    {
+        return nullptr;
+    }
+}
+
+std::int32_t RasterFeedHeader(RasterFeedHandle reader, RasterFeedImageHeader* header)
+{
+    return Run(
+        reader, RasterFeedReader::State::Opened, RasterFeedReader::State::Lines,
+        [&](SeparationReader& separation)
+        {
+            separation.ReadHeader();
+            *header = {};
+            header->unitsPerInch = separation.Units().unitsPerInch;
+            header->widthExtent = separation.Units().extent;
+            header->lineCount = separation.Height();
+            header->lineLength = separation.Width();
+        });
+}
+
+std::int32_t RasterFeedLine(RasterFeedHandle reader, unsigned char* const* lines, std::uint32_t count)
+{
+    if (count != 1)
+        return failed;
+    return Run(
+        reader, RasterFeedReader::State::Lines, RasterFeedReader::State::Lines,
+        [&](SeparationReader& separation) { separation.ReadLine(lines[0]); });
+}
+
+void RasterFeedEnd(RasterFeedHandle reader, std::int32_t*)
+{
+    const std::unique_ptr<RasterFeedReader> owner(reader);
+    if (owner)
+        owner->separation.Close();
+}

@@ -1,0 +1,27 @@
+// The rows of an image as they are stored, one source for each way of storing them. They stand apart from the reader so
+// that it can ask for any row without knowing how it is found.
+#pragma once
+
+#include "DecodePlan.h"
+#include "SeparationForm.h"
+
+#include <cstdint>
+#include <memory>
+
+class TiffFile;
+
+/// Gives the stored rows of one image.
+class RowSource
+{
+public:
+    virtual ~RowSource() = default;
+
+    /// Row `row`, counted from the first that is stored: packed samples, 16-bit ones in the machine's byte order. Rows are
+    /// asked for in the order in which they are stored or, except for DecodeWay::Scanlines, in the opposite one.
+    /// The result lies in `room`, which has a row's bytes, or in the source, where it stays until the next call.
+    /// Throws Refusal for data that ends early or cannot be decoded, and what the callbacks throw.
+    virtual const unsigned char* Row(std::uint32_t row, unsigned char* room) = 0;
+};
+
+/// The source for an image; `file` must live longer.
+std::unique_ptr<RowSource> MakeRowSource(TiffFile& file, const SeparationForm& form, const DecodePlan& plan);

@@ -1,0 +1,72 @@
+#include "SampleExpansion.h"
+
+#include <algorithm>
+#include <cstring>
+
+SampleExpansion::SampleExpansion(unsigned bitsPerSample, bool inverted, bool fromRight, std::uint32_t samples)
+    : bits(bitsPerSample)
+    , mirrored(fromRight)
+    , width(samples)
+    , flip(inverted ? 255 : 0)
+    , of()
+{
+    if (bits >= 8)
+        return;
+    const unsigned highest = (1u << bits) - 1;
+    for (unsigned byte = 0; byte < 256; ++byte)
+    {
+        for (unsigned i = 0; i < 8 / bits; ++i)
+        {
+            const unsigned sample = byte >> (8 - bits - i * bits) & highest;
+            of[byte][i] = static_cast<unsigned char>(sample * (255 / highest) ^ flip);
+        }
+    }
+}
+
+template <unsigned samplesPerByte>
+void SampleExpansion::Unpack(const unsigned char* row, unsigned char* line) const
+{
+    const std::uint32_t whole = width / samplesPerByte;
+    for (std::uint32_t i = 0; i < whole; ++i)
+        std::memcpy(line + std::size_t{i} * samplesPerByte, of[row[i]].data(), samplesPerByte);
+    const std::uint32_t rest = width % samplesPerByte;
+    if (rest != 0)
+        std::memcpy(line + std::size_t{whole} * samplesPerByte, of[row[whole]].data(), rest);
+}
+
+void SampleExpansion::Expand(const unsigned char* row, unsigned char* line) const
+{
+    switch (bits)
+    {
+    case 1:
+        Unpack<8>(row, line);
+        break;
+    case 2:
+        Unpack<4>(row, line);
+        break;
+    case 4:
+        Unpack<2>(row, line);
+        break;
+    case 8:
+        if (flip != 0)
+        {
+            for (std::uint32_t i = 0; i < width; ++i)
+                line[i] = static_cast<unsigned char>(row[i] ^ 255);
+        }
+        else if (row != line)
+            std::memcpy(line, row, width);
+        break;
+    default:
+        for (std::uint32_t i = 0; i < width; ++i)
+        {
+            std::uint16_t sample;
+            std::memcpy(&sample, row + std::size_t{i} * 2, sizeof sample);
+            // sample / 257 rounded to the nearest, for all 65536 values.
+            const std::uint32_t byte = (sample * 255u + 32895u) >> 16;
+            line[i] = static_cast<unsigned char>(byte ^ flip);
+        }
+        break;
+    }
+    if (mirrored)
+        std::reverse(line, line + width);
+}

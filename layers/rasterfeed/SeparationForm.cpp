@@ -1,0 +1,196 @@
+#include "SeparationForm.h"
+
+#include "Refusal.h"
+#include "TiffFile.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <string>
+
+namespace
+{
+    constexpr std::uint32_t largestSide = 2147483647;          // pixels
+    constexpr std::uint64_t largestRow = 1024u * 1024u * 1024; // bytes, stored or delivered
+    constexpr double resolutionOfNone = 72;                    // pixels per inch
+
+    const char* const acceptedPhotometric = "; MinIsBlack, MinIsWhite and Separated with one ink are accepted";
+    const char* const acceptedCompression =
+        "; none, PackBits, LZW, Deflate, CCITT RLE, Group 3 and 4, JPEG, ZSTD and LZMA are accepted";
+
+    /// `number`, with what it is called if it has a name.
+    struct Name
+    {
+        std::uint32_t number;
+        const char* name;
+    };
+
+    template <std::size_t count>
+    std::string NameOf(std::uint32_t number, const Name (&names)[count])
+    {
+        for (const Name& entry : names)
+        {
+            if (entry.number == number)
+                return std::to_string(number) + " (" + entry.name + ")";
+        }
+        return std::to_string(number);
+    }
+
+    constexpr Name photometricNames[] = {
+        {PHOTOMETRIC_MINISWHITE, "MinIsWhite"},
+        {PHOTOMETRIC_MINISBLACK, "MinIsBlack"},
+        {PHOTOMETRIC_RGB, "RGB"},
+        {PHOTOMETRIC_PALETTE, "palette"},
+        {PHOTOMETRIC_MASK, "transparency mask"},
+        {PHOTOMETRIC_SEPARATED, "Separated"},
+        {PHOTOMETRIC_YCBCR, "YCbCr"},
+        {PHOTOMETRIC_CIELAB, "CIE L*a*b*"},
+        {PHOTOMETRIC_ICCLAB, "ICC L*a*b*"},
+        {PHOTOMETRIC_ITULAB, "ITU L*a*b*"},
+        {PHOTOMETRIC_CFA, "colour filter array"},
+        {PHOTOMETRIC_LOGL, "LogL"},
+        {PHOTOMETRIC_LOGLUV, "LogLuv"},
+    };
+
+    constexpr Name compressionNames[] = {
+        {COMPRESSION_OJPEG, "old-style JPEG"},
+        {COMPRESSION_NEXT, "NeXT"},
+        {COMPRESSION_THUNDERSCAN, "ThunderScan"},
+        {COMPRESSION_PIXARLOG, "PixarLog"},
+        {COMPRESSION_JBIG, "JBIG"},
+        {COMPRESSION_JP2000, "JPEG 2000"},
+        {COMPRESSION_LERC, "LERC"},
+        {COMPRESSION_WEBP, "WebP"},
+        {COMPRESSION_SGILOG, "SGILog"},
+        {COMPRESSION_SGILOG24, "SGILog 24"},
+        {COMPRESSION_T43, "T.43"},
+        {COMPRESSION_T85, "T.85"},
+    };
+
+    constexpr Name sampleFormatNames[] = {
+        {SAMPLEFORMAT_INT, "signed integers"},
+        {SAMPLEFORMAT_IEEEFP, "floating point"},
+        {SAMPLEFORMAT_COMPLEXINT, "complex integers"},
+        {SAMPLEFORMAT_COMPLEXIEEEFP, "complex floating point"},
+    };
+
+    bool IsAcceptedCompression(std::uint16_t compression)
+    {
+        switch (compression)
+        {
+        case COMPRESSION_NONE:
+        case COMPRESSION_CCITTRLE:
+        case COMPRESSION_CCITTRLEW:
+        case COMPRESSION_CCITTFAX3:
+        case COMPRESSION_CCITTFAX4:
+        case COMPRESSION_LZW:
+        case COMPRESSION_JPEG:
+        case COMPRESSION_PACKBITS:
+        case COMPRESSION_ADOBE_DEFLATE:
+        case COMPRESSION_DEFLATE:
+        case COMPRESSION_ZSTD:
+        case COMPRESSION_LZMA:
+            return TIFFIsCODECConfigured(compression) == 1;
+        default:
+            return false;
+        }
+    }
+
+    void CheckSamples(const TiffFile& file, SeparationForm& form)
+    {
+        const auto samples = file.Field<std::uint16_t>(TIFFTAG_SAMPLESPERPIXEL, 1);
+        const auto& photometric = file.Facts().photometric;
+        if (samples != 1)
+        {
+            throw Refusal(
+                std::to_string(samples) + " samples per pixel (photometric " +
+                (photometric ? NameOf(*photometric, photometricNames) : "unknown") + "); a separation has one");
+        }
+        if (!photometric)
+            throw Refusal(
+                std::string("no photometric tag, so that its polarity would be a guess") + acceptedPhotometric);
+        if (*photometric != PHOTOMETRIC_MINISBLACK && *photometric != PHOTOMETRIC_MINISWHITE &&
+            *photometric != PHOTOMETRIC_SEPARATED)
+            throw Refusal("photometric " + NameOf(*photometric, photometricNames) + acceptedPhotometric);
+        form.inverted = *photometric != PHOTOMETRIC_MINISBLACK;
+
+        form.bits = file.Field<std::uint16_t>(TIFFTAG_BITSPERSAMPLE, 1);
+        const auto format = file.Field<std::uint16_t>(TIFFTAG_SAMPLEFORMAT, SAMPLEFORMAT_UINT);
+        if (format != SAMPLEFORMAT_UINT && format != SAMPLEFORMAT_VOID)
+            throw Refusal("sample format " + NameOf(format, sampleFormatNames) + "; unsigned integers are accepted");
+        if (form.bits != 1 && form.bits != 2 && form.bits != 4 && form.bits != 8 && form.bits != 16)
+            throw Refusal(std::to_string(form.bits) + " bits per sample; 1, 2, 4, 8 and 16 are accepted");
+    }
+
+    void CheckCoding(const TiffFile& file, SeparationForm& form)
+    {
+        form.compression = file.Field<std::uint16_t>(TIFFTAG_COMPRESSION, COMPRESSION_NONE);
+        if (!IsAcceptedCompression(form.compression))
+            throw Refusal("compression " + NameOf(form.compression, compressionNames) + acceptedCompression);
+        const bool fax = form.compression == COMPRESSION_CCITTRLE || form.compression == COMPRESSION_CCITTRLEW ||
+                         form.compression == COMPRESSION_CCITTFAX3 || form.compression == COMPRESSION_CCITTFAX4;
+        if (fax && form.bits != 1)
+            throw Refusal("CCITT compression of " + std::to_string(form.bits) + " bits per sample; 1 is accepted");
+        if (form.compression == COMPRESSION_JPEG && form.bits != 8)
+            throw Refusal("JPEG compression of " + std::to_string(form.bits) + " bits per sample; 8 is accepted");
+
+        const std::uint16_t predictor = file.Predictor(form.compression);
+        if (predictor != PREDICTOR_NONE && (predictor != PREDICTOR_HORIZONTAL || form.bits < 8))
+        {
+            throw Refusal(
+                "predictor " + std::to_string(predictor) + " of " + std::to_string(form.bits) +
+                " bits per sample; 1, and 2 of 8 or 16 bits, are accepted");
+        }
+    }
+
+    void CheckSize(const TiffFile& file, SeparationForm& form)
+    {
+        form.width = file.Field<std::uint32_t>(TIFFTAG_IMAGEWIDTH, 0);
+        form.height = file.Field<std::uint32_t>(TIFFTAG_IMAGELENGTH, 0);
+        const auto depth = file.Field<std::uint32_t>(TIFFTAG_IMAGEDEPTH, 1);
+        if (depth != 1)
+            throw Refusal(std::to_string(depth) + " planes in depth; a separation has one");
+        const std::string size = std::to_string(form.width) + " x " + std::to_string(form.height) + " pixels";
+        if (form.width == 0 || form.width > largestSide || form.height == 0 || form.height > largestSide)
+            throw Refusal(size + "; 1 to 2147483647 in each direction are accepted");
+        if (std::max(form.RowBytes(), std::uint64_t{form.width}) > largestRow)
+            throw Refusal(size + " in rows of more than 1 GiB; rows of up to 1 GiB are accepted");
+
+        if (form.tiled)
+        {
+            form.chunkWidth = file.Field<std::uint32_t>(TIFFTAG_TILEWIDTH, 0);
+            form.chunkHeight = file.Field<std::uint32_t>(TIFFTAG_TILELENGTH, 0);
+        }
+        else
+        {
+            form.chunkWidth = form.width;
+            form.chunkHeight = std::min(file.Field<std::uint32_t>(TIFFTAG_ROWSPERSTRIP, form.height), form.height);
+        }
+        const std::string chunk =
+            "tiles of " + std::to_string(form.chunkWidth) + " x " + std::to_string(form.chunkHeight) + " pixels";
+        if (form.chunkWidth == 0 || form.chunkHeight == 0)
+            throw Refusal(chunk + "; at least 1 x 1 is needed");
+        if (form.tiled && form.ChunksAcross() > 1 && std::uint64_t{form.chunkWidth} * form.bits % 8 != 0)
+            throw Refusal(chunk + "; widths that are multiples of 16 are accepted");
+    }
+}
+
+SeparationForm InspectForm(const TiffFile& file)
+{
+    SeparationForm form = {};
+    CheckSamples(file, form);
+    CheckCoding(file, form);
+    form.tiled = file.IsTiled();
+    CheckSize(file, form);
+
+    const auto orientation = file.Field<std::uint16_t>(TIFFTAG_ORIENTATION, ORIENTATION_TOPLEFT);
+    if (orientation < ORIENTATION_TOPLEFT || orientation > ORIENTATION_BOTLEFT)
+        throw Refusal("orientation " + std::to_string(orientation) + "; 1 to 4 are accepted");
+    form.mirrored = orientation == ORIENTATION_TOPRIGHT || orientation == ORIENTATION_BOTRIGHT;
+    form.bottomUp = orientation == ORIENTATION_BOTRIGHT || orientation == ORIENTATION_BOTLEFT;
+    form.lowestBitFirst = file.Field<std::uint16_t>(TIFFTAG_FILLORDER, FILLORDER_MSB2LSB) == FILLORDER_LSB2MSB;
+    form.byteSwapped = file.IsByteSwapped();
+
+    const double stated = file.Facts().resolution;
+    form.resolution = stated > 0 ? stated : resolutionOfNone;
+    return form;
+}

@@ -1,0 +1,115 @@
+#include "SourceFile.h"
+
+#include "Refusal.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+namespace
+{
+    // Large enough that reading line by line costs few system calls, small enough to stay in the processor's cache.
+    constexpr std::size_t windowBytes = 64 * 1024;
+}
+
+SourceFile::SourceFile(const RasterFeedCallbacks& hostCallbacks, const char* name)
+    : callbacks(hostCallbacks)
+    , block(callbacks.open(name))
+{
+    if (block == nullptr)
+        throw Refusal("the file could not be opened; a readable file is needed");
+    try
+    {
+        // A block whose file did not open is first seen here, and is no failed access.
+        const std::int64_t bytes = callbacks.seek(block, 0);
+        if (bytes < 0)
+            throw Refusal("the file could not be opened; a readable file is needed");
+        if (bytes > std::int64_t{UINT32_MAX})
+            throw Refusal("larger than 4294967295 bytes; files up to that size are accepted");
+        size = static_cast<std::uint32_t>(bytes);
+    }
+    catch (...)
+    {
+        callbacks.close(block);
+        throw;
+    }
+}
+
+SourceFile::~SourceFile()
+{
+    try
+    {
+        Close();
+    }
+    catch (...)
+    {
+        // Whoever wants to know calls Close.
+    }
+}
+
+void SourceFile::Close()
+{
+    if (block != nullptr)
+        callbacks.close(std::exchange(block, nullptr));
+}
+
+std::size_t SourceFile::Read(std::uint64_t position, void* to, std::size_t count)
+{
+    auto* out = static_cast<unsigned char*>(to);
+    std::size_t done = 0;
+    if (position >= size)
+        return 0;
+    count = static_cast<std::size_t>(std::min<std::uint64_t>(count, size - position));
+    while (done < count)
+    {
+        const std::uint64_t at = position + done;
+        if (at < windowStart || at >= windowStart + window.size())
+        {
+            if (count - done >= windowBytes)
+                return done + Fetch(at, out + done, count - done);
+            // Windows begin at fixed places, so that going through a file from its end reads no byte twice either.
+            windowStart = at / windowBytes * windowBytes;
+            window.resize(windowBytes);
+            std::size_t fetched = 0;
+            try
+            {
+                fetched = Fetch(windowStart, window.data(), windowBytes);
+            }
+            catch (...)
+            {
+                window.clear();
+                throw;
+            }
+            window.resize(fetched);
+            if (at >= windowStart + fetched)
+                break;
+        }
+        const auto offset = static_cast<std::size_t>(at - windowStart);
+        const std::size_t part = std::min(count - done, window.size() - offset);
+        std::memcpy(out + done, window.data() + offset, part);
+        done += part;
+    }
+    return done;
+}
+
+std::size_t SourceFile::Fetch(std::uint64_t position, unsigned char* to, std::size_t count)
+{
+    count = static_cast<std::size_t>(std::min<std::uint64_t>(count, size - position));
+    if (position != blockPosition)
+    {
+        if (callbacks.seek(block, static_cast<std::uint32_t>(position)) < 0)
+            Fail();
+        blockPosition = position;
+    }
+    const std::int64_t got = callbacks.read(block, to, static_cast<std::uint32_t>(count));
+    if (got < 0 || static_cast<std::uint64_t>(got) > count)
+        Fail();
+    blockPosition += static_cast<std::uint64_t>(got);
+    return static_cast<std::size_t>(got);
+}
+
+void SourceFile::Fail()
+{
+    callbacks.failure();
+    throw Refusal("the file could not be read; a readable file is needed");
+}

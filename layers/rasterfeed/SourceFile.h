@@ -1,0 +1,44 @@
+// The bytes of one file, fetched through a host's callbacks. It stands apart because it alone knows the callbacks: it
+// turns many small reads at any place into few large ones, and a failed access into the host's `failure` callback.
+#pragma once
+
+#include <RasterFeedLib.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+/// A file that is open from the constructor to Close or the destructor. Read* Close?
+/// What a callback throws leaves the operation that called it.
+class SourceFile
+{
+public:
+    /// Opens `name` (zero-terminated bytes). Throws Refusal if there is no file to read.
+    SourceFile(const RasterFeedCallbacks& hostCallbacks, const char* name);
+    SourceFile(const SourceFile&) = delete;
+    SourceFile& operator=(const SourceFile&) = delete;
+
+    /// Closes the file if it is open still; what `close` throws is lost.
+    ~SourceFile();
+
+    /// Closes the file; what `close` throws goes on, the file being gone either way.
+    void Close();
+
+    /// Bytes of the file when it was opened.
+    std::uint32_t Size() const { return size; }
+
+    /// Reads up to `count` bytes at `position`, fewer only at the end of the file (which may have moved since Size was
+    /// found). Gives how many.
+    std::size_t Read(std::uint64_t position, void* to, std::size_t count);
+
+private:
+    std::size_t Fetch(std::uint64_t position, unsigned char* to, std::size_t count);
+    [[noreturn]] void Fail();
+
+    RasterFeedCallbacks callbacks;
+    FileBlock block;                   ///< null once closed
+    std::uint32_t size = 0;            ///< bytes
+    std::uint64_t blockPosition = 0;   ///< where the block stands, bytes from the start
+    std::vector<unsigned char> window; ///< a stretch of the file that begins at a multiple of its capacity
+    std::uint64_t windowStart = 0;     ///< bytes from the start
+};

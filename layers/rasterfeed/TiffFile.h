@@ -1,0 +1,101 @@
+// One TIFF as libtiff sees it. It stands apart as the border to a C library: exceptions of the callbacks stop here and
+// go on once libtiff has returned, libtiff's messages are kept instead of printed, and what it may allocate is bounded
+// before it starts.
+#pragma once
+
+#include "DirectoryFacts.h"
+
+#include <cstdarg>
+#include <cstdint>
+#include <exception>
+#include <string>
+#include <tiffio.h>
+
+class SourceFile;
+
+/// A TIFF that is open from the constructor to the destructor, at its first image. SelectImage? Call*
+class TiffFile
+{
+public:
+    /// Opens what `source` holds; `source` must live longer. Throws Refusal for what is no TIFF or is damaged, and
+    /// whatever the callbacks below `source` throw.
+    explicit TiffFile(SourceFile& source);
+    TiffFile(const TiffFile&) = delete;
+    TiffFile& operator=(const TiffFile&) = delete;
+    ~TiffFile();
+
+    /// Goes on to the first directory that is neither a reduced-resolution image nor a mask. Throws Refusal if there is
+    /// none.
+    void SelectImage();
+
+    /// What the present directory states.
+    const DirectoryFacts& Facts() const { return facts; }
+
+    /// A tag's value, or `otherwise` if it is absent; libtiff's own default for the tag, if it has one, comes first.
+    template <class Value>
+    Value Field(std::uint32_t tag, Value otherwise) const
+    {
+        Value value = otherwise;
+        return TIFFGetFieldDefaulted(handle, tag, &value) == 1 ? value : otherwise;
+    }
+
+    bool IsTiled() const { return TIFFIsTiled(handle) != 0; }
+
+    /// Whether 16-bit samples have the other byte order than the machine.
+    bool IsByteSwapped() const { return TIFFIsByteSwapped(handle) != 0; }
+
+    /// The predictor of an image of that compression; PREDICTOR_NONE where the compression knows none.
+    std::uint16_t Predictor(std::uint16_t compression) const;
+
+    /// Where a strip or tile is, and how long: bytes.
+    std::uint64_t ChunkOffset(std::uint32_t chunk) const { return TIFFGetStrileOffset(handle, chunk); }
+    std::uint64_t ChunkBytes(std::uint32_t chunk) const { return TIFFGetStrileByteCount(handle, chunk); }
+
+    /// Bytes of a decoded row of the image or, if it is tiled, of a tile.
+    std::uint64_t DecodedRowBytes() const;
+
+    /// Gives what `operation` gives, called with libtiff's handle. What a callback threw meanwhile is thrown then.
+    template <class Operation>
+    auto Call(Operation operation)
+    {
+        message.clear();
+        const auto result = operation(handle);
+        Rethrow();
+        return result;
+    }
+
+    /// libtiff's first error during the last Call, or else its first warning; empty if there was neither. Remarks about
+    /// forms that are read exactly all the same do not count.
+    const std::string& Complaint() const { return message; }
+
+    /// From here on libtiff sees `byte` at `position` of the file, and the file's own byte at the place that was given
+    /// before.
+    void Overlay(std::uint64_t position, unsigned char byte);
+
+    SourceFile& Source() const { return source; }
+
+private:
+    static tmsize_t ReadBytes(thandle_t self, void* to, tmsize_t count);
+    static tmsize_t WriteBytes(thandle_t, void*, tmsize_t);
+    static toff_t SeekTo(thandle_t self, toff_t offset, int origin);
+    static toff_t GetSize(thandle_t self);
+    static int IgnoreClose(thandle_t);
+    static int KeepError(TIFF*, void* self, const char* module, const char* format, va_list arguments);
+    static int KeepWarning(TIFF*, void* self, const char* module, const char* format, va_list arguments);
+
+    void LookAt(std::uint64_t directory);
+    void Keep(bool isError, const char* format, va_list arguments);
+    void Rethrow();
+    [[noreturn]] void RefuseDamaged();
+
+    SourceFile& source;
+    TiffPreamble preamble;
+    DirectoryFacts facts;
+    TIFF* handle = nullptr;
+    std::uint64_t position = 0;            ///< libtiff's place in the file
+    std::uint64_t overlayPosition = ~0ull; ///< outside every file if there is no overlay
+    unsigned char overlayByte = 0;
+    std::exception_ptr pending; ///< what a callback threw below libtiff
+    std::string message;        ///< see Complaint
+    bool messageIsError = false;
+};
