@@ -34,10 +34,7 @@ namespace RasterOutput
         currentY = 0;
         tileColumn = 0;
         rowCount = 0;
-        if (&description != &parameters)
-        {
-            parameters = description;
-        }
+        parameters = description;
         ExtractionDispatcher::Instance().Go(*this, extractor);
         InitializeProcess();
         AfterInitialize(description, extractor);

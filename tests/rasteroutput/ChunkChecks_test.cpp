@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <functional>
 #include <sstream>
 
@@ -34,6 +35,14 @@ namespace RasterOutput
         other.uniformKnown = !chunk.uniformKnown;
         EXPECT_TRUE(HasSameContent(chunk, other));
         EXPECT_TRUE(RefersToSameData(chunk, other));
+    }
+
+    TEST_F(ChunkComparison, OneAndTheSameRangeIsNotRead)
+    {
+        // Nothing can be read in the first page.
+        auto* const unreadable = reinterpret_cast<unsigned char*>(std::uintptr_t{1});
+        chunk[0].SetRange(unreadable, unreadable + 1);
+        EXPECT_TRUE(HasSameContent(chunk, RawChunkRef(chunk)));
     }
 
     TEST_F(ChunkComparison, AnyDifferenceInGeometryOrRangeCounts)
