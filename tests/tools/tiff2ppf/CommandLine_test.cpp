@@ -1,0 +1,144 @@
+#include "tiff2ppf/CommandLine.h"
+
+#include "tiff2ppf/Failure.h"
+#include "tiff2ppf/Paths.h"
+
+#include <gmock/gmock.h>
+
+namespace
+{
+    using namespace Tiff2Ppf;
+    using ::testing::HasSubstr;
+
+    CommandLine Parse(std::vector<const char*> arguments)
+    {
+        arguments.insert(arguments.begin(), "tiff2ppf");
+        return ParseCommandLine(static_cast<int>(arguments.size()), arguments.data());
+    }
+
+    std::string FaultOf(const std::vector<const char*>& arguments)
+    {
+        try
+        {
+            Parse(arguments);
+        }
+        catch (const UsageError& error)
+        {
+            return error.what();
+        }
+        return "no fault";
+    }
+
+    TEST(CommandLine, OptionsBelongToTheSheetBeforeThem)
+    {
+        const CommandLine line = Parse(
+            {"-o", "o.ppf", "--sheet", "A", "--front", "C=/c", "--sheet=B", "--back", "K=/k=1", "--param", "X=(a=b)",
+             "--front", "M=/m", "--job", "J", "--param=Y="});
+        ASSERT_EQ(line.job.sheets.size(), 2U);
+        const Sheet& a = line.job.sheets[0];
+        EXPECT_EQ(a.jobName, "J");
+        EXPECT_EQ(a.sheetName, "A");
+        ASSERT_EQ(a.front.size(), 1U);
+        EXPECT_TRUE(a.back.empty());
+        EXPECT_TRUE(a.parameters.empty());
+        const Sheet& b = line.job.sheets[1];
+        EXPECT_EQ(b.front.at(0).name, "M");
+        EXPECT_EQ(b.back.at(0).name, "K");
+        EXPECT_EQ(b.back.at(0).file, "/k=1");
+        EXPECT_EQ(std::get<std::string>(b.parameters.at("X")), "(a=b)");
+        EXPECT_EQ(std::get<std::string>(b.parameters.at("Y")), "");
+    }
+
+    TEST(CommandLine, RelativeFileStandsInTheCurrentFolder)
+    {
+        const CommandLine line = Parse({"--job", "J", "--sheet", "", "--front", "K=k.tif", "-o", "o.ppf"});
+        EXPECT_EQ(line.job.sheets.at(0).front.at(0).file, CurrentFolder() + "/k.tif");
+        EXPECT_EQ(line.output, "o.ppf");
+    }
+
+    TEST(CommandLine, ValueIsTakenWhateverItLooksLike)
+    {
+        // An empty value behind '=', one in brackets, one that looks like an option, and bytes that are no UTF-8.
+        const CommandLine line = Parse(
+            {"--job=--sheet=", "--sheet=", "--front", "[a,b]=[/x]", "--back", "--job==/\xFF", "--compression", "none",
+             "-o", "--verbose"});
+        ASSERT_EQ(line.job.sheets.size(), 1U);
+        const Sheet& sheet = line.job.sheets[0];
+        EXPECT_EQ(sheet.jobName, "--sheet=");
+        EXPECT_EQ(sheet.sheetName, "");
+        EXPECT_EQ(sheet.front.at(0).name, "[a,b]");
+        EXPECT_EQ(sheet.back.at(0).name, "--job");
+        EXPECT_EQ(sheet.back.at(0).file, CurrentFolder() + "/=/\xFF");
+        EXPECT_EQ(line.compression, Compression::CIP3CompressionNone);
+        EXPECT_EQ(line.output, "--verbose");
+        EXPECT_FALSE(line.verbose);
+    }
+
+    TEST(CommandLine, JobFileComesWithItsOverrides)
+    {
+        const CommandLine line = Parse({"-", "--encoding", "binary", "--mixed-sizes", "--verbose", "-oout"});
+        EXPECT_EQ(line.jobFile, "-");
+        EXPECT_FALSE(line.compression);
+        EXPECT_EQ(line.encoding, Encoding::CIP3EncodingBinary);
+        EXPECT_TRUE(line.mixedSizes);
+        EXPECT_TRUE(line.verbose);
+        EXPECT_EQ(line.output, "out");
+    }
+
+    TEST(CommandLine, HelpAndVersionAnswerWithoutAJob)
+    {
+        EXPECT_THAT(Parse({"--help"}).answer, HasSubstr("--mixed-sizes"));
+        EXPECT_THAT(Parse({"--version"}).answer, ::testing::MatchesRegex("tiff2ppf [0-9]+\\.[0-9]+\\.[0-9]+\n"));
+    }
+
+    struct Fault
+    {
+        std::vector<const char*> arguments;
+        const char* said;
+    };
+
+    TEST(CommandLine, FaultIsRefused)
+    {
+        const Fault faults[] = {
+            {{}, "no output"},
+            {{"job.json"}, "no output"},
+            {{"-o", "x"}, "no job"},
+            {{"job.json", "-o", ""}, "no output"},
+            {{"job.json", "-o"}, "-o: 1 required"},
+            {{"", "-o", "x"}, "the name of the job file is empty"},
+            {{"a.json", "b.json", "-o", "x"}, "b.json"},
+            {{"a.json", "-o", "x", "-o", "y"}, "-o: At Most 1"},
+            {{"a.json", "-o", "x", "--turbo"}, "--turbo"},
+            {{"a.json", "-o", "x", "--job", "J"}, "both a job file, \"a.json\", and a job on the command line"},
+            {{"a.json", "-o", "x", "--sheet", "A", "--front", "K=k"}, "both a job file"},
+            {{"a.json", "-o", "x", "--compression", "RunLength"}, "--compression: \"RunLength\" is none of"},
+            {{"a.json", "-o", "x", "--encoding="}, "--encoding: \"\" is none of: binary, asciihex, ascii85"},
+            {{"--job", "J", "-o", "x", "--front", "K=k", "--sheet", "A"}, "--front belongs to a sheet"},
+            {{"--job", "J", "-o", "x", "--sheet", "A", "--front", "k.tif"}, "--front \"k.tif\": the form is INK=FILE"},
+            {{"--job", "J", "-o", "x", "--sheet", "A", "--back", "K="}, "--back \"K=\": the file name is empty"},
+            {{"--job", "J", "-o", "x", "--sheet", "A", "--param", "=1"}, "--param \"=1\": the key is empty"},
+            {{"--job", "J", "-o", "x", "--sheet", "A", "--param", "X=1", "--param", "X=1"},
+             "--param \"X\" is repeated"},
+            // Faults of the job as a whole.
+            {{"--job", "J", "-o", "x"}, "the job has no sheet"},
+            {{"-o", "x", "--sheet", "A", "--front", "K=k"}, "sheet 1 \"A\": the job name is empty"},
+            {{"--job", "J", "-o", "x", "--sheet", "A"}, "sheet 1 \"A\": neither front nor back has a file"},
+            {{"--job", "J", "-o", "x", "--sheet", "A", "--front", "K=k", "--sheet=", "--front", "K=k"},
+             "sheet 2: the sheet name is empty"},
+        };
+        for (const Fault& fault : faults)
+            EXPECT_THAT(FaultOf(fault.arguments), HasSubstr(fault.said));
+    }
+
+    TEST(CommandLine, LimitOfASheetNameHoldsForItsEscapedForm)
+    {
+        const auto faultOfName = [](const std::string& name) {
+            return FaultOf({"--job", "J", "-o", "x", "--sheet", name.c_str(), "--front", "K=k"});
+        };
+        EXPECT_EQ(faultOfName(std::string(214, 'x')), "no fault");
+        EXPECT_THAT(faultOfName(std::string(215, 'x')), HasSubstr("takes 215 bytes"));
+        EXPECT_EQ(faultOfName(std::string(107, '\\')), "no fault");
+        EXPECT_THAT(faultOfName(std::string(213, 'x') + '\\'), HasSubstr("takes 215 bytes"));
+        EXPECT_THAT(faultOfName(std::string(213, 'x') + ')'), HasSubstr("takes 215 bytes"));
+    }
+}

@@ -1,0 +1,23 @@
+// One run from the job to the finished file: checks before, the library, the check of what it wrote, and the file in its
+// place.
+#pragma once
+
+#include "Job.h"
+
+#include <iosfwd>
+#include <string>
+
+namespace Tiff2Ppf
+{
+    struct ConversionSettings
+    {
+        std::string output;        ///< absolute path, or "-" for standard output
+        bool mixedSizes = false;   ///< separations of a sheet may differ in size
+        bool verbose = false;      ///< say a line per sheet and surface
+        bool showProgress = false; ///< messages go to a terminal: show there how far a long conversion is
+    };
+
+    /// Converts `job`, which CheckJob has passed. Throws UsageError if the output is one of the job's files, and
+    /// ConversionError. Nothing half-written is left behind in either case.
+    void Convert(const Job& job, const ConversionSettings& settings, std::ostream& messages);
+}

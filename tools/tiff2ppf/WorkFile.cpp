@@ -1,0 +1,59 @@
+#include "WorkFile.h"
+
+#include "Descriptor.h"
+#include "Paths.h"
+#include "Signals.h"
+
+#include <cstdio>
+#include <random>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace Tiff2Ppf
+{
+    namespace
+    {
+        /// Short, as a name that is derived from that of the output could be too long where the output's is not.
+        std::string RandomName()
+        {
+            constexpr char digits[] = "0123456789abcdefghijklmnopqrstuv";
+            std::random_device random;
+            std::string name = ".tiff2ppf-";
+            for (int i = 0; i < 16; ++i)
+                name += digits[random() % (sizeof digits - 1)];
+            return name;
+        }
+    }
+
+    WorkFile::WorkFile(const std::string& folder)
+        : m_path(AbsolutePath(RandomName(), folder))
+    {
+        RemoveFileOnSignal(m_path);
+    }
+
+    WorkFile::~WorkFile()
+    {
+        if (!m_path.empty())
+            unlink(m_path.c_str());
+        ForgetFile();
+    }
+
+    bool WorkFile::Create() const
+    {
+        return Descriptor(open(m_path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR)).IsOpen();
+    }
+
+    bool WorkFile::Exists() const
+    {
+        return access(m_path.c_str(), F_OK) == 0;
+    }
+
+    bool WorkFile::MoveTo(const std::string& path)
+    {
+        if (std::rename(m_path.c_str(), path.c_str()) != 0)
+            return false;
+        m_path.clear();
+        return true;
+    }
+}
