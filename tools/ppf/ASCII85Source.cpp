@@ -24,16 +24,39 @@ namespace ppf
             out[3] = static_cast<unsigned char>(value);
         }
 
-        /// True if five characters are all digits. Works on the five as bytes of one number: a byte above "u" or below
-        /// "!" sets the highest bit of its sum or difference, and a borrow only ever comes from a byte that did.
-        bool AreDigits(const char* text)
+        /// Eight characters as a number, the first in its lowest byte. A group is the lower five.
+        using Characters = std::uint64_t;
+        constexpr Characters ones = 0x0101010101;
+
+        Characters Load(const char* text)
         {
-            constexpr std::uint64_t ones = 0x0101010101;
-            std::uint64_t five = 0;
-            std::memcpy(&five, text, 5);
-            const std::uint64_t tooGreat = five + ones * (0x7F - lastDigit);
-            const std::uint64_t tooSmall = five - ones * firstDigit;
-            return ((five | tooGreat | tooSmall) & ones * 0x80) == 0;
+            std::array<unsigned char, 8> bytes;
+            std::memcpy(bytes.data(), text, bytes.size());
+            Characters characters = 0;
+            for (unsigned i = 0; i < bytes.size(); ++i)
+            {
+                characters |= static_cast<Characters>(bytes[i]) << (8 * i);
+            }
+            return characters;
+        }
+
+        /// True if the five characters of a group are all digits: a byte above "u" or below "!" sets the highest bit of
+        /// its sum or difference, and a carry or borrow only ever comes from a byte that did.
+        bool AreDigits(Characters group)
+        {
+            const Characters tooGreat = group + ones * (0x7F - lastDigit);
+            const Characters tooSmall = group - ones * firstDigit;
+            return ((group | tooGreat | tooSmall) & ones * 0x80) == 0;
+        }
+
+        /// The number that five digits stand for. Neighbours are joined to pairs and pairs to fours within one number,
+        /// which takes three multiplications in place of four that wait for each other.
+        std::uint64_t ValueOf(Characters group)
+        {
+            const std::uint64_t digits = group - ones * firstDigit;
+            const std::uint64_t pairs = (digits & 0xFF00FF) * base + (digits >> 8 & 0xFF00FF);
+            const std::uint64_t four = (pairs & 0xFFFF) * (base * base) + (pairs >> 16 & 0xFFFF);
+            return four * base + (digits >> 32 & 0xFF);
         }
     }
 
@@ -72,8 +95,9 @@ namespace ppf
         const char* text = m_data.bytes.data() + m_data.next;
         const char* const end = m_data.bytes.data() + m_data.bytes.size();
         std::size_t done = 0;
-        while (count - done >= 4 && end - text >= 5)
+        while (count - done >= 4 && end - text >= 8)
         {
+            const Characters group = Load(text);
             if (*text == zeroGroup)
             {
                 std::memset(out + done, 0, 4);
@@ -81,16 +105,8 @@ namespace ppf
                 ++text;
                 continue;
             }
-            if (!AreDigits(text))
-            {
-                break;
-            }
-            std::uint64_t value = 0;
-            for (int i = 0; i < 5; ++i)
-            {
-                value = value * base + static_cast<unsigned>(text[i] - firstDigit);
-            }
-            if (value > greatestGroup)
+            const std::uint64_t value = ValueOf(group);
+            if (!AreDigits(group) || value > greatestGroup)
             {
                 break;
             }

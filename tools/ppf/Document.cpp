@@ -12,6 +12,11 @@ namespace ppf
         return side == Side::front ? "front" : "back";
     }
 
+    std::optional<Resolution> Preview::UprightResolution() const
+    {
+        return resolution && Lie().transposed ? Resolution{resolution->y, resolution->x} : resolution;
+    }
+
     std::optional<std::string_view> Sheet::Find(std::string_view key) const
     {
         const auto found =

@@ -85,6 +85,12 @@ namespace ppf
         std::uint64_t StoredBytes() const { return StoredRowBytes() * height; }
         /// Components of a row: what a decoded row has in bytes once every component has one of its own.
         std::uint64_t RowSamples() const { return width * components; }
+
+        /// How the image lies, and its size and resolution once it is upright: across the sheet and up the sheet.
+        Orientation Lie() const { return matrix ? OrientationOf(*matrix) : Orientation(); }
+        std::uint64_t UprightWidth() const { return Lie().transposed ? height : width; }
+        std::uint64_t UprightHeight() const { return Lie().transposed ? width : height; }
+        std::optional<Resolution> UprightResolution() const;
     };
 
     enum class Side

@@ -1,0 +1,178 @@
+#include "ppf/InkColumns.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+#include <string>
+
+#include "ppf/ScanLineReader.h"
+
+namespace ppf
+{
+    namespace
+    {
+        constexpr double fullInk = 255;
+        constexpr double perCent = 100;
+
+        /// Columns times components that are summed at most. A sheet of two metres at 2400 pixels per inch has a
+        /// twentieth of it; the sums of as many take 40 MiB.
+        constexpr std::uint64_t mostColumns = 1u << 22;
+
+        /// Sums samples of many rows position by position. Rows gather in 16 bits, which the compiler turns into
+        /// vector additions, and move to 64 bits before they could overflow.
+        class PositionSums
+        {
+        public:
+            explicit PositionSums(std::size_t positions)
+                : m_recent(positions)
+                , m_sums(positions)
+            {
+            }
+
+            void Add(const unsigned char* samples)
+            {
+                constexpr unsigned rowsBeforeOverflow = 65535 / 255;
+                if (m_recentRows == rowsBeforeOverflow)
+                {
+                    Flush();
+                }
+                std::uint16_t* const recent = m_recent.data();
+                const std::size_t count = m_recent.size();
+                for (std::size_t i = 0; i < count; ++i)
+                {
+                    recent[i] = static_cast<std::uint16_t>(recent[i] + samples[i]);
+                }
+                ++m_recentRows;
+            }
+
+            const std::vector<std::uint64_t>& Sums()
+            {
+                Flush();
+                return m_sums;
+            }
+
+        private:
+            void Flush()
+            {
+                for (std::size_t i = 0; i < m_sums.size(); ++i)
+                {
+                    m_sums[i] += m_recent[i];
+                }
+                std::fill(m_recent.begin(), m_recent.end(), std::uint16_t{0});
+                m_recentRows = 0;
+            }
+
+            std::vector<std::uint16_t> m_recent;
+            std::vector<std::uint64_t> m_sums;
+            unsigned m_recentRows = 0;
+        };
+
+        /// Sums along the stored columns, for images whose rows run across the sheet.
+        void SumColumns(ScanLineReader& rows, std::vector<InkColumns>& inks)
+        {
+            const std::size_t width = inks[0].sums.size();
+            PositionSums sums(width * inks.size());
+            while (const unsigned char* row = rows.Next())
+            {
+                sums.Add(row);
+            }
+            const std::vector<std::uint64_t>& all = sums.Sums();
+            for (std::size_t i = 0; i < all.size(); ++i)
+            {
+                inks[i % inks.size()].sums[i / inks.size()] = all[i];
+            }
+        }
+
+        /// Sums along the stored rows, for images whose rows run up or down the sheet.
+        void SumRows(ScanLineReader& rows, std::size_t rowSamples, std::vector<InkColumns>& inks)
+        {
+            for (std::size_t column = 0; const unsigned char* row = rows.Next(); ++column)
+            {
+                for (std::size_t ink = 0; ink < inks.size(); ++ink)
+                {
+                    std::uint64_t sum = 0;
+                    for (std::size_t i = ink; i < rowSamples; i += inks.size())
+                    {
+                        sum += row[i];
+                    }
+                    inks[ink].sums[column] = sum;
+                }
+            }
+        }
+    }
+
+    double InkColumns::Coverage() const
+    {
+        return MeanBetween(0, static_cast<double>(sums.size()));
+    }
+
+    std::vector<double> InkColumns::Zones(std::uint64_t count) const
+    {
+        const auto columns = static_cast<double>(sums.size());
+        const auto edge = [&](std::uint64_t i)
+        { return static_cast<double>(i) * columns / static_cast<double>(count); };
+        std::vector<double> zones;
+        for (std::uint64_t i = 0; i < count; ++i)
+        {
+            zones.push_back(MeanBetween(edge(i), edge(i + 1)));
+        }
+        return zones;
+    }
+
+    std::vector<double> InkColumns::ZonesOfWidth(double width) const
+    {
+        const auto columns = static_cast<double>(sums.size());
+        const double count = CountOfZones(sums.size(), width);
+        std::vector<double> zones;
+        for (double i = 0; i < count; ++i)
+        {
+            zones.push_back(MeanBetween(i * width, std::min((i + 1) * width, columns)));
+        }
+        return zones;
+    }
+
+    /// Mean coverage of the columns from `left` to `right`, both in columns and within the picture.
+    double InkColumns::MeanBetween(double left, double right) const
+    {
+        double ink = 0;
+        for (auto i = static_cast<std::size_t>(left); i < sums.size() && static_cast<double>(i) < right; ++i)
+        {
+            const auto begin = static_cast<double>(i);
+            const double share = std::min(right, begin + 1) - std::max(left, begin);
+            ink += static_cast<double>(sums[i]) * share;
+        }
+        return ink / (fullInk * static_cast<double>(rows) * (right - left)) * perCent;
+    }
+
+    double CountOfZones(std::uint64_t columns, double width)
+    {
+        constexpr double rounding = 1e-6;
+        return std::max(1.0, std::ceil(static_cast<double>(columns) / width - rounding));
+    }
+
+    std::vector<InkColumns> MeasureInks(const Document& document, const Preview& preview)
+    {
+        const Orientation orientation = preview.Lie();
+        const std::uint64_t columns = preview.UprightWidth();
+        if (columns * preview.components > mostColumns)
+        {
+            throw FormatError(
+                preview.offset, "preview is " + std::to_string(columns) + " pixels wide, which no sheet needs");
+        }
+        InkColumns empty;
+        empty.sums.resize(static_cast<std::size_t>(columns));
+        empty.rows = preview.UprightHeight();
+        ScanLineReader rows(document, preview);
+        std::vector<InkColumns> inks(preview.components, empty);
+        orientation.transposed ? SumRows(rows, static_cast<std::size_t>(preview.RowSamples()), inks)
+                               : SumColumns(rows, inks);
+        if (orientation.transposed ? orientation.rowsReversed : orientation.columnsReversed)
+        {
+            for (InkColumns& ink : inks)
+            {
+                std::reverse(ink.sums.begin(), ink.sums.end());
+            }
+        }
+        return inks;
+    }
+}

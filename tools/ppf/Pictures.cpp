@@ -1,0 +1,179 @@
+#include "ppf/Pictures.h"
+
+#include <algorithm>
+
+#include "ppf/ScanLineReader.h"
+
+namespace ppf
+{
+    namespace
+    {
+        /// One upright row of a stored picture.
+        void CopyUprightRow(
+            const Picture& stored, const Orientation& orientation, std::uint64_t y, std::uint64_t width,
+            unsigned char* out)
+        {
+            for (std::uint64_t x = 0; x < width; ++x)
+            {
+                const std::uint64_t row = orientation.StoredRow(x, y, stored.height);
+                const std::uint64_t column = orientation.StoredColumn(x, y, stored.width);
+                out[x] = stored.ink[static_cast<std::size_t>(row * stored.width + column)];
+            }
+        }
+
+        /// A stored picture turned upright.
+        Picture Upright(Picture stored, const Orientation& orientation)
+        {
+            if (orientation.IsUpright())
+            {
+                return stored;
+            }
+            Picture upright = stored;
+            if (orientation.transposed)
+            {
+                std::swap(upright.width, upright.height);
+            }
+            for (std::uint64_t y = 0; y < upright.height; ++y)
+            {
+                CopyUprightRow(stored, orientation, y, upright.width, upright.ink.data() + y * upright.width);
+            }
+            return upright;
+        }
+
+        /// Adds up squares of pixels, rows of squares at a time.
+        class Scaler
+        {
+        public:
+            Scaler(const Preview& preview, std::uint64_t factor)
+                : m_preview(preview)
+                , m_factor(static_cast<std::size_t>(factor))
+                , m_columns(static_cast<std::size_t>((preview.width + factor - 1) / factor))
+                , m_sums(m_columns * preview.components)
+                , m_pictures(preview.components)
+            {
+                for (Picture& picture : m_pictures)
+                {
+                    picture.width = m_columns;
+                    picture.height = (preview.height + factor - 1) / factor;
+                    picture.ink.reserve(m_columns * static_cast<std::size_t>(picture.height));
+                }
+            }
+
+            void Add(const unsigned char* row)
+            {
+                const std::size_t components = m_pictures.size();
+                const auto samples = static_cast<std::size_t>(m_preview.RowSamples());
+                const std::size_t square = m_factor * components;
+                for (std::size_t begin = 0, column = 0; begin < samples; begin += square, ++column)
+                {
+                    const std::size_t end = std::min(begin + square, samples);
+                    for (std::size_t component = 0; component < components; ++component)
+                    {
+                        std::uint64_t sum = 0;
+                        for (std::size_t i = begin + component; i < end; i += components)
+                        {
+                            sum += row[i];
+                        }
+                        m_sums[column * components + component] += sum;
+                    }
+                }
+                if (++m_rows == m_factor)
+                {
+                    EndRow();
+                }
+            }
+
+            std::vector<Picture> Pictures()
+            {
+                if (m_rows > 0)
+                {
+                    EndRow();
+                }
+                return std::move(m_pictures);
+            }
+
+        private:
+            void EndRow()
+            {
+                const std::size_t components = m_pictures.size();
+                for (std::size_t column = 0; column < m_columns; ++column)
+                {
+                    const auto width = static_cast<std::size_t>(m_preview.width);
+                    const std::uint64_t pixels = std::min(m_factor, width - column * m_factor) * m_rows;
+                    for (std::size_t component = 0; component < components; ++component)
+                    {
+                        std::uint64_t& sum = m_sums[column * components + component];
+                        m_pictures[component].ink.push_back(static_cast<unsigned char>((sum + pixels / 2) / pixels));
+                        sum = 0;
+                    }
+                }
+                m_rows = 0;
+            }
+
+            const Preview& m_preview;
+            std::size_t m_factor;
+            std::size_t m_columns;
+            std::size_t m_rows = 0;
+            std::vector<std::uint64_t> m_sums;
+            std::vector<Picture> m_pictures;
+        };
+
+        /// One component of a row, the other way round if wanted.
+        void CopyComponent(
+            const unsigned char* row, const Preview& preview, unsigned component, bool isReversed, unsigned char* out)
+        {
+            const unsigned char* from = row + component;
+            for (std::uint64_t i = 0; i < preview.width; ++i, from += preview.components)
+            {
+                out[isReversed ? preview.width - 1 - i : i] = *from;
+            }
+        }
+    }
+
+    void DrawUpright(
+        const Document& document, const Preview& preview, unsigned component,
+        const std::function<void(const unsigned char*)>& takeRow)
+    {
+        const Orientation orientation = preview.Lie();
+        ScanLineReader rows(document, preview);
+        std::vector<unsigned char> line(static_cast<std::size_t>(preview.UprightWidth()));
+        if (!orientation.transposed && !orientation.rowsReversed)
+        {
+            while (const unsigned char* row = rows.Next())
+            {
+                CopyComponent(row, preview, component, orientation.columnsReversed, line.data());
+                takeRow(line.data());
+            }
+            return;
+        }
+        Picture stored = {preview.width, preview.height, {}};
+        stored.ink.resize(static_cast<std::size_t>(preview.width * preview.height));
+        unsigned char* out = stored.ink.data();
+        for (; const unsigned char* row = rows.Next(); out += preview.width)
+        {
+            CopyComponent(row, preview, component, false, out);
+        }
+        for (std::uint64_t y = 0; y < preview.UprightHeight(); ++y)
+        {
+            CopyUprightRow(stored, orientation, y, line.size(), line.data());
+            takeRow(line.data());
+        }
+    }
+
+    std::vector<Picture> ScaledPictures(const Document& document, const Preview& preview, std::uint64_t longest)
+    {
+        ScanLineReader rows(document, preview);
+        const std::uint64_t longer = std::max(preview.width, preview.height);
+        Scaler scaler(preview, (longer + longest - 1) / longest);
+        while (const unsigned char* row = rows.Next())
+        {
+            scaler.Add(row);
+        }
+        std::vector<Picture> pictures = scaler.Pictures();
+        for (Picture& picture : pictures)
+        {
+            picture = Upright(std::move(picture), preview.Lie());
+        }
+        return pictures;
+    }
+}

@@ -1,0 +1,124 @@
+#include "ppf/PngWriter.h"
+
+#include <algorithm>
+#include <cmath>
+#include <csetjmp>
+#include <cstdio>
+#include <new>
+#include <stdexcept>
+#include <string>
+
+#include <png.h>
+
+namespace ppf
+{
+    namespace
+    {
+        /// Pixels per metre for pixels per inch, within what the chunk can hold.
+        png_uint_32 PerMetre(double perInch)
+        {
+            constexpr double metresPerInch = 0.0254;
+            const double rounded = std::round(perInch / metresPerInch);
+            return static_cast<png_uint_32>(std::min(std::max(rounded, 1.0), double{PNG_UINT_31_MAX}));
+        }
+    }
+
+    /// Between setjmp and longjmp no object with a destructor is alive but this one.
+    struct PngWriter::State
+    {
+        explicit State(std::ostream& target)
+            : stream(target)
+        {
+            png = png_create_write_struct(PNG_LIBPNG_VER_STRING, this, &State::OnError, &State::OnWarning);
+            info = png == nullptr ? nullptr : png_create_info_struct(png);
+            if (info == nullptr)
+            {
+                png_destroy_write_struct(&png, &info);
+                throw std::bad_alloc();
+            }
+            png_set_write_fn(png, this, &State::OnWrite, &State::OnFlush);
+        }
+        ~State() { png_destroy_write_struct(&png, &info); }
+        State(const State&) = delete;
+        State& operator=(const State&) = delete;
+
+        template <typename Step>
+        void Run(const Step& step)
+        {
+            if (!Try(step))
+            {
+                throw std::runtime_error(message);
+            }
+        }
+
+        template <typename Step>
+        bool Try(const Step& step)
+        {
+            if (setjmp(png_jmpbuf(png)) != 0)
+            {
+                return false;
+            }
+            step();
+            return true;
+        }
+
+        static void OnError(png_structp png, png_const_charp text)
+        {
+            State& state = *static_cast<State*>(png_get_error_ptr(png));
+            std::snprintf(state.message, sizeof state.message, "PNG: %s", text);
+            png_longjmp(png, 1);
+        }
+
+        static void OnWarning(png_structp, png_const_charp) {}
+
+        static void OnWrite(png_structp png, png_bytep bytes, std::size_t count)
+        {
+            State& state = *static_cast<State*>(png_get_io_ptr(png));
+            state.stream.write(reinterpret_cast<const char*>(bytes), static_cast<std::streamsize>(count));
+            if (!state.stream)
+            {
+                png_error(png, "the picture could not be written");
+            }
+        }
+
+        static void OnFlush(png_structp) {}
+
+        std::ostream& stream;
+        png_structp png = nullptr;
+        png_infop info = nullptr;
+        char message[200] = {};
+    };
+
+    PngWriter::PngWriter(
+        std::ostream& stream, std::uint64_t width, std::uint64_t height, Colours colours,
+        const std::optional<Resolution>& resolution)
+        : m_state(std::make_unique<State>(stream))
+    {
+        m_state->Run(
+            [&, png = m_state->png, info = m_state->info]
+            {
+                png_set_user_limits(png, PNG_UINT_31_MAX, PNG_UINT_31_MAX);
+                png_set_IHDR(
+                    png, info, static_cast<png_uint_32>(width), static_cast<png_uint_32>(height), 8,
+                    colours == Colours::grey ? PNG_COLOR_TYPE_GRAY : PNG_COLOR_TYPE_RGB, PNG_INTERLACE_NONE,
+                    PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
+                if (resolution)
+                {
+                    png_set_pHYs(png, info, PerMetre(resolution->x), PerMetre(resolution->y), PNG_RESOLUTION_METER);
+                }
+                png_write_info(png, info);
+            });
+    }
+
+    PngWriter::~PngWriter() = default;
+
+    void PngWriter::WriteRow(const unsigned char* samples)
+    {
+        m_state->Run([&] { png_write_row(m_state->png, samples); });
+    }
+
+    void PngWriter::Finish()
+    {
+        m_state->Run([&] { png_write_end(m_state->png, m_state->info); });
+    }
+}

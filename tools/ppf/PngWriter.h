@@ -1,0 +1,41 @@
+// Pictures as PNG, through libpng. Apart from what draws them because libpng's way of failing stays in here.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <ostream>
+
+#include "ppf/Document.h"
+
+namespace ppf
+{
+    /// Writes one 8-bit picture, row by row: WriteRow for every row, then Finish.
+    class PngWriter
+    {
+    public:
+        enum class Colours
+        {
+            grey,
+            rgb
+        };
+
+        /// Writes to a stream, which has to outlive this object. The resolution, if any, becomes the picture's
+        /// physical size. Every operation throws std::runtime_error if the stream or libpng fails.
+        PngWriter(
+            std::ostream& stream, std::uint64_t width, std::uint64_t height, Colours colours,
+            const std::optional<Resolution>& resolution);
+        ~PngWriter();
+        PngWriter(const PngWriter&) = delete;
+        PngWriter& operator=(const PngWriter&) = delete;
+
+        /// One sample per pixel, or three.
+        void WriteRow(const unsigned char* samples);
+
+        void Finish();
+
+    private:
+        struct State;
+        std::unique_ptr<State> m_state;
+    };
+}
