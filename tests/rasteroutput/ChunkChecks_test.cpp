@@ -53,7 +53,7 @@ namespace RasterOutput
             [](RawChunkRef& c) { c.planar = 2; },
             [](RawChunkRef& c) { ++c.width; },
             [](RawChunkRef& c) { ++c.height; },
-            [](RawChunkRef& c) { c.planes.push_back(c[0]); },
+            [](RawChunkRef& c) { c.planes.assign(2, c[0]); },
             [](RawChunkRef& c) { --c[0].end; },
         };
         for (std::size_t i = 0; i < std::size(changes); ++i)
