@@ -36,7 +36,6 @@ namespace
         switch (form.compression)
         {
         case COMPRESSION_CCITTRLE:
-        case COMPRESSION_CCITTRLEW:
         case COMPRESSION_CCITTFAX3:
         case COMPRESSION_CCITTFAX4:
             return std::uint64_t{form.chunkWidth} * 16; // four 32-bit run lengths for each pixel

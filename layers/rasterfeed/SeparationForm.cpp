@@ -52,6 +52,7 @@ namespace
     };
 
     constexpr Name compressionNames[] = {
+        {COMPRESSION_CCITTRLEW, "word-aligned CCITT RLE"},
         {COMPRESSION_OJPEG, "old-style JPEG"},
         {COMPRESSION_NEXT, "NeXT"},
         {COMPRESSION_THUNDERSCAN, "ThunderScan"},
@@ -79,7 +80,6 @@ namespace
         {
         case COMPRESSION_NONE:
         case COMPRESSION_CCITTRLE:
-        case COMPRESSION_CCITTRLEW:
         case COMPRESSION_CCITTFAX3:
         case COMPRESSION_CCITTFAX4:
         case COMPRESSION_LZW:
@@ -126,8 +126,8 @@ namespace
         form.compression = file.Field<std::uint16_t>(TIFFTAG_COMPRESSION, COMPRESSION_NONE);
         if (!IsAcceptedCompression(form.compression))
             throw Refusal("compression " + NameOf(form.compression, compressionNames) + acceptedCompression);
-        const bool fax = form.compression == COMPRESSION_CCITTRLE || form.compression == COMPRESSION_CCITTRLEW ||
-                         form.compression == COMPRESSION_CCITTFAX3 || form.compression == COMPRESSION_CCITTFAX4;
+        const bool fax = form.compression == COMPRESSION_CCITTRLE || form.compression == COMPRESSION_CCITTFAX3 ||
+                         form.compression == COMPRESSION_CCITTFAX4;
         if (fax && form.bits != 1)
             throw Refusal("CCITT compression of " + std::to_string(form.bits) + " bits per sample; 1 is accepted");
         if (form.compression == COMPRESSION_JPEG && form.bits != 8)
