@@ -1,0 +1,104 @@
+// Growth of the document and writing into its blocks.
+#include "cip3output/DocumentBuffer.h"
+
+#include "cip3output/Platform.h"
+
+#include <algorithm>
+#include <cstring>
+#include <stdexcept>
+
+namespace RasterOutput
+{
+    namespace
+    {
+        /// A document of a few sheets' administrative data fits the first block. Each block is four times as large as
+        /// the one before, up to a size at which making one costs nothing against filling it.
+        constexpr std::size_t FirstBlockSize = std::size_t{64} << 10;
+        constexpr std::size_t LargestBlockSize = std::size_t{64} << 20;
+        constexpr std::size_t GrowthFactor = 4;
+        /// From this size on a block is worth large pages: the one that is begun and not filled is little beside it.
+        constexpr std::size_t LargePageThreshold = 2 * Platform::LargePageSize;
+        /// One for all blocks, so that they are released without knowing their size.
+        constexpr std::align_val_t Alignment{Platform::LargePageSize};
+    }
+
+    void DocumentBuffer::Release::operator()(unsigned char* bytes) const noexcept
+    {
+        ::operator delete(bytes, Alignment);
+    }
+
+    void DocumentBuffer::Write(std::string_view bytes)
+    {
+        const std::size_t behindEnd = bytes.size() - std::min(bytes.size(), size - position);
+        if (behindEnd == 0)
+        {
+            Overwrite(bytes);
+            return;
+        }
+        RefuseBeyondLimit(behindEnd);
+        unsigned char* const room = Room(behindEnd);
+        bytes = Overwrite(bytes);
+        std::memcpy(room, bytes.data(), bytes.size());
+        Commit(bytes.size());
+    }
+
+    unsigned char* DocumentBuffer::Room(std::size_t capacity)
+    {
+        if (blocks.empty() || blocks.back().capacity - blocks.back().used < capacity)
+        {
+            AddBlock(capacity);
+        }
+        return blocks.back().bytes.get() + blocks.back().used;
+    }
+
+    void DocumentBuffer::Commit(std::size_t count)
+    {
+        RefuseBeyondLimit(count);
+        if (count != 0)
+        {
+            blocks.back().used += count;
+            size += count;
+            position = size;
+        }
+    }
+
+    void DocumentBuffer::AddBlock(std::size_t capacity)
+    {
+        const std::size_t next =
+            blocks.empty() ? FirstBlockSize : std::min(blocks.back().capacity * GrowthFactor, LargestBlockSize);
+        const std::size_t chosen = std::max(next, capacity);
+        blocks.reserve(blocks.size() + 1);
+        std::unique_ptr<unsigned char[], Release> bytes(static_cast<unsigned char*>(::operator new(chosen, Alignment)));
+        if (chosen >= LargePageThreshold)
+        {
+            Platform::AdviseLargePages(bytes.get(), chosen - chosen % Platform::LargePageSize);
+        }
+        blocks.push_back({std::move(bytes), chosen, 0});
+    }
+
+    void DocumentBuffer::RefuseBeyondLimit(std::size_t extra) const
+    {
+        if (extra > limit - size)
+        {
+            throw std::length_error("The document would pass the largest size that its directory can describe");
+        }
+    }
+
+    std::string_view DocumentBuffer::Overwrite(std::string_view bytes) noexcept
+    {
+        std::size_t blockBegin = 0;
+        for (auto block = blocks.begin(); position != size && !bytes.empty(); ++block)
+        {
+            if (position < blockBegin + block->used)
+            {
+                const std::size_t inside = position - blockBegin;
+                const std::size_t count = std::min(bytes.size(), block->used - inside);
+                std::memcpy(block->bytes.get() + inside, bytes.data(), count);
+                bytes.remove_prefix(count);
+                position += count;
+            }
+            blockBegin += block->used;
+        }
+        return bytes;
+    }
+}

@@ -1,0 +1,21 @@
+// The painter's two dealings with the operating system: a file opened by its wide name, and advice on memory.
+#pragma once
+
+#include <cstddef>
+#include <fstream>
+#include <string>
+
+namespace RasterOutput::Platform
+{
+    /// Opens `stream` for binary output to the file at `path`, which is created or truncated. The stream translates
+    /// nothing, whatever the global locale, and passes what is written straight on, so write in large pieces. A stream
+    /// that is not open afterwards says that there can be no such file.
+    void OpenOutputFile(std::ofstream& stream, const std::wstring& path);
+
+    /// Size and alignment of a large page; memory is advised in whole ones.
+    constexpr std::size_t LargePageSize = std::size_t{2} << 20;
+
+    /// Tells the system that the memory from `begin` on, aligned to LargePageSize, will be filled from front to back:
+    /// it may hand it out in large pages, which cost a fraction of the small ones to touch. Advice only: never fails.
+    void AdviseLargePages(void* begin, std::size_t size) noexcept;
+}

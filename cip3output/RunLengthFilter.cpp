@@ -1,0 +1,13 @@
+// Run-length compression of one range.
+#include "cip3output/RunLengthFilter.h"
+
+#include "cip3output/kernels/RunLength.h"
+
+namespace RasterOutput
+{
+    DataRef RunLengthFilter::Filter(const DataRef& input)
+    {
+        GrowFilterOutput(output, input.size());
+        return FilledPart(output, Kernels::EncodeRunLength(input.begin, input.size(), output.begin));
+    }
+}
