@@ -1,0 +1,132 @@
+#include "FakeReader.h"
+#include "Memory.h"
+
+#include <RasterFeedLib.h>
+
+#include <cstring>
+#include <memory>
+
+struct FileBlockRecord
+{
+};
+
+struct RasterFeedReader
+{
+    RasterFeedCallbacks callbacks;
+    FileBlock block;
+    SheetvaneTest::FakeSeparation separation;
+    std::uint32_t nextLine;
+};
+
+namespace SheetvaneTest
+{
+    FakeReader& FakeReader::Instance()
+    {
+        static FakeReader reader;
+        return reader;
+    }
+}
+
+using SheetvaneTest::FakeReader;
+using SheetvaneTest::OutsideTheCount;
+using Trouble = SheetvaneTest::FakeSeparation::Trouble;
+
+FileBlock FileBlockAlloc(std::uint32_t flags, const char* access)
+{
+    const OutsideTheCount notOurs;
+    FakeReader& fake = FakeReader::Instance();
+    if (fake.blocksRunOut)
+        return nullptr;
+    fake.log += "alloc " + std::to_string(flags) + ' ' + access + '\n';
+    ++fake.openBlocks;
+    return new FileBlockRecord;
+}
+
+std::int32_t FileBlockOpen(FileBlock, const char* name, const char* defaultExtension, std::uint32_t flags)
+{
+    const OutsideTheCount notOurs;
+    FakeReader::Instance().log +=
+        std::string("open ") + name + ' ' + defaultExtension + ' ' + std::to_string(flags) + '\n';
+    return -1;
+}
+
+std::int64_t FileBlockSeek(FileBlock, std::uint32_t position)
+{
+    const OutsideTheCount notOurs;
+    FakeReader::Instance().log += "seek " + std::to_string(position) + '\n';
+    return 1000 + std::int64_t{position};
+}
+
+std::int64_t FileBlockRead(FileBlock, void*, std::uint32_t size)
+{
+    const OutsideTheCount notOurs;
+    FakeReader::Instance().log += "read " + std::to_string(size) + '\n';
+    return size;
+}
+
+std::int32_t FileBlockClose(FileBlock)
+{
+    const OutsideTheCount notOurs;
+    FakeReader::Instance().log += "close\n";
+    return 5;
+}
+
+std::int32_t FileBlockFree(FileBlock block)
+{
+    const OutsideTheCount notOurs;
+    FakeReader::Instance().log += "free\n";
+    --FakeReader::Instance().openBlocks;
+    delete block;
+    return 6;
+}
+
+RasterFeedHandle RasterFeedInit(const RasterFeedOpenRecord* record)
+{
+    FakeReader& fake = FakeReader::Instance();
+    const auto found = fake.separations.find(record->path);
+    if (found == fake.separations.end() || found->second.trouble == Trouble::NullReader)
+        return nullptr;
+    const FileBlock block = record->callbacks.open(record->path);
+    const OutsideTheCount notOurs;
+    ++fake.openReaders;
+    return new RasterFeedReader{record->callbacks, block, found->second, 0};
+}
+
+std::int32_t RasterFeedHeader(RasterFeedHandle reader, RasterFeedImageHeader* header)
+{
+    const OutsideTheCount notOurs;
+    const SheetvaneTest::FakeSeparation& separation = reader->separation;
+    if (separation.trouble == Trouble::HeaderCallsFailure)
+        reader->callbacks.failure();
+    header->unitsPerInch = separation.unitsPerInch;
+    header->widthExtent = separation.widthExtent;
+    header->lineCount = separation.lineCount;
+    header->lineLength = separation.lineLength;
+    return separation.trouble == Trouble::HeaderFails ? 1 : 0;
+}
+
+std::int32_t RasterFeedLine(RasterFeedHandle reader, unsigned char* const* lines, std::uint32_t count)
+{
+    const OutsideTheCount notOurs;
+    FakeReader& fake = FakeReader::Instance();
+    if (fake.beforeLine)
+        fake.beforeLine();
+    const std::uint32_t number = reader->nextLine++;
+    const SheetvaneTest::FakeSeparation& separation = reader->separation;
+    if (count != 1 || (separation.trouble == Trouble::LineFails && number == separation.troubleAtLine))
+        return -1;
+    if (number < separation.lines.size())
+        std::memcpy(lines[0], separation.lines[number].data(), separation.lineLength);
+    else
+        std::memset(lines[0], 255, separation.lineLength);
+    return 0;
+}
+
+void RasterFeedEnd(RasterFeedHandle reader, std::int32_t* scratch)
+{
+    const OutsideTheCount notOurs;
+    const std::unique_ptr<RasterFeedReader> ended(reader);
+    *scratch = -1;
+    --FakeReader::Instance().openReaders;
+    ended->callbacks.close(ended->block);
+}

@@ -1,0 +1,45 @@
+// The TIFF reader and the file library as a test has them: separations by path, without files, each of which can be made
+// to fail at any point. Linked in place of the real ones. Every call leaves a word in a log.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace SheetvaneTest
+{
+    /// One separation, and how reading it goes wrong.
+    struct FakeSeparation
+    {
+        std::int32_t unitsPerInch = 1;
+        std::int32_t widthExtent = 1;
+        std::uint32_t lineCount = 0;
+        std::uint32_t lineLength = 0;
+        std::vector<std::string> lines = {}; ///< lines beyond these are white: 255
+
+        enum class Trouble
+        {
+            None,
+            NullReader,
+            HeaderFails,
+            HeaderCallsFailure, ///< the failure callback
+            LineFails
+        };
+        Trouble trouble = Trouble::None;
+        std::uint32_t troubleAtLine = 0;
+    };
+
+    struct FakeReader
+    {
+        std::map<std::string, FakeSeparation> separations; ///< by path; what is not here gives no reader
+        bool blocksRunOut = false;
+        std::function<void()> beforeLine; ///< called with each line that is asked for, if set
+        std::string log;
+        int openReaders = 0;
+        int openBlocks = 0;
+
+        static FakeReader& Instance();
+    };
+}

@@ -1,0 +1,56 @@
+#include "Memory.h"
+
+#include <cstdlib>
+#include <new>
+#include <utility>
+
+namespace
+{
+    std::size_t allocations = 0;
+    std::size_t untilFailure = 0;
+}
+
+namespace SheetvaneTest
+{
+    std::size_t Allocations()
+    {
+        return allocations;
+    }
+
+    void FailAllocation(std::size_t count)
+    {
+        untilFailure = count;
+    }
+
+    OutsideTheCount::OutsideTheCount()
+        : m_allocations(allocations)
+        , m_untilFailure(std::exchange(untilFailure, 0))
+    {
+    }
+
+    OutsideTheCount::~OutsideTheCount()
+    {
+        allocations = m_allocations;
+        untilFailure = m_untilFailure;
+    }
+}
+
+void* operator new(std::size_t size)
+{
+    ++allocations;
+    if (untilFailure != 0 && --untilFailure == 0)
+        throw std::bad_alloc();
+    if (void* const memory = std::malloc(size != 0 ? size : 1))
+        return memory;
+    throw std::bad_alloc();
+}
+
+void operator delete(void* memory) noexcept
+{
+    std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t) noexcept
+{
+    std::free(memory);
+}

@@ -1,0 +1,47 @@
+// A folder of its own for each test, gone with it.
+#pragma once
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+#include <string>
+
+namespace SheetvaneTest
+{
+    class TempFolder
+    {
+    public:
+        TempFolder()
+        {
+            std::string name = (std::filesystem::temp_directory_path() / "sheetvane.XXXXXX").string();
+            if (mkdtemp(name.data()) == nullptr)
+                throw std::runtime_error("no temporary folder " + name);
+            m_path = name;
+        }
+        ~TempFolder()
+        {
+            std::error_code ignored;
+            std::filesystem::remove_all(m_path, ignored);
+        }
+        TempFolder(const TempFolder&) = delete;
+        TempFolder& operator=(const TempFolder&) = delete;
+
+        std::string operator/(const std::string& name) const { return (m_path / name).string(); }
+
+    private:
+        std::filesystem::path m_path;
+    };
+
+    inline std::string BytesOf(const std::string& path)
+    {
+        std::ifstream file(path, std::ios::binary);
+        return std::string(std::istreambuf_iterator<char>(file), {});
+    }
+
+    inline void WriteBytes(const std::string& path, const std::string& bytes)
+    {
+        std::ofstream(path, std::ios::binary) << bytes;
+    }
+}
