@@ -24,10 +24,6 @@ namespace RasterOutput
     public:
         using Byte = typename Traits::Byte;
 
-        DataRef_Impl() = default;
-        DataRef_Impl(const DataRef_Impl&) = default;
-        DataRef_Impl& operator=(const DataRef_Impl&) = default;
-
         /// Refers to [newBegin, newEnd) from now on; the bytes must outlive every use of the reference.
         virtual void SetRange(Byte* newBegin, Byte* newEnd)
         {

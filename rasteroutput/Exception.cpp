@@ -16,7 +16,7 @@ namespace RasterOutput
         return message.c_str();
     }
 
-    // Spelt so since its first release: hosts compare it.
+    // The spelling is part of the interface: hosts may compare it.
     const char* Exception::ModuleName() const noexcept
     {
         return "Raster Ouptput framework";

@@ -14,7 +14,8 @@ namespace RasterOutput
     using PluginCreator = Plugin* (*)();
 
     /// Enters `creator` under `identifier`, which may be any string of bytes. Throws Exception "<identifier> plugin
-    /// identifier already registered" if the name is taken, and then leaves the table as it was.
+    /// identifier already registered" if the name is taken, and then leaves the table as it was. At process exit, once
+    /// the table has been destroyed, throws std::logic_error.
     void RegisterPlugin(const std::string& identifier, PluginCreator creator);
 
     /// Removes the entry; plugins made by it live on. Throws Exception "<identifier> plugin failed to unregister" if

@@ -107,29 +107,36 @@ namespace RasterOutput
     {
         return chunk.GetHeight();
     }
+
     void Processor::ReservedHook1(std::uint32_t) {}
+
     void Processor::ReservedHook2(std::uint32_t) {}
 
     void Processor::ProcessScanLine1Bit(const ScanLineRef&)
     {
         throw Exception(oneBitRefused);
     }
+
     void Processor::ProcessScanLine8Bit(const ScanLineRef&)
     {
         throw Exception(eightBitRefused);
     }
+
     void Processor::ProcessRasterBand1Bit(const RasterBandRef& band)
     {
         SplitIntoScanLines(band);
     }
+
     void Processor::ProcessRasterBand8Bit(const RasterBandRef& band)
     {
         SplitIntoScanLines(band);
     }
+
     void Processor::ProcessTile1Bit(const RawChunkRef&)
     {
         throw Exception(oneBitRefused);
     }
+
     void Processor::ProcessTile8Bit(const RawChunkRef&)
     {
         throw Exception(eightBitRefused);

@@ -9,10 +9,10 @@ namespace RasterOutput
 {
     ScanLineCursor::ScanLineCursor(
         std::uint32_t componentsPerSample, std::uint32_t planar, std::uint32_t bitsPerComponent,
-        const std::vector<DataRef_Impl<DataRefTraits>>& sourcePlanes, std::uint32_t rowStrideInBytes,
-        std::uint32_t firstByteOffset, std::uint32_t width, std::uint32_t firstRowIndex)
-        : rowStride(rowStrideInBytes)
-        , rowIndex(firstRowIndex)
+        const std::vector<DataRef_Impl<DataRefTraits>>& sourcePlanes, std::uint32_t stride,
+        std::uint32_t firstByteOffset, std::uint32_t width, std::uint32_t row)
+        : rowStride(stride)
+        , rowIndex(row)
     {
         line.componentsPerSample = componentsPerSample;
         line.bitsPerComponent = bitsPerComponent;
@@ -42,10 +42,10 @@ namespace RasterOutput
         }
     }
 
-    void ScanLineCursor::Rebind(std::uint32_t newRowStride, std::uint32_t newRowIndex)
+    void ScanLineCursor::Rebind(std::uint32_t stride, std::uint32_t row)
     {
-        rowStride = newRowStride;
-        rowIndex = newRowIndex;
+        rowStride = stride;
+        rowIndex = row;
         if (rowStride != 0)
         {
             line.ResetPlanes();

@@ -13,20 +13,20 @@ namespace RasterOutput
     class ScanLineCursor
     {
     public:
-        /// Stands on row `rowIndex` of the planes given. `width` is in pixels; `rowStride` and `firstByteOffset` are in
+        /// Stands on row `row` of the planes given. `width` is in pixels; `stride` and `firstByteOffset` are in
         /// bytes of a plane. `sourcePlanes` holds the start of each plane, as many as the layout has, or none at all.
         /// May throw std::bad_alloc.
         ScanLineCursor(
             std::uint32_t componentsPerSample, std::uint32_t planar, std::uint32_t bitsPerComponent,
-            const std::vector<DataRef_Impl<DataRefTraits>>& sourcePlanes, std::uint32_t rowStride,
-            std::uint32_t firstByteOffset, std::uint32_t width, std::uint32_t rowIndex);
+            const std::vector<DataRef_Impl<DataRefTraits>>& sourcePlanes, std::uint32_t stride,
+            std::uint32_t firstByteOffset, std::uint32_t width, std::uint32_t row);
 
         /// Moves to the next row. The caller sees to it that there is one.
         void Step();
 
         /// Takes over another stride and row number. The planes of `line` become empty ranges, to be set by the caller;
         /// a stride of 0 leaves no planes at all, which counts as uniform. May throw std::bad_alloc.
-        void Rebind(std::uint32_t newRowStride, std::uint32_t newRowIndex);
+        void Rebind(std::uint32_t stride, std::uint32_t row);
 
         /// The current row.
         ScanLineRef line;

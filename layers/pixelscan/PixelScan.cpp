@@ -36,11 +36,11 @@ namespace PixelScan
             // Four vectors per test: on a long run the test costs more than the bytes.
             for (; end - position >= 4 * lanes; position += 4 * lanes)
             {
-                const auto a = hn::Xor(hn::LoadU(d, position), wanted);
-                const auto b = hn::Xor(hn::LoadU(d, position + lanes), wanted);
-                const auto c = hn::Xor(hn::LoadU(d, position + 2 * lanes), wanted);
-                const auto e = hn::Xor(hn::LoadU(d, position + 3 * lanes), wanted);
-                const auto differences = hn::Or(hn::Or(a, b), hn::Or(c, e));
+                const auto first = hn::Xor(hn::LoadU(d, position), wanted);
+                const auto second = hn::Xor(hn::LoadU(d, position + lanes), wanted);
+                const auto third = hn::Xor(hn::LoadU(d, position + 2 * lanes), wanted);
+                const auto fourth = hn::Xor(hn::LoadU(d, position + 3 * lanes), wanted);
+                const auto differences = hn::Or(hn::Or(first, second), hn::Or(third, fourth));
                 if (!hn::AllTrue(d, hn::Eq(differences, hn::Zero(d))))
                 {
                     break;

@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <stdexcept>
 
 namespace RasterOutput
 {
@@ -50,6 +51,15 @@ namespace RasterOutput
                 catch (const Exception&)
                 {
                     // There is nothing left to unregister.
+                }
+                try
+                {
+                    RegisterPainter("too late", &MakeNone);
+                    std::_Exit(3);
+                }
+                catch (const std::logic_error&)
+                {
+                    // Nor a place to register at.
                 }
             }
         };
