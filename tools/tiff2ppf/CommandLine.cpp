@@ -23,7 +23,7 @@ namespace Tiff2Ppf
             "       tiff2ppf [options] --job NAME (--sheet NAME (--front INK=FILE | --back INK=FILE | --param "
             "KEY=VALUE)...)... -o OUT.ppf\n";
         constexpr char Footer[] =
-            "\nExample:\n"
+            "Example:\n"
             "  tiff2ppf --job Brochure --sheet Cover --front Cyan=c.tif --front Black=k.tif --back Black=b.tif -o "
             "cover.ppf\n\n"
             "Exit status: 0 the file is written and was checked, 1 the conversion failed, 2 the command line or the\n"

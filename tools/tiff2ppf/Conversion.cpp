@@ -8,8 +8,8 @@
 #include "SeparationPlaces.h"
 #include "SizeCheck.h"
 #include "Text.h"
+#include "WrittenFile.h"
 
-#include "ppf/Check.h"
 #include <RasterFeedLib.h>
 
 #include <chrono>
@@ -87,16 +87,14 @@ namespace Tiff2Ppf
             throw ConversionError(failure.what() + (": " + output.Name()) + (obstacle.empty() ? "" : ": " + obstacle));
         }
 
-        void CheckWritten(const Output& output)
+        void CheckWritten(const Output& output, const Job& job)
         {
-            const std::vector<ppf::Finding> findings = ppf::CheckFile(output.Work().Path(), ppf::CheckDepth::structure);
-            if (findings.empty())
+            const std::string fault = FaultOfWrittenFile(output.Work().Path(), job);
+            if (fault.empty())
                 return;
-            // The library does not look whether its bytes arrive: a full disk shows here.
             const std::string obstacle = output.ObstacleToWriting();
             throw ConversionError(
-                output.Name() + ": the file failed its check after writing: byte " +
-                std::to_string(findings.front().offset) + ": " + findings.front().text +
+                output.Name() + ": the file failed its check after writing: " + fault +
                 (obstacle.empty() ? "" : ": " + obstacle));
         }
     }
@@ -123,7 +121,7 @@ namespace Tiff2Ppf
                 FailAs(failure, job, *output);
             }
         }
-        CheckWritten(*output);
+        CheckWritten(*output, job);
         output->Publish();
     }
 }

@@ -4,8 +4,10 @@
 #include "Paths.h"
 #include "Signals.h"
 
+#include <array>
+#include <cerrno>
 #include <cstdio>
-#include <random>
+#include <system_error>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -14,14 +16,17 @@ namespace Tiff2Ppf
 {
     namespace
     {
-        /// Short, as a name that is derived from that of the output could be too long where the output's is not.
+        /// Short, as a name that is derived from that of the output could be too long where the output's is not; and not
+        /// to be guessed, so that nobody can have a link waiting there.
         std::string RandomName()
         {
-            constexpr char digits[] = "0123456789abcdefghijklmnopqrstuv";
-            std::random_device random;
+            constexpr char digits[] = "0123456789abcdef";
+            std::array<unsigned char, 8> random{};
+            if (getentropy(random.data(), random.size()) != 0)
+                throw std::system_error(errno, std::generic_category(), "no random numbers");
             std::string name = ".tiff2ppf-";
-            for (int i = 0; i < 16; ++i)
-                name += digits[random() % (sizeof digits - 1)];
+            for (const unsigned char byte : random)
+                name += {digits[byte >> 4U], digits[byte & 0x0FU]};
             return name;
         }
     }

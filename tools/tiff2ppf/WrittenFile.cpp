@@ -1,0 +1,154 @@
+#include "WrittenFile.h"
+
+#include "EscapedName.h"
+
+#include <charconv>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+#include <string_view>
+#include <system_error>
+
+namespace Tiff2Ppf
+{
+    namespace
+    {
+        // The frame of a file: header, directory if there are several sheets, sections without a gap, closing comment.
+        constexpr std::string_view Header = "%!PS-Adobe-3.0\n%%CIP3-File Version 3.0\n%\xE2\xE3\xCF\xD3\n\n";
+        constexpr std::string_view DirectoryBegin = "CIP3BeginPPFDirectory\n";
+        constexpr std::string_view DirectoryEnd = "CIP3EndPPFDirectory\n\n";
+        constexpr std::string_view SheetBegin = "CIP3BeginSheet\n";
+        constexpr std::string_view SheetEnd = "CIP3EndSheet\n\n";
+        constexpr std::string_view ClosingComment = "%%CIP3EndOfFile\n";
+
+        // A line of the directory: "0000000601 0000000712 (S1)", blanks, and its key word.
+        constexpr std::size_t EntryBytes = 256;
+        constexpr std::size_t NumberDigits = 10;
+        constexpr std::size_t LengthAt = NumberDigits + 1;
+        constexpr std::size_t NameAt = LengthAt + NumberDigits + 1;
+        constexpr std::size_t KeywordAt = 239;
+        constexpr std::string_view EntryKeyword = "CIP3PPFDirEntry \n";
+
+        /// A part of the file, in bytes from its first.
+        struct Section
+        {
+            std::uint64_t offset;
+            std::uint64_t length;
+        };
+
+        /// Ends the check.
+        struct Fault
+        {
+            std::uint64_t offset;
+            std::string text;
+        };
+
+        class Checker
+        {
+        public:
+            Checker(const std::string& path, const Job& job)
+                : m_job(job)
+                , m_file(path, std::ios::binary)
+                , m_size(std::filesystem::file_size(path))
+            {
+            }
+
+            /// Throws Fault.
+            void Check()
+            {
+                if (BytesAt(0, Header.size()) != Header)
+                    throw Fault{0, "the header is missing"};
+                const std::uint64_t frame = Header.size() + DirectoryBytes() + ClosingComment.size();
+                if (m_size < frame || BytesAt(m_size - ClosingComment.size(), ClosingComment.size()) != ClosingComment)
+                    throw Fault{m_size, "the file ends here without its closing comment"};
+                m_sectionsEnd = m_size - ClosingComment.size();
+
+                std::uint64_t end = Header.size() + DirectoryBytes();
+                for (std::size_t i = 0; i < m_job.sheets.size(); ++i)
+                    end = CheckSection(i, SectionOf(i), end);
+                if (end != m_sectionsEnd)
+                    throw Fault{end, "the sections end here, and the closing comment does not follow"};
+            }
+
+        private:
+            bool HasDirectory() const { return m_job.sheets.size() > 1; }
+
+            std::uint64_t DirectoryBytes() const
+            {
+                return HasDirectory() ? DirectoryBegin.size() + m_job.sheets.size() * EntryBytes + DirectoryEnd.size()
+                                      : 0;
+            }
+
+            /// Where the sheet's section is by the directory, or all of the sections if there is none.
+            Section SectionOf(std::size_t index)
+            {
+                if (!HasDirectory())
+                    return {Header.size(), m_sectionsEnd - Header.size()};
+                const std::uint64_t at = Header.size() + DirectoryBegin.size() + index * EntryBytes;
+                const std::string entry = BytesAt(at, EntryBytes);
+                const std::string name = '(' + EscapedName(m_job.sheets[index].sheetName) + ')';
+                const std::optional<std::uint64_t> offset = NumberAt(entry, 0);
+                const std::optional<std::uint64_t> length = NumberAt(entry, LengthAt);
+                if (!offset || !length || entry.compare(NameAt, name.size(), name) != 0 ||
+                    entry.compare(KeywordAt, EntryKeyword.size(), EntryKeyword) != 0)
+                    throw Fault{at, "this is no directory entry of sheet " + std::to_string(index + 1)};
+                return {*offset, *length};
+            }
+
+            /// Checks the section that has to begin at `begin`; gives its end.
+            std::uint64_t CheckSection(std::size_t index, const Section& section, std::uint64_t begin)
+            {
+                const std::uint64_t end = section.offset + section.length;
+                const bool fits = section.offset == begin && end <= m_sectionsEnd &&
+                                  section.length >= SheetBegin.size() + SheetEnd.size();
+                if (!fits || BytesAt(begin, SheetBegin.size()) != SheetBegin ||
+                    BytesAt(end - SheetEnd.size(), SheetEnd.size()) != SheetEnd)
+                    throw Fault{
+                        begin, "the section of sheet " + std::to_string(index + 1) +
+                                   " is not where the directory says, or not whole"};
+                return end;
+            }
+
+            static std::optional<std::uint64_t> NumberAt(const std::string& entry, std::size_t at)
+            {
+                std::uint64_t number = 0;
+                const char* const end = entry.data() + at + NumberDigits;
+                const auto [stop, problem] = std::from_chars(entry.data() + at, end, number);
+                return problem == std::errc() && stop == end ? std::optional(number) : std::nullopt;
+            }
+
+            /// Zero bytes where the file cannot be read.
+            std::string BytesAt(std::uint64_t offset, std::size_t size)
+            {
+                std::string bytes(size, '\0');
+                m_file.clear();
+                m_file.seekg(static_cast<std::streamoff>(offset));
+                m_file.read(bytes.data(), static_cast<std::streamsize>(size));
+                return bytes;
+            }
+
+            const Job& m_job;
+            std::ifstream m_file;
+            std::uint64_t m_size;
+            std::uint64_t m_sectionsEnd = 0; ///< offset of the closing comment
+        };
+    }
+
+    std::string FaultOfWrittenFile(const std::string& path, const Job& job)
+    {
+        try
+        {
+            Checker(path, job).Check();
+        }
+        catch (const Fault& fault)
+        {
+            return "byte " + std::to_string(fault.offset) + ": " + fault.text;
+        }
+        catch (const std::filesystem::filesystem_error& error)
+        {
+            return "the file cannot be found: " + error.code().message();
+        }
+        return {};
+    }
+}

@@ -1,0 +1,14 @@
+// The check of a file after it was written. The library does not look whether its bytes arrive, so this does: the size,
+// the directory against the sections, and the closing comment, held against the job. What a preview or an entry holds is
+// not read again, so that the check of a large file costs next to nothing.
+#pragma once
+
+#include "Job.h"
+
+#include <string>
+
+namespace Tiff2Ppf
+{
+    /// What is wrong with the file `path` as the outcome of `job`: a text with the byte it is about; empty if nothing is.
+    std::string FaultOfWrittenFile(const std::string& path, const Job& job);
+}
