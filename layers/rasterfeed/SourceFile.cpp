@@ -12,27 +12,23 @@ namespace
     constexpr std::size_t windowBytes = 64 * 1024;
 }
 
-SourceFile::SourceFile(const RasterFeedCallbacks& hostCallbacks, const char* name)
+SourceFile::SourceFile(const RasterFeedCallbacks& hostCallbacks, FileBlock opened)
     : callbacks(hostCallbacks)
-    , block(callbacks.open(name))
+    , block(opened)
 {
-    if (block == nullptr)
+}
+
+// The object is complete before anything is tried, so that its destructor closes the file when that fails.
+SourceFile::SourceFile(const RasterFeedCallbacks& hostCallbacks, const char* name)
+    : SourceFile(hostCallbacks, hostCallbacks.open(name))
+{
+    // A block whose file did not open is first seen here, and is no failed access.
+    const std::int64_t bytes = block != nullptr ? callbacks.seek(block, 0) : -1;
+    if (bytes < 0)
         throw Refusal("the file could not be opened; a readable file is needed");
-    try
-    {
-        // A block whose file did not open is first seen here, and is no failed access.
-        const std::int64_t bytes = callbacks.seek(block, 0);
-        if (bytes < 0)
-            throw Refusal("the file could not be opened; a readable file is needed");
-        if (bytes > std::int64_t{UINT32_MAX})
-            throw Refusal("larger than 4294967295 bytes; files up to that size are accepted");
-        size = static_cast<std::uint32_t>(bytes);
-    }
-    catch (...)
-    {
-        callbacks.close(block);
-        throw;
-    }
+    if (bytes > std::int64_t{UINT32_MAX})
+        throw Refusal("larger than 4294967295 bytes; files up to that size are accepted");
+    size = static_cast<std::uint32_t>(bytes);
 }
 
 SourceFile::~SourceFile()

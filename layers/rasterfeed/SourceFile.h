@@ -32,6 +32,7 @@ public:
     std::size_t Read(std::uint64_t position, void* to, std::size_t count);
 
 private:
+    SourceFile(const RasterFeedCallbacks& hostCallbacks, FileBlock opened);
     std::size_t Fetch(std::uint64_t position, unsigned char* to, std::size_t count);
     [[noreturn]] void Fail();
 
