@@ -1,0 +1,34 @@
+#include "ppfinfo/Headings.h"
+
+#include "ppfinfo/Text.h"
+#include "ppfinfo/ZoneChoice.h"
+
+namespace ppfinfo
+{
+    std::string SheetHeading(const ppf::Sheet& sheet, std::size_t position)
+    {
+        const std::string name = sheet.SheetName();
+        return "Sheet " + std::to_string(position + 1) + (name.empty() ? "" : ", \"" + ToPrintable(name) + "\"");
+    }
+
+    std::string SizeText(const ppf::Preview& preview)
+    {
+        const std::uint64_t width = preview.UprightWidth();
+        const std::uint64_t height = preview.UprightHeight();
+        std::string text = std::to_string(width) + " x " + std::to_string(height) + " pixels";
+        if (const std::optional<ppf::Resolution> resolution = preview.UprightResolution())
+        {
+            const double up = Millimetres(static_cast<double>(height), resolution->y);
+            const double across = Millimetres(static_cast<double>(width), resolution->x);
+            const bool isSquare = resolution->x == resolution->y;
+            text += ", " + Fixed(across, 1) + " x " + Fixed(up, 1) + " mm, " + Shortest(resolution->x) +
+                    (isSquare ? "" : " x " + Shortest(resolution->y)) + " ppi";
+        }
+        return text;
+    }
+
+    std::string FilterText(const ppf::Preview& preview)
+    {
+        return ToPrintable(preview.compressionName) + ", " + ToPrintable(preview.encodingName);
+    }
+}

@@ -1,0 +1,116 @@
+#include "ppfinfo/Observations.h"
+
+#include <algorithm>
+#include <string>
+
+#include "ppf/Check.h"
+#include "ppfinfo/Text.h"
+
+namespace ppfinfo
+{
+    namespace
+    {
+        std::string SizeOf(const ppf::Preview& preview)
+        {
+            return std::to_string(preview.UprightWidth()) + " x " + std::to_string(preview.UprightHeight());
+        }
+
+        std::string Quoted(const std::string& name)
+        {
+            return "\"" + ToPrintable(name) + "\"";
+        }
+
+        bool SameResolution(const ppf::Preview& left, const ppf::Preview& right)
+        {
+            const auto& a = left.resolution;
+            const auto& b = right.resolution;
+            return a.has_value() == b.has_value() && (!a || (a->x == b->x && a->y == b->y));
+        }
+
+        void ObserveSurface(const ppf::Surface& surface, std::vector<ppf::Finding>& findings)
+        {
+            std::vector<std::string> names;
+            for (const ppf::Preview& preview : surface.previews)
+            {
+                const ppf::Preview& first = surface.previews.front();
+                if (SizeOf(preview) != SizeOf(first))
+                {
+                    findings.push_back(
+                        {preview.offset, "separation " + Quoted(preview.inks[0]) + " has " + SizeOf(preview) +
+                                             " pixels, the first of its side " + SizeOf(first)});
+                }
+                if (!SameResolution(preview, first))
+                {
+                    findings.push_back(
+                        {preview.offset, "separation " + Quoted(preview.inks[0]) +
+                                             " has another resolution than the first of its side"});
+                }
+                if (!preview.Lie().IsUpright())
+                {
+                    findings.push_back(
+                        {preview.offset,
+                         "separation " + Quoted(preview.inks[0]) + " is stored turned or mirrored and shown upright"});
+                }
+                for (const std::string& name : preview.inks)
+                {
+                    if (std::find(names.begin(), names.end(), name) != names.end())
+                    {
+                        findings.push_back({preview.offset, "side has two separations named " + Quoted(name)});
+                    }
+                    names.push_back(name);
+                }
+            }
+        }
+    }
+
+    std::vector<ppf::Finding> Observations(const ppf::Document& document)
+    {
+        std::vector<ppf::Finding> findings = ppf::Check(document, ppf::CheckDepth::structure);
+        if (document.damage)
+        {
+            const auto isDamage = [&](const ppf::Finding& finding)
+            { return finding.offset == document.damage->offset && finding.text == document.damage->text; };
+            findings.erase(std::remove_if(findings.begin(), findings.end(), isDamage), findings.end());
+        }
+        findings.insert(findings.end(), document.remarks.begin(), document.remarks.end());
+        for (const ppf::Sheet& sheet : document.sheets)
+        {
+            if (sheet.surfaces.empty() && !document.damage)
+            {
+                findings.push_back({sheet.offset, "sheet has no printed side"});
+            }
+            for (const ppf::Surface& surface : sheet.surfaces)
+            {
+                ObserveSurface(surface, findings);
+            }
+        }
+        std::stable_sort(
+            findings.begin(), findings.end(),
+            [](const ppf::Finding& left, const ppf::Finding& right) { return left.offset < right.offset; });
+        return findings;
+    }
+
+    std::vector<ppf::Finding> Observations(const ppf::Preview& preview, const InkMeasure& measure)
+    {
+        std::vector<ppf::Finding> findings;
+        if (measure.fault)
+        {
+            findings.push_back(*measure.fault);
+        }
+        if (measure.excess > 0)
+        {
+            findings.push_back(
+                {preview.offset, "data of separation " + Quoted(preview.inks[0]) + " goes on for " +
+                                     std::to_string(measure.excess) +
+                                     " bytes behind its last row, which are left out"});
+        }
+        for (std::size_t i = 0; i < measure.inks.size(); ++i)
+        {
+            if (measure.inks[i].Coverage() <= 0)
+            {
+                findings.push_back({preview.offset, "separation " + Quoted(preview.inks[i]) + " has no ink"});
+            }
+        }
+        return findings;
+    }
+}

@@ -1,0 +1,33 @@
+// A file that appears whole or not at all. Apart from what fills it because every file that the program writes is
+// written this way.
+#pragma once
+
+#include <fstream>
+#include <string>
+
+namespace ppfinfo
+{
+    /// Written beside its place under a hidden name and renamed into place by Commit; without Commit nothing is left.
+    /// A path that exists and is no regular file, a pipe for one, is written directly.
+    class OutputFile
+    {
+    public:
+        /// Throws std::runtime_error that names the path if the file cannot be made.
+        explicit OutputFile(const std::string& path);
+        ~OutputFile();
+        OutputFile(const OutputFile&) = delete;
+        OutputFile& operator=(const OutputFile&) = delete;
+
+        std::ostream& Stream() { return m_stream; }
+
+        /// Throws std::runtime_error if anything was not written. Then the path is as it was.
+        void Commit();
+
+    private:
+        std::string m_path;
+        /// The name that it is written under.
+        std::string m_draft;
+        std::ofstream m_stream;
+        bool m_committed = false;
+    };
+}

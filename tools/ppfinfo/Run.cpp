@@ -1,0 +1,94 @@
+#include "ppfinfo/Run.h"
+
+#include <exception>
+#include <new>
+#include <system_error>
+#include <vector>
+
+#include "ppf/Check.h"
+#include "ppf/DocumentReader.h"
+#include "ppf/FileMap.h"
+#include "ppfinfo/Extract.h"
+#include "ppfinfo/HtmlReport.h"
+#include "ppfinfo/InkMeasure.h"
+#include "ppfinfo/JsonOutput.h"
+#include "ppfinfo/OutputFile.h"
+#include "ppfinfo/Text.h"
+#include "ppfinfo/TextOutput.h"
+#include "ppfinfo/ZoneTable.h"
+
+namespace ppfinfo
+{
+    namespace
+    {
+        std::string At(const ppf::Finding& finding)
+        {
+            return "byte " + std::to_string(finding.offset) + ": " + ToPrintable(finding.text);
+        }
+
+        std::optional<ppf::Finding> WriteFindings(const ppf::Document& document, std::ostream& out)
+        {
+            const std::vector<ppf::Finding> findings = ppf::Check(document, ppf::CheckDepth::everything);
+            for (const ppf::Finding& finding : findings)
+            {
+                out << At(finding) << '\n';
+            }
+            return findings.empty() ? std::nullopt : std::optional<ppf::Finding>(findings.front());
+        }
+
+        std::optional<ppf::Finding> WriteReportFile(const Options& options, const ppf::Document& document)
+        {
+            OutputFile file(options.reportTo);
+            const auto fault = WriteHtmlReport(options.file, document, options.zones, file.Stream());
+            file.Commit();
+            return fault;
+        }
+
+        /// The first fault in the order of the file, or nothing.
+        std::optional<ppf::Finding> Write(const Options& options, const ppf::Document& document, std::ostream& out)
+        {
+            if (options.check)
+            {
+                return WriteFindings(document, out);
+            }
+            std::optional<ppf::Finding> fault = !options.extractTo.empty()
+                                                    ? ExtractPictures(document, options.extractTo)
+                                                : !options.reportTo.empty() ? WriteReportFile(options, document)
+                                                : options.json              ? WriteJson(document, options.zones, out)
+                                                : options.zones.IsGiven() ? WriteZoneTable(document, options.zones, out)
+                                                                          : WriteText(options.file, document, out);
+            KeepFirst(fault, document.damage);
+            return fault;
+        }
+    }
+
+    ExitStatus Run(const Options& options, std::ostream& out, std::ostream& errors)
+    {
+        const auto fail = [&](const std::string& text)
+        {
+            out.flush();
+            errors << "ppfinfo: error: " << text << '\n';
+            return failure;
+        };
+        try
+        {
+            const ppf::FileMap file(options.file);
+            const ppf::Document document = ppf::ReadDocument(file.Bytes());
+            const std::optional<ppf::Finding> fault = Write(options, document, out);
+            out.flush();
+            if (!out)
+            {
+                return fail("cannot write to standard output");
+            }
+            return fault ? fail(ToPrintable(options.file) + ": " + At(*fault)) : success;
+        }
+        catch (const std::bad_alloc&)
+        {
+            return fail(ToPrintable(options.file) + ": not enough memory for a preview of this size");
+        }
+        catch (const std::exception& error)
+        {
+            return fail(ToPrintable(error.what()));
+        }
+    }
+}

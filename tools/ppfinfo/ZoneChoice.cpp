@@ -1,0 +1,74 @@
+#include "ppfinfo/ZoneChoice.h"
+
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <stdexcept>
+#include <utility>
+
+#include "ppf/InkColumns.h"
+#include "ppfinfo/Text.h"
+
+namespace ppfinfo
+{
+    namespace
+    {
+        constexpr double millimetresPerInch = 25.4;
+        constexpr double pointsPerInch = 72;
+    }
+
+    std::optional<double> ParseLength(std::string_view text)
+    {
+        constexpr std::array<std::pair<std::string_view, double>, 4> unitsPerInch = {{
+            {"mm", millimetresPerInch},
+            {"cm", millimetresPerInch / 10},
+            {"inch", 1},
+            {"point", pointsPerInch},
+        }};
+        double number = 0;
+        const char* end = text.data() + text.size();
+        const auto parsed = std::from_chars(text.data(), end, number);
+        std::string_view unit = text.substr(static_cast<std::size_t>(parsed.ptr - text.data()));
+        while (!unit.empty() && unit.front() == ' ')
+        {
+            unit.remove_prefix(1);
+        }
+        for (const auto& [name, perInch] : unitsPerInch)
+        {
+            if (parsed.ec == std::errc() && unit == name && std::isfinite(number) && number > 0)
+            {
+                return number / perInch;
+            }
+        }
+        return std::nullopt;
+    }
+
+    std::vector<double> ZoneEdges(const ppf::Preview& preview, const ZoneChoice& choice)
+    {
+        const std::uint64_t columns = preview.UprightWidth();
+        if (choice.width <= 0)
+        {
+            return ppf::EdgesOfEqualZones(columns, choice.count);
+        }
+        const std::optional<ppf::Resolution> resolution = preview.UprightResolution();
+        if (!resolution)
+        {
+            throw std::runtime_error(
+                "separation \"" + ToPrintable(preview.inks.front()) +
+                "\" has no resolution, so its zones have no width; give their number with --zones");
+        }
+        const double width = choice.width * resolution->x;
+        if (!(ppf::CountOfZones(columns, width) <= static_cast<double>(mostZones)))
+        {
+            throw std::runtime_error(
+                "separation \"" + ToPrintable(preview.inks.front()) + "\" would have more than " +
+                std::to_string(mostZones) + " zones; give a greater --zone-width");
+        }
+        return ppf::EdgesOfZones(columns, width);
+    }
+
+    double Millimetres(double pixels, double perInch)
+    {
+        return pixels / perInch * millimetresPerInch;
+    }
+}

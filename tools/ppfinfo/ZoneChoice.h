@@ -1,0 +1,38 @@
+// Into which ink zones a picture is divided: so many of one width, or of a width in the units of the pressroom.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "ppf/Document.h"
+
+namespace ppfinfo
+{
+    /// A length as it is given on the command line, "32.5mm", "3 cm", "1.28inch" or "92point", in inches. Nothing if
+    /// the text is no such length or not above 0.
+    std::optional<double> ParseLength(std::string_view text);
+
+    /// Neither field: no zones are wanted.
+    struct ZoneChoice
+    {
+        /// So many zones of one width, or 0.
+        std::uint64_t count = 0;
+        /// Zones of this width in inches, or 0.
+        double width = 0;
+
+        bool IsGiven() const { return count > 0 || width > 0; }
+    };
+
+    /// The greatest number of zones that a picture is divided into.
+    constexpr std::uint64_t mostZones = 100000;
+
+    /// The edges of the zones in an upright preview, in its columns. Throws std::runtime_error if zones have a width
+    /// but the preview no resolution, or if there would be more than `mostZones`.
+    std::vector<double> ZoneEdges(const ppf::Preview& preview, const ZoneChoice& choice);
+
+    /// So many pixels at so many per inch, in millimetres.
+    double Millimetres(double pixels, double perInch);
+}

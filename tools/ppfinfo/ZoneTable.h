@@ -1,0 +1,16 @@
+// Ink zones for people: what the ink keys of a press get, as a table per side.
+#pragma once
+
+#include <optional>
+#include <ostream>
+
+#include "ppf/Document.h"
+#include "ppfinfo/ZoneChoice.h"
+
+namespace ppfinfo
+{
+    /// Writes a row per zone and a column per ink. Returns the first fault among the previews; their columns are
+    /// empty. Throws what ZoneEdges throws.
+    std::optional<ppf::Finding>
+    WriteZoneTable(const ppf::Document& document, const ZoneChoice& zones, std::ostream& out);
+}
