@@ -1,0 +1,243 @@
+// The lines of a sheet's sections, and the data of its previews.
+#include "Bytes.h"
+#include "Decoders.h"
+#include "PpfScribe.h"
+#include "rasteroutput/ScanLineRef.h"
+
+#include <gmock/gmock.h>
+
+#include <limits>
+
+namespace PpfTest
+{
+    using namespace RasterOutput;
+    using testing::HasSubstr;
+    using testing::Not;
+
+    /// The sheet section of a document of one sheet without surfaces.
+    std::string SheetSection(const CIP3SheetParameters& sheet)
+    {
+        PpfScribe scribe(1, None, Binary);
+        scribe.Start();
+        scribe.painter.BeginSheet(sheet);
+        scribe.EndSheet();
+        return Between(scribe.Finish(), "\n\n", "%%CIP3EndOfFile\n");
+    }
+
+    CIP3SheetParameters AnySheet()
+    {
+        CIP3SheetParameters sheet;
+        sheet.jobName = "J";
+        sheet.extentX = 210;
+        sheet.extentY = 297.5;
+        return sheet;
+    }
+
+    const std::string Curves = "/CIP3TransferFilmCurveData [0.0 0.0 1.0 1.0] def\n"
+                               "/CIP3TransferPlateCurveData [0.0 0.0 1.0 1.0] def\n";
+
+    TEST(CIP3PainterSections, SheetWithoutNameAndSurfacesHasItsFixedLines)
+    {
+        EXPECT_EQ(
+            SheetSection(AnySheet()), "CIP3BeginSheet\n/CIP3AdmJobName (J) def\n"
+                                      "/CIP3AdmPSExtent [ 210 point 297.5 point ] def\n" +
+                                          Curves + "\nCIP3EndSheet\n\n");
+    }
+
+    TEST(CIP3PainterSections, NamesGoOutByteForByte)
+    {
+        CIP3SheetParameters sheet = AnySheet();
+        sheet.jobName = "(\\\xE4\r)(";
+        sheet.sheetName = ")%\n";
+        EXPECT_THAT(
+            SheetSection(sheet), HasSubstr("/CIP3AdmJobName ((\\\xE4\r)() def\n/CIP3AdmSheetName ()%\n) def\n"));
+    }
+
+    TEST(CIP3PainterSections, UnitStandsBehindEachExtent)
+    {
+        const char* const words[] = {"mm", "cm", "inch", "point", "", ""};
+        for (std::uint32_t unit = 0; unit < 6; ++unit)
+        {
+            CIP3SheetParameters sheet = AnySheet();
+            sheet.units = static_cast<CIP3Units>(unit);
+            const std::string word = words[unit];
+            EXPECT_THAT(SheetSection(sheet), HasSubstr("[ 210 " + word + " 297.5 " + word + " ] def\n")) << unit;
+        }
+    }
+
+    TEST(CIP3PainterSections, OptionalEntriesAreSortedByBytesBehindTheCurves)
+    {
+        CIP3SheetParameters sheet = AnySheet();
+        sheet.optionalParameters = {{"b", "(2)"}, {"ab", ""}, {"a", "1 "}, {"\xC4", "4"}, {"B", "3"}};
+        EXPECT_THAT(
+            SheetSection(sheet),
+            HasSubstr(Curves + "/B 3 def\n/a 1  def\n/ab  def\n/b (2) def\n/\xC4 4 def\n\nCIP3End"));
+    }
+
+    TEST(CIP3PainterSections, GivenExtentStandsInPlaceOfTheComputedOne)
+    {
+        CIP3SheetParameters sheet = AnySheet();
+        sheet.optionalParameters = {{"CIP3AdmPSExtent", "[ 8.5 inch 11 inch ]"}, {"CIP3AdmA", "1"}};
+        EXPECT_THAT(
+            SheetSection(sheet),
+            HasSubstr("(J) def\n/CIP3AdmPSExtent [ 8.5 inch 11 inch ] def\n" + Curves + "/CIP3AdmA 1 def\n\n"));
+
+        sheet.optionalParameters["CIP3AdmPSExtent"] = "";
+        EXPECT_THAT(
+            SheetSection(sheet),
+            HasSubstr("(J) def\n/CIP3AdmPSExtent [ 210 point 297.5 point ] def\n" + Curves + "/CIP3AdmA 1 def\n\n"));
+    }
+
+    TEST(CIP3PainterSections, SurfaceListsItsSeparationsAndAnyEntries)
+    {
+        PpfScribe scribe(1, None, Binary);
+        scribe.Start();
+        scribe.BeginSheet();
+        CIP3SurfaceParameters surface;
+        surface.side = -1;
+        surface.separationNames = {"Cyan", "", "PANTONE (1)"};
+        surface.optionalParameters = {{"CIP3AdmPSExtent", "1"}, {"A", ""}};
+        scribe.painter.BeginSurface(surface);
+        scribe.EndSurface();
+        scribe.EndSheet();
+        EXPECT_THAT(
+            scribe.Finish(),
+            HasSubstr("\nCIP3BeginBack\n/CIP3AdmSeparationNames [ (Cyan) () (PANTONE (1)) ] def\n/A  def\n"
+                      "/CIP3AdmPSExtent 1 def\nCIP3BeginPreviewImage\n\nCIP3EndPreviewImage\n"
+                      "CIP3EndBack\n\nCIP3EndSheet\n\n"));
+    }
+
+    std::string SeparationHead(PpfScribe& scribe)
+    {
+        scribe.Start();
+        scribe.BeginSheet();
+        scribe.BeginSurface();
+        scribe.painter.parameters.width = 1024;
+        scribe.painter.parameters.height = 768;
+        scribe.painter.parameters.xResolution = 300;
+        scribe.painter.parameters.yResolution = 299.9994;
+        scribe.painter.BeginSeparation();
+        scribe.painter.EndSeparation();
+        scribe.EndSurface();
+        scribe.EndSheet();
+        return Between(scribe.Finish(), "/CIP3PreviewImageComponents 1 def\n", "CIP3PreviewImage ");
+    }
+
+    TEST(CIP3PainterSections, MatrixTurnsTheImageAndResolutionIsXThenY)
+    {
+        PpfScribe scribe(1, RunLength, ASCII85);
+        EXPECT_EQ(
+            SeparationHead(scribe), "/CIP3PreviewImageMatrix [1024 0 0 -768 0 768] def\n"
+                                    "/CIP3PreviewImageResolution [300 299.999] def\n"
+                                    "/CIP3PreviewImageCompression /RunLengthDecode def\n"
+                                    "/CIP3PreviewImageEncoding /ASCII85Decode def\n");
+    }
+
+    TEST(CIP3PainterSections, UnknownFormIsAnEmptyWordAndPassesTheDataOn)
+    {
+        PpfScribe scribe(1, 2, -1);
+        EXPECT_THAT(
+            SeparationHead(scribe),
+            HasSubstr("\n/CIP3PreviewImageCompression / def\n/CIP3PreviewImageEncoding / def\n"));
+        EXPECT_EQ(PreviewData(FileOf(2, 3, {Hex("00 00"), Hex("01 02")})), Hex("FF FF FE FD"));
+    }
+
+    TEST(CIP3PainterSections, HeightWithoutANegativeIsNegated)
+    {
+        PpfScribe scribe(1, None, Binary);
+        scribe.Start();
+        scribe.BeginSheet();
+        scribe.BeginSurface();
+        scribe.painter.parameters.height = std::numeric_limits<std::int32_t>::min();
+        scribe.painter.BeginSeparation();
+        scribe.painter.EndSeparation();
+        scribe.EndSurface();
+        scribe.EndSheet();
+        EXPECT_THAT(scribe.Finish(), HasSubstr("[0 0 0 2147483648 0 -2147483648]"));
+    }
+
+    TEST(CIP3PainterSections, DataOfEachFormEndsAsItsDecoderExpects)
+    {
+        const struct
+        {
+            std::int32_t compression;
+            std::int32_t encoding;
+            std::vector<std::string> lines;
+            std::string data;
+        } cases[] = {
+            {None, Binary, {}, ""},
+            {None, Binary, {Hex("00 01 02 03"), Hex("FF 0A 0D 80")}, Hex("FF FE FD FC 00 F5 F2 7F")},
+            {None, ASCIIHex, {}, ">"},
+            {None, ASCIIHex, {Hex("00 01 02 03"), Hex("FF 0A 0D 80")}, "\nfffefdfc\n00f5f27f>"},
+            {None, ASCII85, {}, "~>"},
+            {None, ASCII85, {Hex("FF FF FF FF"), Hex("FE FD FC FB")}, "\nz\n!<N?+~>"},
+            {None, ASCII85, {Hex("FF FF"), Hex("FF FF")}, "\n\nz~>"},
+            {None, ASCII85, {Hex("FF")}, "\n!!~>"},
+            {None, ASCII85, {Hex("FF FF FF")}, "\n!!!!~>"},
+            {None, ASCII85, {"abc", "abc"}, "\n\nSt2CCSX]~>"},
+            {RunLength, Binary, {}, Hex("80")},
+            {RunLength, Binary, {Hex("00 00 00 00"), ""}, Hex("FD FF 80")},
+            {RunLength, ASCIIHex, {}, "80>"},
+            {RunLength, ASCIIHex, {Hex("00 00 00 00"), Hex("FF FF 00 80")}, "\nfdff\nff0001ff7f80>"},
+            {RunLength, ASCII85, {}, "J,~>"},
+            {RunLength, ASCII85, {Hex("00 00 00 00"), Hex("FF FF 00 A0")}, "\n\nrVult!WQMW~>"},
+        };
+        for (const auto& c : cases)
+        {
+            EXPECT_EQ(PreviewData(FileOf(c.compression, c.encoding, c.lines)), c.data)
+                << "compression " << c.compression << " encoding " << c.encoding << " lines " << c.lines.size();
+        }
+    }
+
+    TEST(CIP3PainterSections, NoByteReachesTheNextSeparation)
+    {
+        PpfScribe scribe(1, None, ASCII85);
+        scribe.Start();
+        scribe.BeginSheet();
+        scribe.BeginSurface(0, {"A", "B"});
+        scribe.Separation({Hex("00 00 00")});
+        scribe.Separation({Hex("FF")});
+        scribe.EndSurface();
+        scribe.EndSheet();
+        const std::string file = scribe.Finish();
+        EXPECT_EQ(PreviewData(file), "\ns8W*~>");
+        EXPECT_EQ(PreviewData(file.substr(file.rfind("CIP3BeginSeparation"))), "\n!!~>");
+    }
+
+    /// An independent reading of lines of changing length in default form gives back what went in, inverted.
+    TEST(CIP3PainterSections, DecodersGiveBackTheLines)
+    {
+        std::vector<std::string> lines;
+        std::string inverted;
+        for (std::size_t i = 0; i < 300; ++i)
+        {
+            lines.push_back(Times(i % 5, Times(i, "\xFF")) + Literal(3 * i) + Times(i % 7, "ab"));
+            for (const char c : lines.back())
+            {
+                inverted.push_back(static_cast<char>(~c));
+            }
+        }
+        std::string text = PreviewData(FileOf(RunLength, ASCII85, lines));
+        ASSERT_EQ(std::count(text.begin(), text.end(), '\n'), 300);
+        text.erase(std::remove(text.begin(), text.end(), '\n'), text.end());
+        ASSERT_THAT(text, testing::EndsWith("~>"));
+        EXPECT_EQ(RunLengthDecoded(ASCII85Decoded(text.substr(0, text.size() - 2)), true), inverted);
+    }
+
+    TEST(CIP3PainterSections, LineIsInvertedInPlace)
+    {
+        PpfScribe scribe(1, RunLength, ASCII85);
+        scribe.Start();
+        scribe.BeginSheet();
+        scribe.BeginSurface();
+        scribe.painter.BeginSeparation();
+        unsigned char bytes[3] = {0, 1, 255};
+        ScanLineRef line;
+        line.componentsPerSample = 1;
+        line.bitsPerComponent = 8;
+        line.ResetPlanes();
+        line[0].SetRange(bytes, bytes + 2);
+        scribe.painter.ProcessScanLine(line);
+        EXPECT_THAT(bytes, testing::ElementsAre(255, 254, 255));
+    }
+}

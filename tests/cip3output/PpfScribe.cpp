@@ -1,0 +1,133 @@
+#include "PpfScribe.h"
+
+#include "cip3output/CIP3ParameterExtractor.h"
+#include "rasteroutput/ExtractionDispatcher.h"
+#include "rasteroutput/ScanLineRef.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+
+namespace PpfTest
+{
+    using namespace RasterOutput;
+
+    PpfScribe::PpfScribe(std::uint32_t sheetCount, std::int32_t compression, std::int32_t encoding)
+    {
+        std::string name = (std::filesystem::temp_directory_path() / "ppf.XXXXXX").string();
+        if (mkdtemp(name.data()) == nullptr)
+        {
+            throw std::runtime_error("no temporary folder " + name);
+        }
+        folder = name;
+        path = folder / "out.ppf";
+        document.filePath = path.wstring();
+        document.sheetCount = sheetCount;
+        document.compression = compression;
+        document.encoding = encoding;
+        sheet.jobName = "J";
+        sheet.units = CIP3Units::Inch;
+        sheet.extentX = 2;
+        sheet.extentY = 1;
+        ExtractionDispatcher::Instance().Add<CIP3Painter, Sheetvane::CIP3ParameterExtractor>(&ApplyParameters);
+    }
+
+    PpfScribe::~PpfScribe()
+    {
+        ExtractionDispatcher::Instance().Remove<CIP3Painter, Sheetvane::CIP3ParameterExtractor>();
+        std::error_code ignored;
+        std::filesystem::remove_all(folder, ignored);
+    }
+
+    void PpfScribe::Start()
+    {
+        ProcessorParameters raster;
+        raster.xResolution = 2;
+        raster.yResolution = 2;
+        raster.bitsPerComponent = 8;
+        raster.planar = 1;
+        Sheetvane::CIP3ParameterExtractor extractor;
+        extractor.painterParameters = document;
+        painter.Initialize(raster, extractor);
+    }
+
+    void PpfScribe::BeginSheet(const std::string& name)
+    {
+        sheet.sheetName = name;
+        painter.BeginSheet(sheet);
+    }
+
+    void PpfScribe::BeginSurface(std::int32_t side, const std::vector<std::string>& names)
+    {
+        CIP3SurfaceParameters surface;
+        surface.side = side;
+        surface.separationNames = names;
+        painter.BeginSurface(surface);
+    }
+
+    void PpfScribe::Separation(const std::vector<std::string>& lines)
+    {
+        painter.parameters.width = lines.empty() ? 0 : static_cast<std::int32_t>(lines.front().size());
+        painter.parameters.height = static_cast<std::int32_t>(lines.size());
+        painter.BeginSeparation();
+        for (const std::string& line : lines)
+        {
+            Line(line);
+        }
+        painter.EndSeparation();
+    }
+
+    void PpfScribe::Line(const std::string& bytes)
+    {
+        std::vector<unsigned char> buffer(bytes.begin(), bytes.end());
+        ScanLineRef line;
+        line.componentsPerSample = 1;
+        line.bitsPerComponent = 8;
+        line.width = static_cast<std::int32_t>(buffer.size());
+        line.ResetPlanes();
+        line[0].SetRange(buffer.data(), buffer.data() + buffer.size());
+        painter.ProcessScanLine(line);
+    }
+
+    std::string PpfScribe::Finish()
+    {
+        painter.Finalize();
+        return File();
+    }
+
+    void PpfScribe::Sheet(const std::string& name, const std::vector<std::string>& lines)
+    {
+        BeginSheet(name);
+        BeginSurface();
+        Separation(lines);
+        EndSurface();
+        EndSheet();
+    }
+
+    std::string PpfScribe::File() const
+    {
+        std::ifstream file(path, std::ios::binary);
+        return std::string(std::istreambuf_iterator<char>(file), {});
+    }
+
+    std::string Between(const std::string& text, const std::string& begin, const std::string& end)
+    {
+        const std::size_t from = text.find(begin);
+        const std::size_t to = from == std::string::npos ? from : text.find(end, from + begin.size());
+        return to == std::string::npos ? "(not found)" : text.substr(from + begin.size(), to - from - begin.size());
+    }
+
+    std::string PreviewData(const std::string& file)
+    {
+        return Between(file, "CIP3PreviewImage ", "\nCIP3EndSeparation\n");
+    }
+
+    std::string FileOf(std::int32_t compression, std::int32_t encoding, const std::vector<std::string>& lines)
+    {
+        PpfScribe scribe(1, compression, encoding);
+        scribe.Start();
+        scribe.Sheet("S1", lines);
+        return scribe.Finish();
+    }
+}

@@ -1,0 +1,91 @@
+// Runs a test once for every kind of vectors that this machine has.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <hwy/highway.h>
+#include <hwy/targets.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string>
+#include <vector>
+
+namespace PpfTest
+{
+    class KernelTest : public testing::TestWithParam<std::int64_t>
+    {
+    protected:
+        /// Chosen for as long as the test runs. The target that all code is compiled for stays beside it, so that there
+        /// always is one.
+        KernelTest()
+        {
+            hwy::SetSupportedTargetsForTest(GetParam() | HWY_STATIC_TARGET);
+            hwy::GetChosenTarget().Update(hwy::SupportedTargets());
+        }
+        ~KernelTest() override
+        {
+            hwy::SetSupportedTargetsForTest(0);
+            hwy::GetChosenTarget().Update(hwy::SupportedTargets());
+        }
+    };
+
+    inline std::vector<std::int64_t> TargetsOfThisMachine()
+    {
+        std::vector<std::int64_t> targets;
+        for (std::int64_t left = hwy::SupportedTargets(); left != 0; left &= left - 1)
+        {
+            targets.push_back(left & -left);
+        }
+        return targets;
+    }
+
+    inline std::string TargetName(const testing::TestParamInfo<std::int64_t>& info)
+    {
+        return hwy::TargetName(info.param);
+    }
+
+    /// Memory of exactly `size` bytes at `misalignment` bytes behind a boundary, the end of which the sanitizer watches.
+    class TightBuffer
+    {
+    public:
+        TightBuffer(std::size_t size, std::size_t misalignment)
+            : bytes(misalignment + size)
+            , offset(misalignment)
+        {
+        }
+        TightBuffer(const std::string& content, std::size_t misalignment)
+            : TightBuffer(content.size(), misalignment)
+        {
+            std::copy(content.begin(), content.end(), begin());
+        }
+
+        unsigned char* begin() { return bytes.data() + offset; }
+
+    private:
+        std::vector<unsigned char> bytes;
+        std::size_t offset;
+    };
+
+    /// What `encode(input, count, output)` writes for a line that ends with its buffer, into exactly `room` bytes.
+    template <class Encode>
+    std::string
+    Encoded(Encode encode, const std::string& line, std::size_t count, std::size_t room, std::size_t misalignment)
+    {
+        TightBuffer input(line, misalignment);
+        // Room that the kernel may not touch, and that no sanitizer guards: it writes some of its vectors masked.
+        constexpr unsigned char untouched = 0xA5;
+        constexpr std::size_t guard = 128;
+        TightBuffer output(room + guard, misalignment * 7 % 64);
+        std::memset(output.begin() + room, untouched, guard);
+        const unsigned char* const end = encode(input.begin(), count, output.begin());
+        for (std::size_t i = 0; i < guard; ++i)
+        {
+            EXPECT_EQ(output.begin()[room + i], untouched) << "byte " << i << " behind the room";
+        }
+        TightBuffer exact(room, misalignment * 7 % 64);
+        encode(input.begin(), count, exact.begin());
+        return std::string(output.begin(), output.begin() + (end - output.begin()));
+    }
+}

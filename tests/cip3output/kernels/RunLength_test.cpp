@@ -1,0 +1,66 @@
+#include "../PlainLoops.h"
+#include "KernelTargets.h"
+#include "Lines.h"
+#include "cip3output/kernels/RunLength.h"
+
+namespace PpfTest
+{
+    using RasterOutput::Kernels::EncodeRunLength;
+
+    class RunLengthKernel : public KernelTest
+    {
+    };
+
+    TEST_P(RunLengthKernel, EqualsThePlainLoopForAllShortLines)
+    {
+        std::mt19937 random(1);
+        for (std::size_t size = 0; size <= 4 * 64 + 10; ++size)
+        {
+            for (int kind = 0; kind < LineKinds; ++kind)
+            {
+                const std::string line = AnyLine(kind, size, random);
+                ASSERT_EQ(
+                    Encoded(EncodeRunLength, line, size, 2 * size, (size + static_cast<std::size_t>(kind)) % 64),
+                    PlainLoops::RunLength(line))
+                    << "length " << size << " kind " << kind;
+            }
+        }
+    }
+
+    /// Longer than the stretches, windows and tokens that the kernels work in.
+    TEST_P(RunLengthKernel, EqualsThePlainLoopForLongLines)
+    {
+        std::mt19937 random(2);
+        for (int round = 0; round < 300; ++round)
+        {
+            const std::size_t size = 1500 + random() % 7000;
+            const std::string line = AnyLine(round % LineKinds, size, random);
+            ASSERT_EQ(Encoded(EncodeRunLength, line, size, 2 * size, random() % 64), PlainLoops::RunLength(line))
+                << "length " << size << " kind " << round % LineKinds;
+        }
+    }
+
+    /// A pair, or a literal byte, at every place of a line that is otherwise one token.
+    TEST_P(RunLengthKernel, EqualsThePlainLoopForAnEdgeAtEveryPlace)
+    {
+        constexpr std::size_t size = 2048 + 300;
+        std::string literal;
+        for (std::size_t i = 0; i < size; ++i)
+        {
+            literal.push_back(static_cast<char>(i % 251));
+        }
+        for (std::size_t place = 0; place + 1 < size; ++place)
+        {
+            std::string line = literal;
+            line[place] = line[place + 1];
+            ASSERT_EQ(Encoded(EncodeRunLength, line, size, 2 * size, 0), PlainLoops::RunLength(line))
+                << "pair at " << place;
+            line.assign(size, 'x');
+            line[place] = 'y';
+            ASSERT_EQ(Encoded(EncodeRunLength, line, size, 2 * size, 0), PlainLoops::RunLength(line))
+                << "byte at " << place;
+        }
+    }
+
+    INSTANTIATE_TEST_SUITE_P(, RunLengthKernel, testing::ValuesIn(TargetsOfThisMachine()), TargetName);
+}
