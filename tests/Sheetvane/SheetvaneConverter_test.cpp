@@ -228,7 +228,7 @@ class CaughtAs : public testing::Test
 };
 using Bases = testing::Types<
     KX_ECIP3Exception, KX_EException, KX_TObject, KX_IInterface, KX_IThrowable, KX_IPackable, KX_IPrintable>;
-TYPED_TEST_SUITE(CaughtAs, Bases);
+TYPED_TEST_SUITE(CaughtAs, Bases, );
 
 TYPED_TEST(CaughtAs, FailureIsCaughtAsEachOfItsClasses)
 {

@@ -27,7 +27,7 @@ namespace
     {
     };
     using SequenceClasses = testing::Types<KX_TArray, KX_TList>;
-    TYPED_TEST_SUITE(Sequences, SequenceClasses);
+    TYPED_TEST_SUITE(Sequences, SequenceClasses, );
 }
 
 TYPED_TEST(Sequences, ElementsStandInTheOrderOfAppend)

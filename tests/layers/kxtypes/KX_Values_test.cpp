@@ -32,7 +32,7 @@ namespace
     };
     using ValueClasses = testing::Types<
         KX_TString, KX_TURL, KX_TDouble, KX_TFloat, KX_TInt32, KX_TUInt32, KX_TBool, KX_TArray, KX_TList, KX_TDict>;
-    TYPED_TEST_SUITE(ValueClass, ValueClasses);
+    TYPED_TEST_SUITE(ValueClass, ValueClasses, );
 
     template <class Number>
     Number NumberAt(const void* address)
