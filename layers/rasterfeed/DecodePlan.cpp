@@ -14,7 +14,7 @@ namespace
     // Of the 256 MiB that a file may take beyond its rows; the rest is for libtiff's own state and transient copies.
     constexpr std::uint64_t mostMemory = 216 * mebibyte;
 
-    // A strip that decodes to no more than this is decoded as a whole, which is faster than line by line.
+    // A strip that decodes to no more than this is decoded as a whole, if that is of use.
     constexpr std::uint64_t comfortableStrip = 1 * mebibyte;
 
     // libtiff keeps a place and a length, 8 bytes each, of every strip or tile.
@@ -48,6 +48,13 @@ namespace
         default:
             return mebibyte;
         }
+    }
+
+    /// Whether decoding a strip as a whole is better than line by line: Deflate is several times faster then, and PackBits
+    /// survives writers that let a run go on into the next row. Of the rest LZW and Group 4 are as fast by lines.
+    bool GainsFromWholeStrips(std::uint16_t compression)
+    {
+        return compression != COMPRESSION_LZW && compression != COMPRESSION_CCITTFAX4;
     }
 
     /// Checks every strip or tile against the file, and gives the bytes of the largest.
@@ -116,7 +123,7 @@ DecodePlan PlanDecoding(const TiffFile& file, const SeparationForm& form)
     }
     else if (stored)
         plan.way = DecodeWay::Stored;
-    else if (form.ChunkBytes() <= comfortableStrip || form.bottomUp)
+    else if (form.bottomUp || (form.ChunkBytes() <= comfortableStrip && GainsFromWholeStrips(form.compression)))
     {
         plan.way = DecodeWay::Strips;
         block = form.ChunkBytes();

@@ -17,7 +17,7 @@ void SeparationReader::ReadHeader()
     rows = MakeRowSource(*file, form, PlanDecoding(*file, form));
     expansion.emplace(form.bits, form.inverted, form.mirrored, form.width);
     if (!expansion->WorksInPlace())
-        packedRow.resize(static_cast<std::size_t>(form.RowBytes()));
+        packedRow.reset(new unsigned char[static_cast<std::size_t>(form.RowBytes())]);
     units = ExpressWidth(form.width, form.resolution);
 }
 
@@ -28,7 +28,7 @@ void SeparationReader::ReadLine(unsigned char* line)
     const std::uint32_t row = form.bottomUp ? form.height - 1 - nextLine : nextLine;
     try
     {
-        expansion->Expand(rows->Row(row, packedRow.empty() ? line : packedRow.data()), line);
+        expansion->Expand(rows->Row(row, packedRow ? packedRow.get() : line), line);
     }
     catch (const Refusal& refusal)
     {

@@ -2,7 +2,7 @@
 // the interface, which only turn its exceptions into results.
 #pragma once
 
-#include "RowSources.h"
+#include "RowSource.h"
 #include "SampleExpansion.h"
 #include "SeparationForm.h"
 #include "SourceFile.h"
@@ -13,7 +13,6 @@
 
 #include <memory>
 #include <optional>
-#include <vector>
 
 /// A reader on one file. ReadHeader ReadLine* Close?
 /// Throws Refusal for what is no separation, and what the callbacks throw; after either only Close is left.
@@ -43,6 +42,6 @@ private:
     WidthInUnits units = {1, 1};
     std::unique_ptr<RowSource> rows;
     std::optional<SampleExpansion> expansion;
-    std::vector<unsigned char> packedRow; ///< room for a row that cannot be decoded into its line
+    std::unique_ptr<unsigned char[]> packedRow; ///< room for a row that cannot be decoded into its line
     std::uint32_t nextLine = 0;
 };

@@ -1,5 +1,5 @@
-// The rows of an image as they are stored, one source for each way of storing them. They stand apart from the reader so
-// that it can ask for any row without knowing how it is found.
+// The rows of an image as they are stored, whichever way that is. The interface stands apart so that the reader can ask for
+// any row without knowing how it is found; one class for each DecodeWay does.
 #pragma once
 
 #include "DecodePlan.h"

@@ -1,0 +1,22 @@
+#include "RowSource.h"
+
+#include "ScanlineRows.h"
+#include "StoredRows.h"
+#include "StripRows.h"
+#include "TileRows.h"
+
+std::unique_ptr<RowSource> MakeRowSource(TiffFile& file, const SeparationForm& form, const DecodePlan& plan)
+{
+    switch (plan.way)
+    {
+    case DecodeWay::Stored:
+        return std::make_unique<StoredRows>(file, form);
+    case DecodeWay::Scanlines:
+        return std::make_unique<ScanlineRows>(file, form);
+    case DecodeWay::Strips:
+        return std::make_unique<StripRows>(file, form, plan.blockBytes);
+    case DecodeWay::Tiles:
+        break;
+    }
+    return std::make_unique<TileRows>(file, form, plan.blockBytes);
+}

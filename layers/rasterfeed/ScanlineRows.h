@@ -1,0 +1,18 @@
+// Compressed strips decoded line by line, each into the room that the caller has for it: what is too large to hold, or is
+// read as fast this way.
+#pragma once
+
+#include "RowSource.h"
+
+/// Rows in the order in which they are stored only.
+class ScanlineRows : public RowSource
+{
+public:
+    ScanlineRows(TiffFile& file, const SeparationForm& form);
+
+    const unsigned char* Row(std::uint32_t row, unsigned char* room) override;
+
+private:
+    TiffFile& file;
+    SeparationForm form;
+};

@@ -1,0 +1,25 @@
+// Compressed strips decoded as a whole and kept while their rows are asked for: faster than line by line where the codec
+// has a way of its own for it, and the only way to begin with a strip's last row.
+#pragma once
+
+#include "RowSource.h"
+
+#include <cstddef>
+#include <optional>
+
+class StripRows : public RowSource
+{
+public:
+    /// `blockBytes`: what the largest strip takes when decoded.
+    StripRows(TiffFile& file, const SeparationForm& form, std::size_t blockBytes);
+
+    const unsigned char* Row(std::uint32_t row, unsigned char* room) override;
+
+private:
+    void Decode(std::uint32_t strip);
+
+    TiffFile& file;
+    SeparationForm form;
+    std::unique_ptr<unsigned char[]> block;
+    std::optional<std::uint32_t> present; ///< the strip in the block
+};

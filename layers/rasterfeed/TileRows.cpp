@@ -1,0 +1,41 @@
+#include "TileRows.h"
+
+#include "ChunkDecoding.h"
+
+#include <algorithm>
+#include <cstring>
+
+TileRows::TileRows(TiffFile& tiff, const SeparationForm& imageForm, std::size_t blockBytes)
+    : file(tiff)
+    , form(imageForm)
+    , block(new unsigned char[blockBytes])
+{
+}
+
+const unsigned char* TileRows::Row(std::uint32_t row, unsigned char* room)
+{
+    const std::uint32_t down = row / form.chunkHeight;
+    if (present != down)
+    {
+        present.reset();
+        Decode(down);
+        present = down;
+    }
+    const auto tileRow = static_cast<std::size_t>(form.ChunkRowBytes());
+    const auto wholeRow = static_cast<std::size_t>(form.RowBytes());
+    const unsigned char* from = block.get() + row % form.chunkHeight * tileRow;
+    for (std::size_t done = 0; done < wholeRow; done += tileRow, from += form.ChunkBytes())
+        std::memcpy(room + done, from, std::min(tileRow, wholeRow - done));
+    return room;
+}
+
+void TileRows::Decode(std::uint32_t down)
+{
+    const std::uint32_t across = form.ChunksAcross();
+    for (std::uint32_t i = 0; i < across; ++i)
+    {
+        const std::uint32_t tile = down * across + i;
+        BeginChunk(file, form, tile);
+        DecodeTile(file, tile, block.get() + i * form.ChunkBytes(), form.ChunkBytes());
+    }
+}

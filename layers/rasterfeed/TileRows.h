@@ -1,0 +1,24 @@
+// Tiles: one row of them is kept decoded, one tile behind the other, while the rows that run through them are asked for.
+#pragma once
+
+#include "RowSource.h"
+
+#include <cstddef>
+#include <optional>
+
+class TileRows : public RowSource
+{
+public:
+    /// `blockBytes`: what a row of tiles takes when decoded.
+    TileRows(TiffFile& file, const SeparationForm& form, std::size_t blockBytes);
+
+    const unsigned char* Row(std::uint32_t row, unsigned char* room) override;
+
+private:
+    void Decode(std::uint32_t down);
+
+    TiffFile& file;
+    SeparationForm form;
+    std::unique_ptr<unsigned char[]> block;
+    std::optional<std::uint32_t> present; ///< the row of tiles in the block, counted from the first stored
+};
