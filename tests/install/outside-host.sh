@@ -18,11 +18,11 @@ fail() { say "FAILED: $*" >&2; exit 1; }
 cd "$prefix/include/sheetvane"
 headers=$(find . -name '*.h')
 [ "$(wc -l <<<"$headers")" -ge 4 ] || fail "only these headers are installed: $headers"
+compilers=$(for compiler in "$cxx" g++ clang++; do command -v "$compiler" || true; done | xargs -n 1 realpath | sort -u)
 for header in $headers; do
-    for compiler in "$cxx" g++ clang++; do
-        command -v "$compiler" >/dev/null || continue
+    for compiler in $compilers; do
         for standard in c++17 c++20; do
-            say "$compiler $standard ${header#./}"
+            say "$(basename "$compiler") $standard ${header#./}"
             echo "#include <${header#./}>" | "$compiler" -std=$standard -I. -Wall -Wextra -Wpedantic -Wshadow \
                 -Wconversion -Werror -fsyntax-only -x c++ -
         done
