@@ -17,6 +17,29 @@ namespace
             "; image data that is all there is needed");
     }
 
+    void ReadAll(SourceFile& source, std::uint64_t position, unsigned char* to, std::size_t count)
+    {
+        if (source.Read(position, to, count) != count)
+            RefuseData("the file was cut short while it was read");
+    }
+
+    /// Of the `bytes` at `offset` those up to the last that is not zero.
+    std::uint64_t BytesUpToZeros(SourceFile& source, std::uint64_t offset, std::uint64_t bytes)
+    {
+        unsigned char piece[256];
+        while (bytes > 0)
+        {
+            const auto count = static_cast<std::size_t>(std::min<std::uint64_t>(bytes, sizeof piece));
+            ReadAll(source, offset + bytes - count, piece, count);
+            for (std::size_t i = count; i > 0; --i, --bytes)
+            {
+                if (piece[i - 1] != 0)
+                    return bytes;
+            }
+        }
+        return 0;
+    }
+
     /// A warning counts as much as an error: codecs warn of what they fill in.
     template <class Operation>
     void Decode(TiffFile& file, tmsize_t success, Operation operation)
@@ -30,14 +53,16 @@ void BeginChunk(TiffFile& file, const SeparationForm& form, std::uint32_t chunk)
 {
     if (form.compression != COMPRESSION_CCITTFAX4)
         return;
+    const std::uint64_t offset = file.ChunkOffset(chunk);
     const std::uint64_t bytes = file.ChunkBytes(chunk);
-    unsigned char tail[groupFourTailBytes];
-    const auto count = static_cast<std::size_t>(std::min<std::uint64_t>(bytes, sizeof tail));
-    const std::uint64_t position = file.ChunkOffset(chunk) + bytes - count;
-    if (file.Source().Read(position, tail, count) != count)
-        RefuseData("");
+    const std::uint64_t data = BytesUpToZeros(file.Source(), offset, bytes);
+    const std::uint64_t from = data - std::min<std::uint64_t>(data, groupFourLastBytes);
+    const auto count =
+        static_cast<std::size_t>(std::min<std::uint64_t>(bytes - from, data - from + groupFourZerosBehind));
+    unsigned char tail[groupFourLastBytes + groupFourZerosBehind];
+    ReadAll(file.Source(), offset + from, tail, count);
     if (const auto spoiled = SpoilGroupFourEnd(tail, count, form.lowestBitFirst))
-        file.Overlay(position + spoiled->index, spoiled->value);
+        file.Overlay(offset + from + spoiled->index, spoiled->value);
 }
 
 void DecodeScanline(TiffFile& file, std::uint32_t row, unsigned char* to)

@@ -1,21 +1,24 @@
-// The mark behind the last line of CCITT Group 4 data. libtiff takes it for a blank line when it comes too early: an image
-// whose data lacks its last line would be read as if that were white. With the mark made invalid such a line is an
-// error, and data that is whole never gets that far.
+// The end of CCITT Group 4 data: the end mark, or zeros that fill up the last byte. libtiff takes either for blank lines when
+// it meets them early, so that an image whose data lacks its last lines, or whose file was filled up with zeros, would be
+// read as if those lines were white. With one bit of the end made invalid such a line is an error, and data that is whole
+// never gets that far.
 #pragma once
 
 #include <cstddef>
 #include <optional>
 
-/// A byte of the data, and what stands there once the mark is invalid.
+/// A byte of the data, and what stands there once the end is invalid.
 struct SpoiledByte
 {
     std::size_t index;
     unsigned char value;
 };
 
-/// Finds the end mark in the last `count` bytes of a strip or tile, with nothing but zero bits behind it. `lowestFirst`: bits
-/// are filled from the lowest up (FillOrder 2). Nothing if no mark is there: it may be left out.
-std::optional<SpoiledByte> SpoilGroupFourEnd(const unsigned char* tail, std::size_t count, bool lowestFirst);
+/// What has to be seen of a strip or tile: up to this many bytes that end with its last that is not zero, and up to so many
+/// zeros behind it.
+constexpr std::size_t groupFourLastBytes = 8;
+constexpr std::size_t groupFourZerosBehind = 2;
 
-/// Bytes at the end of a strip or tile that are enough to find a mark in, with what pads it to a boundary.
-constexpr std::size_t groupFourTailBytes = 32;
+/// Finds the byte to spoil in `tail`, the `count` bytes around the end of the data. `lowestFirst`: bits are filled from the
+/// lowest up (FillOrder 2). Nothing if libtiff notices the end by itself.
+std::optional<SpoiledByte> SpoilGroupFourEnd(const unsigned char* tail, std::size_t count, bool lowestFirst);
