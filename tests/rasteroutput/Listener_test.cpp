@@ -6,8 +6,7 @@
 
 #include <gmock/gmock.h>
 
-#include <functional>
-#include <memory>
+#include <optional>
 
 namespace RasterOutput
 {
@@ -22,30 +21,30 @@ namespace RasterOutput
     protected:
         ListenerTest()
         {
-            for (Broadcaster* const broadcaster : {&a, b.get(), &c})
+            for (Broadcaster* const broadcaster : {&a, &*b, &c})
             {
-                broadcaster->AddListener(listener.get());
+                broadcaster->AddListener(&*listener);
             }
         }
 
         Broadcaster a;
-        std::unique_ptr<Broadcaster> b = std::make_unique<Broadcaster>();
+        std::optional<Broadcaster> b{std::in_place};
         Broadcaster c;
-        std::unique_ptr<MockListener> listener = std::make_unique<MockListener>();
+        std::optional<MockListener> listener{std::in_place};
     };
 
     TEST_F(ListenerTest, DestroyedBroadcasterIsForgottenAndTheOthersStay)
     {
-        const Broadcaster* const address = b.get();
+        const Broadcaster* const address = &*b;
         b.reset();
         EXPECT_FALSE(listener->HasBroadcaster(address));
         EXPECT_TRUE(listener->HasBroadcaster(&a));
-        EXPECT_TRUE(a.HasListener(listener.get()));
+        EXPECT_TRUE(a.HasListener(&*listener));
     }
 
     TEST_F(ListenerTest, DestroyedListenerIsForgottenByAll)
     {
-        const Listener* const address = listener.get();
+        const Listener* const address = &*listener;
         listener.reset();
         EXPECT_FALSE(a.HasListener(address));
         EXPECT_FALSE(b->HasListener(address));
@@ -56,8 +55,8 @@ namespace RasterOutput
     {
         listener->StopListening();
         EXPECT_FALSE(listener->HasBroadcaster(&a));
-        EXPECT_FALSE(a.HasListener(listener.get()));
-        EXPECT_FALSE(c.HasListener(listener.get()));
+        EXPECT_FALSE(a.HasListener(&*listener));
+        EXPECT_FALSE(c.HasListener(&*listener));
     }
 
     TEST_F(ListenerTest, StopListeningGoesBackAsFarAsTheBroadcasterThatIsBusy)
@@ -71,10 +70,10 @@ namespace RasterOutput
                         FailsWith("Removing listeners mid-broadcast is not supported"));
                 });
         b->BroadcastMessage(1, 2);
-        EXPECT_FALSE(c.HasListener(listener.get()));
+        EXPECT_FALSE(c.HasListener(&*listener));
         EXPECT_FALSE(listener->HasBroadcaster(&c));
-        EXPECT_TRUE(b->HasListener(listener.get()));
-        EXPECT_TRUE(listener->HasBroadcaster(b.get()));
-        EXPECT_TRUE(a.HasListener(listener.get()));
+        EXPECT_TRUE(b->HasListener(&*listener));
+        EXPECT_TRUE(listener->HasBroadcaster(&*b));
+        EXPECT_TRUE(a.HasListener(&*listener));
     }
 }

@@ -13,7 +13,6 @@
 
 namespace RasterOutput
 {
-    using testing::_;
     using testing::InSequence;
     using testing::Throw;
 
