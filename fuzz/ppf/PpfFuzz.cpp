@@ -29,14 +29,15 @@ namespace
     {
         constexpr std::uint64_t longestSide = 64;
         constexpr double zoneWidth = 2.7;
-        for (const ppf::InkColumns& ink : ppf::MeasureInks(document, preview))
+        const std::uint64_t columns = preview.UprightWidth();
+        for (const ppf::InkColumns& ink : ppf::Measure(document, preview).inks)
         {
             Require(IsPerCent(ink.Coverage()));
-            for (const double zone : ink.Zones(7))
+            for (const double zone : ink.Zones(ppf::EdgesOfEqualZones(columns, 7)))
             {
                 Require(IsPerCent(zone));
             }
-            Require(IsPerCent(ink.ZonesOfWidth(zoneWidth).back()));
+            Require(IsPerCent(ink.Zones(ppf::EdgesOfZones(columns, zoneWidth)).back()));
         }
         for (const ppf::Picture& picture : ppf::ScaledPictures(document, preview, longestSide))
         {

@@ -19,6 +19,11 @@ namespace ppf
         /// in the same wide blank cost no more than they have bytes.
         constexpr std::size_t longestWhiteSpace = 4096;
 
+        bool IsLineEnd(std::string_view text)
+        {
+            return text == "\n" || text == "\r" || text == "\r\n";
+        }
+
         /// What closes the section that a preview image stands in, behind "CIP3End".
         bool IsEndOfImageSection(std::string_view rest)
         {
@@ -38,7 +43,7 @@ namespace ppf
         }
     }
 
-    std::string_view DataFinder::Find(std::uint64_t begin, const Preview& preview)
+    std::string_view DataFinder::Find(std::uint64_t begin, const Preview& preview) const
     {
         auto at = static_cast<std::size_t>(begin);
         if (at < m_bytes.size() && !IsWhiteSpace(m_bytes[at]))
@@ -49,23 +54,34 @@ namespace ppf
         {
             at = SkipWhiteSpace(at, m_bytes.size());
             const bool isHex = preview.encoding == Encoding::asciiHex;
-            const std::size_t end = TextEnd(at, isHex ? '>' : '~', isHex ? m_nextAngle : m_nextTilde);
+            const std::size_t end = TextEnd(at, isHex ? filter::asciiHexEnd : filter::ascii85End);
             return m_bytes.substr(at, end - at);
         }
-        // The one white space character behind the word belongs to it. Some writers put a whole line end there.
+        // The one white space character behind the word belongs to it. Some writers put a whole line end there. Data
+        // with one line end behind it is preferred to data with other white space, which may be pixels: 0 is both.
         const std::size_t first = std::min(at + 1, m_bytes.size());
         const std::size_t gapEnd = std::min(first + longestGap, m_bytes.size());
+        std::string_view found;
         for (std::size_t start = first;; ++start)
         {
             const std::size_t end = BinaryEnd(start, preview);
             if (end != notFound && SectionEndsAfter(end))
             {
-                return m_bytes.substr(start, end - start);
+                const std::string_view data = m_bytes.substr(start, end - start);
+                if (IsLineEnd(m_bytes.substr(end, SkipWhiteSpace(end, longestWhiteSpace) - end)))
+                {
+                    return data;
+                }
+                found = found.data() == nullptr ? data : found;
             }
             if (start == gapEnd || (m_bytes[start] != '\n' && m_bytes[start] != '\r' && m_bytes[start] != ' '))
             {
                 break;
             }
+        }
+        if (found.data() != nullptr)
+        {
+            return found;
         }
         if (preview.compression != Compression::none)
         {
@@ -157,22 +173,21 @@ namespace ppf
         return notFound;
     }
 
-    std::size_t DataFinder::TextEnd(std::size_t begin, char mark, std::size_t& known) const
+    std::size_t DataFinder::TextEnd(std::size_t begin, std::string_view mark) const
     {
+        // The section is closed first: a mark that is missing here would be found in the next section.
+        const std::size_t sectionEnd = EndBySection(begin);
+        const std::string_view section = m_bytes.substr(0, sectionEnd);
         // "<~" may open ASCII85 data; its "~" is not that of the end mark.
-        const bool opened = mark == '~' && m_bytes.substr(begin, 2) == filter::ascii85Begin;
-        const std::size_t from = begin + (opened ? 2 : 0);
-        if (known != notFound && known < from)
+        const bool isOpened = section.substr(begin, 2) == filter::ascii85Begin && mark == filter::ascii85End;
+        const std::size_t first = section.find(mark[0], begin + (isOpened ? filter::ascii85Begin.size() : 0));
+        if (first == notFound || mark.size() == 1)
         {
-            known = m_bytes.find(mark, from);
+            return first == notFound ? sectionEnd : first + 1;
         }
-        std::size_t end = known;
-        if (end != notFound && mark == '~')
-        {
-            end = SkipWhiteSpace(end + 1, longestWhiteSpace);
-            end = end < m_bytes.size() && m_bytes[end] == '>' ? end : notFound;
-        }
-        return end != notFound && SectionEndsAfter(end + 1) ? end + 1 : EndBySection(begin);
+        // White space may stand between the two characters of a mark.
+        const std::size_t last = SkipWhiteSpace(first + 1, longestWhiteSpace);
+        return last < sectionEnd && section[last] == mark[1] ? last + 1 : sectionEnd;
     }
 
     std::size_t DataFinder::EndBySection(std::size_t begin) const

@@ -9,8 +9,8 @@
 
 namespace ppf
 {
-    /// Finds the data of a file's preview images, in the order in which they stand. Every byte is looked at a bounded
-    /// number of times over all calls, whatever a damaged file claims.
+    /// Finds the data of a file's preview images. Over the calls for all of them every byte is looked at a bounded number
+    /// of times, whatever a damaged file claims.
     class DataFinder
     {
     public:
@@ -23,20 +23,17 @@ namespace ppf
         /// or uncompressed data does not lead to the end of its section, the section's end word limits it, and
         /// decoding it will fail or give another size than the preview has. Throws FormatError if the data cannot be
         /// told from what follows.
-        std::string_view Find(std::uint64_t begin, const Preview& preview);
+        std::string_view Find(std::uint64_t begin, const Preview& preview) const;
 
     private:
         std::size_t BinaryEnd(std::size_t begin, const Preview& preview) const;
         std::size_t RunLengthEnd(std::size_t begin, const Preview& preview) const;
         std::size_t DctEnd(std::size_t begin) const;
-        std::size_t TextEnd(std::size_t begin, char mark, std::size_t& known) const;
+        std::size_t TextEnd(std::size_t begin, std::string_view mark) const;
         std::size_t EndBySection(std::size_t begin) const;
         bool SectionEndsAfter(std::size_t end) const;
         std::size_t SkipWhiteSpace(std::size_t begin, std::size_t most) const;
 
         std::string_view m_bytes;
-        /// The first ">" and "~" from the last search on, so that a mark far away is not searched for again and again.
-        std::size_t m_nextAngle = 0;
-        std::size_t m_nextTilde = 0;
     };
 }

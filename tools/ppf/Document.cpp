@@ -1,6 +1,8 @@
 #include "ppf/Document.h"
 
 #include <algorithm>
+#include <array>
+#include <iterator>
 
 #include "ppf/Keywords.h"
 #include "ppf/Scanner.h"
@@ -32,6 +34,35 @@ namespace ppf
     std::string Sheet::SheetName() const
     {
         return DecodedName(Find(key::sheetName).value_or(""));
+    }
+
+    std::string_view Sheet::Extent() const
+    {
+        std::string_view text = Find(key::extent).value_or("");
+        if (text.size() >= 2 && text.front() == '[' && text.back() == ']')
+        {
+            text = text.substr(1, text.size() - 2);
+            while (!text.empty() && IsWhiteSpace(text.front()))
+            {
+                text.remove_prefix(1);
+            }
+            while (!text.empty() && IsWhiteSpace(text.back()))
+            {
+                text.remove_suffix(1);
+            }
+        }
+        return text;
+    }
+
+    std::vector<Entry> Sheet::Parameters() const
+    {
+        constexpr std::array<std::string_view, 6> others = {key::jobName,         key::sheetName, key::extent,
+                                                            key::separationNames, key::filmCurve, key::plateCurve};
+        std::vector<Entry> parameters;
+        std::copy_if(entries.begin(), entries.end(), std::back_inserter(parameters), [&](const Entry& entry) {
+            return std::find(others.begin(), others.end(), entry.key) == others.end();
+        });
+        return parameters;
     }
 
     std::string DecodedName(std::string_view value)

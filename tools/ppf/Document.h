@@ -129,6 +129,10 @@ namespace ppf
         /// The decoded name, or an empty string if the section has none.
         std::string JobName() const;
         std::string SheetName() const;
+        /// The text of the extent, without the brackets around it; an empty one if the section has none.
+        std::string_view Extent() const;
+        /// The entries that are neither a name, the extent, the list of separations nor a transfer curve.
+        std::vector<Entry> Parameters() const;
     };
 
     struct Document

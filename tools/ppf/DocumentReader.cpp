@@ -236,7 +236,9 @@ namespace ppf
             for (Token token = m_scanner.Next();; token = m_scanner.Next())
             {
                 const bool inProcedure = closing.find('}') != std::string::npos;
-                if (token.kind == TokenKind::end || (IsSectionWord(token) && !inProcedure))
+                const bool isNextKey =
+                    token.kind == TokenKind::literalName && StartsWith(token.text, key::start) && begin != nullptr;
+                if (token.kind == TokenKind::end || ((IsSectionWord(token) || isNextKey) && !inProcedure))
                 {
                     throw FormatError(
                         OffsetOf(literal),

@@ -106,27 +106,12 @@ namespace ppf
         return MeanBetween(0, static_cast<double>(sums.size()));
     }
 
-    std::vector<double> InkColumns::Zones(std::uint64_t count) const
+    std::vector<double> InkColumns::Zones(const std::vector<double>& edges) const
     {
-        const auto columns = static_cast<double>(sums.size());
-        const auto edge = [&](std::uint64_t i)
-        { return static_cast<double>(i) * columns / static_cast<double>(count); };
         std::vector<double> zones;
-        for (std::uint64_t i = 0; i < count; ++i)
+        for (std::size_t i = 0; i + 1 < edges.size(); ++i)
         {
-            zones.push_back(MeanBetween(edge(i), edge(i + 1)));
-        }
-        return zones;
-    }
-
-    std::vector<double> InkColumns::ZonesOfWidth(double width) const
-    {
-        const auto columns = static_cast<double>(sums.size());
-        const double count = CountOfZones(sums.size(), width);
-        std::vector<double> zones;
-        for (double i = 0; i < count; ++i)
-        {
-            zones.push_back(MeanBetween(i * width, std::min((i + 1) * width, columns)));
+            zones.push_back(MeanBetween(edges[i], edges[i + 1]));
         }
         return zones;
     }
@@ -144,13 +129,34 @@ namespace ppf
         return ink / (fullInk * static_cast<double>(rows) * (right - left)) * perCent;
     }
 
+    std::vector<double> EdgesOfEqualZones(std::uint64_t columns, std::uint64_t count)
+    {
+        std::vector<double> edges;
+        for (std::uint64_t i = 0; i <= count; ++i)
+        {
+            edges.push_back(static_cast<double>(i) * static_cast<double>(columns) / static_cast<double>(count));
+        }
+        return edges;
+    }
+
     double CountOfZones(std::uint64_t columns, double width)
     {
         constexpr double rounding = 1e-6;
         return std::max(1.0, std::ceil(static_cast<double>(columns) / width - rounding));
     }
 
-    std::vector<InkColumns> MeasureInks(const Document& document, const Preview& preview)
+    std::vector<double> EdgesOfZones(std::uint64_t columns, double width)
+    {
+        std::vector<double> edges;
+        for (double i = 0; i < CountOfZones(columns, width); ++i)
+        {
+            edges.push_back(i * width);
+        }
+        edges.push_back(static_cast<double>(columns));
+        return edges;
+    }
+
+    Measurement Measure(const Document& document, const Preview& preview)
     {
         const Orientation orientation = preview.Lie();
         const std::uint64_t columns = preview.UprightWidth();
@@ -163,7 +169,9 @@ namespace ppf
         empty.sums.resize(static_cast<std::size_t>(columns));
         empty.rows = preview.UprightHeight();
         ScanLineReader rows(document, preview);
-        std::vector<InkColumns> inks(preview.components, empty);
+        Measurement measurement;
+        std::vector<InkColumns>& inks = measurement.inks;
+        inks.assign(preview.components, empty);
         orientation.transposed ? SumRows(rows, static_cast<std::size_t>(preview.RowSamples()), inks)
                                : SumColumns(rows, inks);
         if (orientation.transposed ? orientation.rowsReversed : orientation.columnsReversed)
@@ -173,6 +181,7 @@ namespace ppf
                 std::reverse(ink.sums.begin(), ink.sums.end());
             }
         }
-        return inks;
+        measurement.excess = rows.CountExcess();
+        return measurement;
     }
 }

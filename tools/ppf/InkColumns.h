@@ -19,22 +19,34 @@ namespace ppf
         /// Mean coverage of the whole picture, in per cent of full ink.
         double Coverage() const;
 
-        /// Mean coverage of each of so many zones of one width, in per cent. A column that a zone's edge cuts counts
-        /// in both zones by its parts.
-        std::vector<double> Zones(std::uint64_t count) const;
-
-        /// The same for zones that are so many columns wide, counted from the left edge; the last may be narrower.
-        /// `width` is above 0.
-        std::vector<double> ZonesOfWidth(double width) const;
+        /// Mean coverage of each zone between two neighbouring edges, in per cent. Edges are in columns from the left,
+        /// ascending and within the picture. A column that an edge cuts counts in both zones by its parts.
+        std::vector<double> Zones(const std::vector<double>& edges) const;
 
     private:
         double MeanBetween(double left, double right) const;
     };
 
-    /// Zones of this width that a number of columns takes. An overhang below a millionth of a zone is rounding.
+    /// Edges of so many zones of one width over a number of columns: one more than zones.
+    std::vector<double> EdgesOfEqualZones(std::uint64_t columns, std::uint64_t count);
+
+    /// Zones of this width, in columns, that a number of columns takes. An overhang below a millionth of a zone is
+    /// rounding.
     double CountOfZones(std::uint64_t columns, double width);
+
+    /// Their edges, from the left; the last zone may be narrower.
+    std::vector<double> EdgesOfZones(std::uint64_t columns, double width);
+
+    /// What decoding a preview in full tells about it.
+    struct Measurement
+    {
+        /// For each component.
+        std::vector<InkColumns> inks;
+        /// Bytes that the data holds behind the last row.
+        std::uint64_t excess = 0;
+    };
 
     /// Decodes a preview and sums the ink of each of its components. Throws FormatError if the data is damaged, too
     /// short, or of an image wider than any sheet.
-    std::vector<InkColumns> MeasureInks(const Document& document, const Preview& preview);
+    Measurement Measure(const Document& document, const Preview& preview);
 }

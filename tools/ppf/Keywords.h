@@ -30,6 +30,9 @@ namespace ppf
 
     namespace key
     {
+        /// How all keys of the format begin.
+        inline constexpr std::string_view start = "/CIP3";
+
         inline constexpr std::string_view jobName = "CIP3AdmJobName";
         inline constexpr std::string_view sheetName = "CIP3AdmSheetName";
         inline constexpr std::string_view extent = "CIP3AdmPSExtent";

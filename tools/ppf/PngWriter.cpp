@@ -21,6 +21,19 @@ namespace ppf
             const double rounded = std::round(perInch / metresPerInch);
             return static_cast<png_uint_32>(std::min(std::max(rounded, 1.0), double{PNG_UINT_31_MAX}));
         }
+
+        int ColourType(PngWriter::Colours colours)
+        {
+            switch (colours)
+            {
+            case PngWriter::Colours::grey:
+                return PNG_COLOR_TYPE_GRAY;
+            case PngWriter::Colours::rgb:
+                return PNG_COLOR_TYPE_RGB;
+            default:
+                return PNG_COLOR_TYPE_PALETTE;
+            }
+        }
     }
 
     /// Between setjmp and longjmp no object with a destructor is alive but this one.
@@ -91,7 +104,7 @@ namespace ppf
 
     PngWriter::PngWriter(
         std::ostream& stream, std::uint64_t width, std::uint64_t height, Colours colours,
-        const std::optional<Resolution>& resolution)
+        const std::optional<Resolution>& resolution, const Palette& palette)
         : m_state(std::make_unique<State>(stream))
     {
         m_state->Run(
@@ -100,8 +113,16 @@ namespace ppf
                 png_set_user_limits(png, PNG_UINT_31_MAX, PNG_UINT_31_MAX);
                 png_set_IHDR(
                     png, info, static_cast<png_uint_32>(width), static_cast<png_uint_32>(height), 8,
-                    colours == Colours::grey ? PNG_COLOR_TYPE_GRAY : PNG_COLOR_TYPE_RGB, PNG_INTERLACE_NONE,
-                    PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
+                    ColourType(colours), PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
+                if (colours == Colours::palette)
+                {
+                    std::array<png_color, std::tuple_size<Palette>::value> entries;
+                    for (std::size_t i = 0; i < entries.size(); ++i)
+                    {
+                        entries[i] = {palette[i][0], palette[i][1], palette[i][2]};
+                    }
+                    png_set_PLTE(png, info, entries.data(), static_cast<int>(entries.size()));
+                }
                 if (resolution)
                 {
                     png_set_pHYs(png, info, PerMetre(resolution->x), PerMetre(resolution->y), PNG_RESOLUTION_METER);

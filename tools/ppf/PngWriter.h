@@ -1,6 +1,7 @@
 // Pictures as PNG, through libpng. Apart from what draws them because libpng's way of failing stays in here.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -17,19 +18,24 @@ namespace ppf
         enum class Colours
         {
             grey,
-            rgb
+            rgb,
+            /// A sample per pixel, which stands for a colour of the palette.
+            palette
         };
 
+        /// Red, green and blue of each sample.
+        using Palette = std::array<std::array<unsigned char, 3>, 256>;
+
         /// Writes to a stream, which has to outlive this object. The resolution, if any, becomes the picture's
-        /// physical size. Every operation throws std::runtime_error if the stream or libpng fails.
+        /// physical size; the palette counts only for a picture that has one. Every operation throws std::runtime_error if the stream or libpng fails.
         PngWriter(
             std::ostream& stream, std::uint64_t width, std::uint64_t height, Colours colours,
-            const std::optional<Resolution>& resolution);
+            const std::optional<Resolution>& resolution, const Palette& palette = {});
         ~PngWriter();
         PngWriter(const PngWriter&) = delete;
         PngWriter& operator=(const PngWriter&) = delete;
 
-        /// One sample per pixel, or three.
+        /// One sample per pixel, or three for rgb.
         void WriteRow(const unsigned char* samples);
 
         void Finish();

@@ -37,9 +37,9 @@ namespace ppfinfo
     {
         return R"(
 :root { color-scheme: light dark; --page: #f3f4f6; --panel: #fff; --text: #16181d; --soft: #5b6270;
-  --line: #d9dce2; --paper: #fff; --alert: #b42318; --alert-panel: #fef3f2; }
+  --line: #d9dce2; --paper: #fff; --track: #e6e8ec; --alert: #b42318; --alert-panel: #fef3f2; }
 @media (prefers-color-scheme: dark) {
-  :root { --page: #14161a; --panel: #1d2026; --text: #e8eaee; --soft: #9aa2b1; --line: #343944; --paper: #e9e9e6;
+  :root { --page: #14161a; --panel: #1d2026; --text: #e8eaee; --soft: #9aa2b1; --line: #343944; --paper: #e9e9e6; --track: #c9cdd5;
     --alert: #ff9c92; --alert-panel: #2c1a18; }
   figure img { filter: brightness(.92); }
 }
@@ -73,9 +73,9 @@ figcaption { display: flex; flex-wrap: wrap; align-items: baseline; gap: .15rem 
 figcaption b { overflow-wrap: anywhere; }
 figcaption .per { margin-left: auto; font-weight: 600; font-variant-numeric: tabular-nums; }
 .swatch { display: inline-block; width: .85em; height: .85em; border-radius: 50%; border: 1px solid #0004;
-  outline: 1px solid #fff3; flex: none; align-self: center; print-color-adjust: exact;
+  outline: 1px solid color-mix(in srgb, currentColor 35%, transparent); flex: none; align-self: center; print-color-adjust: exact;
   -webkit-print-color-adjust: exact; }
-.chart { display: block; background: var(--paper); border: 1px solid var(--line); border-top: 0;
+.chart { display: block; overflow: visible; background: var(--paper); border: 1px solid var(--line); border-top: 0;
   border-radius: 0 0 .25rem .25rem; print-color-adjust: exact; -webkit-print-color-adjust: exact; }
 .chart .bar { stroke: #0006; stroke-width: .5; }
 .chart .aim { fill: transparent; }
@@ -89,12 +89,12 @@ figcaption .per { margin-left: auto; font-weight: 600; font-variant-numeric: tab
 table { border-collapse: collapse; font-variant-numeric: tabular-nums; font-size: .9rem; }
 th, td { padding: .18rem .55rem; text-align: right; border-bottom: 1px solid var(--line); white-space: nowrap; }
 thead th { vertical-align: bottom; }
-th.name { text-align: left; white-space: normal; overflow-wrap: anywhere; font-weight: 500; }
+th.name { text-align: left; white-space: normal; overflow-wrap: break-word; font-weight: 500; }
 .inks { width: 100%; }
 .inks .meter { width: 34%; }
-.inks meter { width: 100%; }
 .inks svg { display: block; width: 100%; height: .7rem; }
-.inks .track { fill: var(--line); }
+.inks rect { stroke: #8888; }
+.inks .track { fill: var(--track); }
 @media (max-width: 60rem) { .overview { grid-template-columns: minmax(0, 1fr); } }
 @media (max-width: 38rem) { .chart .minor { display: none; } body { font-size: 15px; }
   dl { grid-template-columns: minmax(0, 1fr); } dd { margin-bottom: .4rem; } }
@@ -104,8 +104,10 @@ th.name { text-align: left; white-space: normal; overflow-wrap: anywhere; font-w
   body { max-width: none; padding: 0; font-size: 10pt; }
   .sheet { border: 0; padding: 0; break-before: page; }
   .sheet:first-of-type { break-before: auto; }
-  .overview { grid-template-columns: minmax(0, 1fr) 16rem; }
+  .overview { grid-template-columns: minmax(0, 1fr); }
   .separations { grid-template-columns: 1fr 1fr; }
+  .separations .minor { display: none; }
+  .inks { break-inside: avoid; }
   nav { display: none; }
   thead { display: table-header-group; }
   tr { break-inside: avoid; }

@@ -185,7 +185,11 @@ namespace ppfinfo
             else
             {
                 WriteOverview(inks, top);
-                WriteSeparations(inks, top);
+                // With one ink there is nothing that the overview does not show.
+                if (inks.size() > 1 || !inks.front().notes.empty())
+                {
+                    WriteSeparations(inks, top);
+                }
                 WriteZoneTable(inks);
             }
             m_out << "</section>\n";
@@ -290,10 +294,12 @@ namespace ppfinfo
         {
             m_out << "<div class=\"separations\">\n";
             std::vector<ppf::Picture> pictures;
+            const std::string firstSize = SizeText(*inks.front().preview);
             for (const SideInk& ink : inks)
             {
+                const std::string size = SizeText(*ink.preview);
                 m_out << "<figure><figcaption>" << Swatch(ink.colour) << "<b>" << Escaped(ink.zones.name)
-                      << "</b><span class=\"soft\">" << SizeText(*ink.preview) << "</span><span class=\"per\">"
+                      << "</b><span class=\"soft\">" << (size == firstSize ? "" : size) << "</span><span class=\"per\">"
                       << (ink.coverage ? Fixed(*ink.coverage, 2) + " %" : "damaged") << "</span></figcaption>\n";
                 if (ink.coverage)
                 {

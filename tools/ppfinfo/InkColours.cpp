@@ -22,14 +22,21 @@ namespace ppfinfo
             return text;
         }
 
-        /// The usual values of the process inks on coated paper, as screens show them.
-        std::optional<Colour> ProcessColour(std::string name)
+        struct ProcessInk
         {
-            constexpr Colour cyan = {0, 174, 239};
-            constexpr Colour magenta = {236, 0, 140};
-            constexpr Colour yellow = {255, 242, 0};
-            constexpr Colour black = {35, 31, 32};
-            constexpr std::array<std::pair<std::string_view, Colour>, 9> inks = {{
+            Colour colour;
+            /// Degrees on the circle of hues, which spot inks keep away from; below 0 for black.
+            double hue;
+        };
+
+        /// The usual values of the process inks on coated paper, as screens show them.
+        std::optional<ProcessInk> ProcessInkOf(std::string name)
+        {
+            constexpr ProcessInk cyan = {{0, 174, 239}, 196};
+            constexpr ProcessInk magenta = {{236, 0, 140}, 324};
+            constexpr ProcessInk yellow = {{255, 242, 0}, 57};
+            constexpr ProcessInk black = {{35, 31, 32}, -1};
+            constexpr std::array<std::pair<std::string_view, ProcessInk>, 9> inks = {{
                 {"cyan", cyan},
                 {"c", cyan},
                 {"magenta", magenta},
@@ -45,11 +52,11 @@ namespace ppfinfo
             {
                 name.erase(0, prefix.size());
             }
-            for (const auto& [ink, colour] : inks)
+            for (const auto& [ink, values] : inks)
             {
                 if (name == ink)
                 {
-                    return colour;
+                    return values;
                 }
             }
             return std::nullopt;
@@ -115,26 +122,34 @@ namespace ppfinfo
 
     std::vector<Colour> InkColours(const std::vector<std::string>& names)
     {
-        constexpr double closest = 24;
+        constexpr double closest = 20;
         // The golden angle never comes back to a hue that it left.
         constexpr double step = 137.5;
         constexpr int mostSteps = 12;
-        std::vector<Colour> colours;
+        std::vector<std::optional<ProcessInk>> process;
         std::vector<double> hues;
         for (const std::string& name : names)
         {
-            const std::string lower = LowerCase(name);
-            if (const std::optional<Colour> process = ProcessColour(lower))
+            process.push_back(ProcessInkOf(LowerCase(name)));
+            if (process.back() && process.back()->hue >= 0)
             {
-                colours.push_back(*process);
+                hues.push_back(process.back()->hue);
+            }
+        }
+        std::vector<Colour> colours;
+        for (std::size_t i = 0; i < names.size(); ++i)
+        {
+            if (process[i])
+            {
+                colours.push_back(process[i]->colour);
                 continue;
             }
-            double hue = HueOf(lower);
+            double hue = HueOf(LowerCase(names[i]));
             const auto isTaken = [&] {
                 return std::any_of(
                     hues.begin(), hues.end(), [&](double other) { return Distance(hue, other) < closest; });
             };
-            for (int i = 0; i < mostSteps && isTaken(); ++i)
+            for (int steps = 0; steps < mostSteps && isTaken(); ++steps)
             {
                 hue = std::fmod(hue + step, fullCircle);
             }

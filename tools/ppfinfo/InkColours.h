@@ -16,7 +16,7 @@ namespace ppfinfo
 
     /// The colours of a side's inks, in their order. Process inks are known by their names; a spot ink gets the hue
     /// that its name speaks of ("Orange 021") or one that follows from its letters, so that it looks the same in every
-    /// report, moved on where another spot ink of the side is too close to it.
+    /// report of these inks, moved on where another ink of the side is too close to it.
     std::vector<Colour> InkColours(const std::vector<std::string>& names);
 
     /// "#00aeef".

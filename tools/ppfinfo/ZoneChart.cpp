@@ -63,7 +63,9 @@ namespace ppfinfo
             for (std::size_t zone = 0; zone < count; ++zone)
             {
                 const std::size_t number = zone + 1;
-                if (number % step != 0)
+                // The last zone may be too narrow for a number of its own.
+                const bool isNarrow = (zones.edges[zone + 1] - zones.edges[zone]) * 2 < zones.edges[1] - zones.edges[0];
+                if (number % step != 0 || isNarrow)
                 {
                     continue;
                 }

@@ -1,8 +1,11 @@
 #include "ppf/DocumentReader.h"
 
+#include <functional>
+
 #include <gmock/gmock.h>
 
 #include "Files.h"
+#include "ppf/Check.h"
 
 namespace ppf::test
 {
@@ -10,6 +13,26 @@ namespace ppf::test
     {
         using testing::ElementsAre;
         using testing::HasSubstr;
+        using testing::IsEmpty;
+        using testing::StartsWith;
+
+        const std::string blackHex = Separation(2, 1, "None", "ASCIIHexDecode", "00ff>");
+
+        std::string Replaced(std::string text, const std::string& from, const std::string& to)
+        {
+            const std::size_t at = text.find(from);
+            EXPECT_NE(at, std::string::npos) << from;
+            return text.replace(at, from.size(), to);
+        }
+
+        std::string ReplacedAll(std::string text, const std::string& from, const std::string& to)
+        {
+            for (std::size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
+            {
+                text.replace(at, from.size(), to);
+            }
+            return text;
+        }
 
         TEST(DocumentReader, FileOfTwoSheetsIsReadInFull)
         {
@@ -31,7 +54,8 @@ namespace ppf::test
             EXPECT_EQ(sheet.length, 712u);
             EXPECT_EQ(sheet.JobName(), "J");
             EXPECT_EQ(sheet.SheetName(), "S1");
-            EXPECT_EQ(sheet.Find("CIP3AdmPSExtent"), "[ 2 inch 1 inch ]");
+            EXPECT_EQ(sheet.Extent(), "2 inch 1 inch");
+            EXPECT_THAT(sheet.Parameters(), IsEmpty());
             EXPECT_EQ(document.sheets[1].offset, 1313u);
             EXPECT_EQ(document.sheets[1].surfaces[0].side, Side::back);
 
@@ -42,6 +66,209 @@ namespace ppf::test
             EXPECT_THAT(preview.inks, ElementsAre("Black"));
             EXPECT_EQ(preview.data, "fdff\nff0001ff7f80>");
             EXPECT_EQ(Rows(document, preview), "ffffffff/0000ff7f");
+        }
+
+        TEST(DocumentReader, LineEndsOfEveryKindReadAlike)
+        {
+            for (const std::string lineEnd : {"\r", "\r\n", "\n\n", " \t\r\n"})
+            {
+                const std::string bytes = ReplacedAll(FrontOf("(Black)", blackHex), "\n", lineEnd);
+                const Document document = ReadDocument(bytes);
+                ASSERT_EQ(Text(document.damage), "") << testing::PrintToString(lineEnd);
+                const Surface& surface = document.sheets.at(0).surfaces.at(0);
+                EXPECT_EQ(Rows(document, surface.previews.at(0)), "00ff") << testing::PrintToString(lineEnd);
+                EXPECT_THAT(Check(document, CheckDepth::everything), IsEmpty());
+            }
+        }
+
+        /// A file as another maker might write it: entries in any order and in outer sections, names behind the
+        /// pictures, procedures, dictionaries and sections of its own, a directory without padding.
+        TEST(DocumentReader, FileOfAnotherMakerIsRead)
+        {
+            const std::string bytes =
+                "%!PS-Adobe-3.0\r%%Creator: (someone\r%%CIP3-File Version 2.1\r"
+                "/inch { 72 mul } bind def /CIP3BeginSheet { % not a section\r CIP3BeginSheet } def\r"
+                "CIP3BeginPPFDirectory 233 1 (A) CIP3PPFDirEntry 16#FF 2 <42> CIP3PPFDirEntry CIP3EndPPFDirectory\r"
+                "CIP3BeginSheet /CIP3AdmPSExtent[72 inch 1.0e2]def/CIP3AdmTool << /a (>>) /b [1 {def}] >> def\r"
+                "/CIP3AdmJobName <4a6f62> def /CIP3PreviewImageBitsPerComp 8 def\r"
+                "CIP3BeginCutData /CIP3AdmJobName (other) def CIP3BeginBlock 1 2 CIP3BlockTrf CIP3EndBlock "
+                "(CIP3EndCutData) pop CIP3EndCutData\r"
+                "CIP3BeginBack CIP3BeginPreviewImage /CIP3PreviewImageHeight 2#1 def\r"
+                "/CIP3PreviewImageComponents 1 def /CIP3PreviewImageEncoding /ASCII85Decode def\r"
+                "/CIP3PreviewImageWidth 9 def /CIP3PreviewImageResolution { 72. 36 } def\r"
+                "CIP3BeginSeparation /CIP3PreviewImageWidth 4 def /CIP3PreviewImageCompression/None def\r"
+                "CIP3PreviewImage <~!<N?+~>CIP3EndSeparation\r"
+                "CIP3EndPreviewImage /CIP3AdmSeparationNames [ (K\\(1\\)) ] def CIP3EndBack CIP3EndSheet "
+                "%%CIP3EndOfFile";
+            const Document document = ReadDocument(bytes);
+            ASSERT_EQ(Text(document.damage), "");
+            EXPECT_EQ(document.version, "2.1");
+            ASSERT_EQ(document.directory.size(), 2u);
+            EXPECT_EQ(document.directory[1].offset, 255u);
+            EXPECT_EQ(document.directory[1].sheetName, "B");
+            ASSERT_EQ(document.sheets.size(), 1u);
+            const Sheet& sheet = document.sheets[0];
+            EXPECT_EQ(sheet.JobName(), "Job");
+            EXPECT_EQ(sheet.Extent(), "72 inch 1.0e2");
+            ASSERT_EQ(sheet.Parameters().size(), 1u);
+            EXPECT_EQ(sheet.Parameters()[0].value, "<< /a (>>) /b [1 {def}] >>");
+            const Preview& preview = sheet.surfaces.at(0).previews.at(0);
+            EXPECT_THAT(preview.inks, ElementsAre("K(1)"));
+            EXPECT_EQ(preview.width, 4u);
+            EXPECT_EQ(preview.resolution->y, 36);
+        }
+
+        TEST(DocumentReader, NamesComeFromSurfaceOrSheetAndFollowTheComponents)
+        {
+            const std::string four =
+                Separation(1, 1, "None", "ASCIIHexDecode", "01020304>", "/CIP3PreviewImageComponents 4 def\n");
+            const std::string ownNames = FrontOf("/C (M) <59> (Black \\101)(Gold)", four + blackHex);
+            EXPECT_THAT(
+                ReadDocument(ownNames).sheets[0].surfaces[0].previews[0].inks, ElementsAre("C", "M", "Y", "Black A"));
+            EXPECT_THAT(ReadDocument(ownNames).sheets[0].surfaces[0].previews[1].inks, ElementsAre("Gold"));
+
+            const std::string ofSheet = Replaced(
+                Replaced(FrontOf("X", blackHex), "/CIP3AdmSeparationNames [X] def\n", ""), "CIP3BeginFront",
+                "/CIP3AdmSeparationNames [ (Gold) ] def CIP3BeginFront");
+            EXPECT_THAT(ReadDocument(ofSheet).sheets[0].surfaces[0].previews[0].inks, ElementsAre("Gold"));
+
+            const std::string noNames = FrontOf("", blackHex + four);
+            EXPECT_THAT(ReadDocument(noNames).sheets[0].surfaces[0].previews[0].inks, ElementsAre("Separation 1"));
+            EXPECT_THAT(
+                ReadDocument(noNames).sheets[0].surfaces[0].previews[1].inks,
+                ElementsAre("Cyan", "Magenta", "Yellow", "Black"));
+        }
+
+        TEST(DocumentReader, BinaryDataIsFoundBehindABlankOrALineEnd)
+        {
+            // Pixels that look like line ends, end marks and words of the format.
+            const std::string pixels("\n> ~>\x80 CIP3EndSeparation\r\0", 26);
+            const int width = static_cast<int>(pixels.size());
+            const std::string runLength = std::string(1, static_cast<char>(width - 1)) + pixels;
+            const std::pair<std::string, std::string> forms[] = {
+                {"None", pixels}, {"RunLengthDecode", runLength + "\x80"}, {"RunLengthDecode", runLength}};
+            for (const auto& [compression, data] : forms)
+            {
+                const std::string bytes = FrontOf("(K)", Separation(width, 1, compression, "Binary", data));
+                for (const std::string gap : {" ", "\n", "\r", " \n", "\r\n", " \r\n"})
+                {
+                    const std::string file = Replaced(bytes, "CIP3PreviewImage\n", "CIP3PreviewImage" + gap);
+                    const Document document = ReadDocument(file);
+                    ASSERT_EQ(Text(document.damage), "") << compression << testing::PrintToString(gap);
+                    EXPECT_EQ(document.sheets[0].surfaces[0].previews[0].data, data)
+                        << compression << testing::PrintToString(gap);
+                }
+            }
+        }
+
+        TEST(DocumentReader, PreviewWithoutSeparationSectionIsRead)
+        {
+            std::string section = Separation(1, 1, "None", "ASCIIHexDecode", "7f>");
+            section = Replaced(Replaced(section, "CIP3BeginSeparation\n", ""), "CIP3EndSeparation\n", "");
+            const std::string bytes = FrontOf("(K)", section);
+            const Document document = ReadDocument(bytes);
+            ASSERT_EQ(Text(document.damage), "");
+            EXPECT_EQ(Rows(document, document.sheets[0].surfaces[0].previews.at(0)), "7f");
+        }
+
+        TEST(DocumentReader, DamageIsToldByWhatAndWhere)
+        {
+            const std::string good = FrontOf("(K)", blackHex);
+            const auto at = [&](const std::string& text) { return std::to_string(good.find(text)); };
+            const std::tuple<std::string, std::string, std::string> cases[] = {
+                {"%!PS", "PS!%", "0: not a print production file"},
+                {"%%CIP3-File Version", "%%CIP3", "0: not a print production file: its header has no"},
+                {"/CIP3PreviewImageWidth 2 def\n", "", "preview image has no /CIP3PreviewImageWidth"},
+                {"Width 2 def", "Width 0 def", std::to_string(good.find("Width 2 def") + 6) + ": value of"},
+                {"Width 2 def", "Width 2.5 def", "is not a whole number from 1 to 2147483647"},
+                {"Comp 8 def", "Comp 2 def", "value of /CIP3PreviewImageBitsPerComp is not 1 or 8"},
+                {"Components 1 def", "Components 3 def", "value of /CIP3PreviewImageComponents is not 1 or 4"},
+                {"[2 0 0 -1 0 1]", "[2 1 0 -1 0 1]", "is not one of the eight orientations"},
+                {"[2 0 0 -1 0 1]", "[2 0 0 -1 0]", "is not an array of 6 numbers"},
+                {"[72 72]", "[72 0]", "is not two numbers above 0"},
+                {"/ASCIIHexDecode", "/Rot13", "value of /CIP3PreviewImageEncoding is not one that this reader knows"},
+                {"(Job) def", "(Job\\) def", at("(Job)") + ": string is not closed"},
+                {"(Job) def", "(Job)", "is not closed by \"def\""},
+                {"10 cm ] def", "10 cm } def", "\"}\" closes nothing here"},
+                {"CIP3EndSeparation\n", "",
+                 at("CIP3EndSeparation") + ": CIP3EndPreviewImage stands where "
+                                           "CIP3EndSeparation is due"},
+                {"CIP3BeginSeparation\n", "", "CIP3EndSeparation stands where CIP3EndPreviewImage is due"},
+                {"CIP3BeginFront\n", "", "CIP3BeginPreviewImage stands within CIP3BeginSheet"},
+                {"CIP3BeginSheet\n", "", "CIP3BeginFront stands outside the section that it belongs to"},
+                {"CIP3EndSheet\n", "", "file ends within the section CIP3BeginSheet that begins at byte 46"},
+                {"%%CIP3EndOfFile\n", "", "file has no closing comment"},
+                {"CIP3PreviewImage\n00ff>\n", "", "separation has no preview image"},
+                {"00ff>\n", "00ff>\n17 ", "preview image data is not followed by the end of its section"},
+                {"00ff>\nCIP3EndSeparation", "00ff", "stands where CIP3EndSeparation is due"},
+                {"/CIP3AdmSeparationNames [(K)]", "/CIP3AdmSeparationNames (K)", "is no array of names"},
+                {"CIP3BeginSheet\n", "CIP3BeginPPFDirectory 1 (x) CIP3PPFDirEntry\n",
+                 "directory entry is not an offset, a length and a name"},
+            };
+            for (const auto& [from, to, expected] : cases)
+            {
+                const std::string bytes = Replaced(good, from, to);
+                EXPECT_THAT(Text(ReadDocument(bytes).damage), HasSubstr(expected)) << from << " -> " << to;
+            }
+        }
+
+        TEST(DocumentReader, EverythingInFrontOfTheDamageIsRead)
+        {
+            std::string bytes = TwoSheets();
+            bytes.resize(1995);
+            const Document document = ReadDocument(bytes);
+            EXPECT_THAT(Text(document.damage), StartsWith("1995: file ends within the section CIP3BeginBack"));
+            ASSERT_EQ(document.sheets.size(), 2u);
+            EXPECT_EQ(document.sheets[0].length, 712u);
+            EXPECT_EQ(Rows(document, document.sheets[1].surfaces[0].previews[0]), "ffffffff/0000ff7f");
+        }
+
+        TEST(DocumentReader, FileCutAnywhereIsDamagedAndNamesAByteWithin)
+        {
+            const std::string whole = TwoSheets();
+            for (std::size_t size = 0; size + 1 < whole.size(); ++size)
+            {
+                const std::string bytes = whole.substr(0, size);
+                const Document document = ReadDocument(bytes);
+                ASSERT_TRUE(document.damage) << "cut at " << size;
+                EXPECT_LE(document.damage->offset, size);
+                EXPECT_FALSE(Check(document, CheckDepth::everything).empty()) << "cut at " << size;
+            }
+        }
+
+        TEST(DocumentReader, RecordsTakeNoMoreMemoryThanTheyMay)
+        {
+            std::string sheets;
+            for (int i = 0; i < 300000; ++i)
+            {
+                sheets += "CIP3BeginSheet CIP3EndSheet\n";
+            }
+            const std::string bytes = Header() + sheets + Closing();
+            const Document document = ReadDocument(bytes);
+            EXPECT_THAT(Text(document.damage), HasSubstr("more sections and entries than any job"));
+            EXPECT_LT(document.sheets.size() * sizeof(Sheet), 16u << 20);
+        }
+
+        TEST(DocumentReader, LongValueIsLeftOutAndSaid)
+        {
+            const std::string bytes = Front("/CIP3AdmPicture (" + std::string(100000, 'x') + ") def\n");
+            const Document document = ReadDocument(bytes);
+            EXPECT_EQ(Text(document.damage), "");
+            EXPECT_THAT(document.sheets[0].surfaces[0].entries, IsEmpty());
+            ASSERT_EQ(document.remarks.size(), 1u);
+            EXPECT_EQ(document.remarks[0].text, "value of /CIP3AdmPicture has 100002 bytes and is left out");
+        }
+
+        TEST(DocumentReader, DeepNestingIsRefusedNotFollowed)
+        {
+            const std::string values = Front("/x " + std::string(100000, '{') + " def\n");
+            EXPECT_THAT(Text(ReadDocument(values).damage), HasSubstr("nested too deeply"));
+            std::string sections;
+            for (int i = 0; i < 1000; ++i)
+            {
+                sections += "CIP3BeginThing ";
+            }
+            EXPECT_THAT(Text(ReadDocument(Front(sections)).damage), HasSubstr("nested too deeply"));
         }
     }
 }

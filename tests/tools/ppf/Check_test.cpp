@@ -1,0 +1,151 @@
+#include "ppf/Check.h"
+
+#include <cstdio>
+#include <fstream>
+#include <system_error>
+
+#include <gmock/gmock.h>
+#include <unistd.h>
+
+#include "Files.h"
+#include "ppf/FileMap.h"
+
+namespace ppf::test
+{
+    namespace
+    {
+        using testing::ElementsAre;
+        using testing::HasSubstr;
+        using testing::IsEmpty;
+
+        std::vector<std::string> Findings(const std::string& bytes, CheckDepth depth = CheckDepth::everything)
+        {
+            std::vector<std::string> texts;
+            for (const Finding& finding : Check(bytes, depth))
+            {
+                texts.push_back(Text(finding));
+            }
+            return texts;
+        }
+
+        std::string Damaged(std::size_t at, const std::string& text)
+        {
+            return TwoSheets().replace(at, text.size(), text);
+        }
+
+        TEST(Check, WellFormedFileHasNoFindings)
+        {
+            EXPECT_THAT(Findings(TwoSheets()), IsEmpty());
+            EXPECT_THAT(Findings(TwoSheets(), CheckDepth::structure), IsEmpty());
+            EXPECT_THAT(Findings(Header() + Closing()), IsEmpty());
+        }
+
+        TEST(Check, DirectoryIsHeldAgainstTheSections)
+        {
+            EXPECT_THAT(
+                Findings(Damaged(68, "0000000602")),
+                ElementsAre("68: directory entry of sheet \"S1\" gives offset 602, but the section begins at 601"));
+            EXPECT_THAT(
+                Findings(Damaged(324 + 11, "0000000709")),
+                ElementsAre("324: directory entry of sheet \"S2\" gives 709 bytes, but the section has 710"));
+            EXPECT_THAT(
+                Findings(Damaged(324 + 23, "T2")),
+                ElementsAre("324: directory entry of sheet \"T2\" stands for a sheet that calls itself \"S2\""));
+            // The second entry struck out.
+            EXPECT_THAT(Findings(Damaged(324, "%")), ElementsAre("68: directory has 1 entries for 2 sheets"));
+        }
+
+        TEST(Check, LengthsMayEndAtTheWordIfAllEntriesDo)
+        {
+            std::string bytes = Damaged(68 + 11, "0000000710");
+            bytes.replace(324 + 11, 10, "0000000708");
+            EXPECT_THAT(Findings(bytes), IsEmpty());
+        }
+
+        TEST(Check, PreviewIsHeldAgainstItsSize)
+        {
+            EXPECT_THAT(
+                Findings(Damaged(1232, "fe")),
+                ElementsAre(HasSubstr("1227: preview's data goes on for 1 bytes behind the 8 that 4 x 2")));
+            EXPECT_THAT(Findings(Damaged(1232, "00")), ElementsAre("1245: preview's data ends in row 2 of 2"));
+            EXPECT_THAT(
+                Findings(Damaged(1230, "g")), ElementsAre("1230: ASCIIHex data holds a character that is no digit"));
+            // Decoding is what the cheap check leaves out.
+            EXPECT_THAT(Findings(Damaged(1232, "fe"), CheckDepth::structure), IsEmpty());
+        }
+
+        TEST(Check, EndMarksAreAskedForWithoutDecoding)
+        {
+            EXPECT_THAT(
+                Findings(Damaged(1244, "0"), CheckDepth::structure),
+                ElementsAre("1245: ASCIIHex data has no end mark \">\""));
+            const auto file = [](const std::string& compression, const std::string& encoding, const std::string& data)
+            { return FrontOf("(K)", Separation(6, 1, compression, encoding, data)); };
+            EXPECT_THAT(
+                Findings(file("None", "ASCII85Decode", "!<N?+"), CheckDepth::structure),
+                ElementsAre(HasSubstr("ASCII85 data has no end mark")));
+            EXPECT_THAT(
+                Findings(file("None", "Binary", "abc"), CheckDepth::structure),
+                ElementsAre(HasSubstr("preview has 3 bytes of data, but 6 x 1 pixels need 6")));
+            EXPECT_THAT(
+                Findings(file("None", "Binary", "abcdefgh"), CheckDepth::structure),
+                ElementsAre(HasSubstr("preview has 8 bytes of data, but 6 x 1 pixels need 6")));
+            EXPECT_THAT(
+                Findings(file("RunLengthDecode", "Binary", "\x05zz"), CheckDepth::structure),
+                ElementsAre(HasSubstr("RunLengthDecode data does not lead to the end of its section")));
+        }
+
+        TEST(Check, EntriesThatUsersNeedAreAskedFor)
+        {
+            const std::string good = FrontOf("(K) (Gold)", Separation(2, 1, "None", "ASCIIHexDecode", "00ff>"));
+            EXPECT_THAT(Findings(good), ElementsAre(HasSubstr("front has 2 separation names for 1 separations")));
+            const auto without = [](std::string bytes, const std::string& text)
+            { return bytes.erase(bytes.find(text), text.size()); };
+            EXPECT_THAT(
+                Findings(without(without(good, " (Gold)"), "/CIP3AdmJobName (Job) def\n")),
+                ElementsAre("46: sheet has no /CIP3AdmJobName"));
+            EXPECT_THAT(
+                Findings(without(without(good, " (Gold)"), "/CIP3PreviewImageMatrix [2 0 0 -1 0 1] def\n")),
+                ElementsAre(HasSubstr("preview image has no /CIP3PreviewImageMatrix")));
+            EXPECT_THAT(
+                Findings(without(without(good, " (Gold)"), "0 -")),
+                ElementsAre(HasSubstr("is not an array of 6 numbers")));
+        }
+
+        TEST(Check, BytesBehindTheClosingCommentAreTold)
+        {
+            EXPECT_THAT(Findings(TwoSheets() + "\r\n\x04"), IsEmpty());
+            EXPECT_THAT(
+                Findings(TwoSheets() + "\nmore"), ElementsAre("2040: 4 bytes stand behind the closing comment"));
+        }
+
+        TEST(Check, FindingsComeInTheOrderOfTheFile)
+        {
+            std::string bytes = Damaged(68, "0000000602");
+            bytes[1230] = 'g';
+            bytes.resize(2030);
+            EXPECT_THAT(
+                Findings(bytes), ElementsAre(HasSubstr("68: "), HasSubstr("1230: "), HasSubstr("file has no closing")));
+        }
+
+        TEST(FileMap, FilesPipesAndFailures)
+        {
+            const std::string path = testing::TempDir() + "filemap-" + std::to_string(getpid());
+            std::ofstream(path, std::ios::binary) << TwoSheets();
+            EXPECT_EQ(FileMap(path).Bytes(), TwoSheets());
+            EXPECT_THAT(CheckFile(path, CheckDepth::everything), IsEmpty());
+            std::ofstream(path, std::ios::binary | std::ios::trunc);
+            EXPECT_EQ(FileMap(path).Bytes(), "");
+            std::remove(path.c_str());
+            EXPECT_THROW(FileMap{path}, std::system_error);
+            EXPECT_THROW(FileMap{testing::TempDir()}, std::system_error);
+
+            int ends[2] = {};
+            ASSERT_EQ(pipe(ends), 0);
+            ASSERT_EQ(write(ends[1], "piped", 5), 5);
+            close(ends[1]);
+            EXPECT_EQ(FileMap("/proc/self/fd/" + std::to_string(ends[0])).Bytes(), "piped");
+            close(ends[0]);
+        }
+    }
+}

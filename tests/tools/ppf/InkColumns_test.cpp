@@ -1,0 +1,100 @@
+#include "ppf/InkColumns.h"
+
+#include <gmock/gmock.h>
+
+#include "Files.h"
+#include "ppf/DocumentReader.h"
+
+namespace ppf::test
+{
+    namespace
+    {
+        using testing::DoubleNear;
+        using testing::ElementsAre;
+        using testing::SizeIs;
+
+        constexpr double exact = 1e-12;
+
+        Measurement MeasureOf(const std::string& separation)
+        {
+            const std::string bytes = FrontOf("(K)", separation);
+            const Document document = ReadDocument(bytes);
+            EXPECT_EQ(Text(document.damage), "");
+            return Measure(document, document.sheets.at(0).surfaces.at(0).previews.at(0));
+        }
+
+        TEST(InkColumns, CoverageIsTheMeanOfAllPixels)
+        {
+            const Measurement measurement = MeasureOf(Separation(4, 2, "None", "ASCIIHexDecode", "ffffffff 0000ff7f>"));
+            ASSERT_THAT(measurement.inks, SizeIs(1));
+            EXPECT_THAT(measurement.inks[0].sums, ElementsAre(255u, 255u, 510u, 382u));
+            EXPECT_THAT(measurement.inks[0].Coverage(), DoubleNear(1402.0 / (8 * 255) * 100, exact));
+            EXPECT_EQ(measurement.inks[0].Coverage(), measurement.inks[0].Zones(EdgesOfEqualZones(4, 1))[0]);
+        }
+
+        TEST(InkColumns, ColumnThatAnEdgeCutsCountsByItsParts)
+        {
+            // Full ink in the second of three columns, which two zones share in halves.
+            const InkColumns ink = {{0, 510, 0}, 2};
+            EXPECT_THAT(
+                ink.Zones(EdgesOfEqualZones(3, 2)),
+                ElementsAre(DoubleNear(100.0 / 3, exact), DoubleNear(100.0 / 3, exact)));
+            // More zones than columns: thirds of a column.
+            EXPECT_THAT(
+                ink.Zones(EdgesOfEqualZones(3, 9)),
+                ElementsAre(0, 0, 0, DoubleNear(100, exact), DoubleNear(100, exact), DoubleNear(100, exact), 0, 0, 0));
+        }
+
+        TEST(InkColumns, LastZoneOfAWidthMayBeNarrower)
+        {
+            const InkColumns ink = {{255, 0, 0, 255, 255}, 1};
+            EXPECT_THAT(EdgesOfZones(5, 2), ElementsAre(0, 2, 4, 5));
+            EXPECT_THAT(ink.Zones(EdgesOfZones(5, 2)), ElementsAre(50, 50, 100));
+            EXPECT_THAT(EdgesOfZones(5, 8), ElementsAre(0, 5));
+            // Ten zones of a tenth: rounding makes no eleventh.
+            EXPECT_THAT(EdgesOfZones(630, 63.000000000000014 - 3e-14), SizeIs(11));
+        }
+
+        TEST(InkColumns, ManyRowsDoNotOverflow)
+        {
+            const std::string separation = Separation(
+                2, 70000, "RunLengthDecode", "Binary",
+                []
+                {
+                    std::string tokens;
+                    for (int i = 0; i < 70000; ++i)
+                    {
+                        tokens += std::string("\x01\xFF\x01", 3);
+                    }
+                    return tokens + "\x80";
+                }());
+            const Measurement measurement = MeasureOf(separation);
+            EXPECT_THAT(measurement.inks[0].sums, ElementsAre(255u * 70000, 70000u));
+        }
+
+        TEST(InkColumns, ComponentsAreSummedApart)
+        {
+            const Measurement measurement = MeasureOf(Separation(
+                2, 1, "None", "ASCIIHexDecode", "01020304 10203040>", "/CIP3PreviewImageComponents 4 def\n"));
+            ASSERT_THAT(measurement.inks, SizeIs(4));
+            EXPECT_THAT(measurement.inks[0].sums, ElementsAre(0x01u, 0x10u));
+            EXPECT_THAT(measurement.inks[3].sums, ElementsAre(0x04u, 0x40u));
+        }
+
+        TEST(InkColumns, PictureWiderThanAnySheetIsRefused)
+        {
+            const std::string wide = Separation(
+                5000000, 1, "RunLengthDecode", "ASCIIHexDecode",
+                []
+                {
+                    std::string text;
+                    for (int i = 0; i < 5000000 / 128 + 1; ++i)
+                    {
+                        text += "81ff";
+                    }
+                    return text + "80>";
+                }());
+            EXPECT_THROW(MeasureOf(wide), FormatError);
+        }
+    }
+}

@@ -1,0 +1,216 @@
+// The decoders of preview data, each on hand-made data first, then on long data cut into reads of every size.
+
+#include <algorithm>
+#include <random>
+
+#include <gmock/gmock.h>
+
+#include "ppf/ASCII85Source.h"
+#include "ppf/ASCIIHexSource.h"
+#include "ppf/BinarySource.h"
+#include "ppf/Failure.h"
+#include "ppf/RunLengthSource.h"
+
+namespace ppf::test
+{
+    namespace
+    {
+        using testing::HasSubstr;
+
+        std::string ReadAll(ByteSource& source, std::size_t step)
+        {
+            std::string all;
+            std::vector<unsigned char> piece(step);
+            for (std::size_t got = step; got == step;)
+            {
+                got = source.Read(piece.data(), step);
+                all.append(reinterpret_cast<const char*>(piece.data()), got);
+            }
+            EXPECT_EQ(source.Read(piece.data(), step), 0u) << "data goes on behind its end";
+            return all;
+        }
+
+        template <typename Source>
+        std::string Decoded(std::string_view text, std::size_t step = 1000)
+        {
+            Source source({text, 0, 0});
+            return ReadAll(source, step);
+        }
+
+        std::string Expanded(std::string_view tokens, std::size_t step = 1000)
+        {
+            RunLengthSource source(std::make_unique<BinarySource>(EncodedText{tokens, 0, 0}));
+            return ReadAll(source, step);
+        }
+
+        /// Offset and text of the failure, or "none".
+        template <typename Decode>
+        std::string Failure(const Decode& decode)
+        {
+            try
+            {
+                decode();
+                return "none";
+            }
+            catch (const FormatError& error)
+            {
+                return std::to_string(error.AsFinding().offset) + ": " + error.what();
+            }
+        }
+
+        std::string Noise(std::size_t size)
+        {
+            std::minstd_rand random(7);
+            std::string bytes;
+            while (bytes.size() < size)
+            {
+                // Runs of zeros in between, for the short form of a group.
+                bytes.append(random() % 5 == 0 ? random() % 9 : 0, '\0');
+                bytes += static_cast<char>(random() >> 8);
+            }
+            return bytes;
+        }
+
+        /// A group at a time by division: as the format is defined.
+        std::string AsAscii85(const std::string& bytes)
+        {
+            std::string text;
+            for (std::size_t i = 0; i < bytes.size(); i += 4)
+            {
+                const std::size_t count = std::min<std::size_t>(4, bytes.size() - i);
+                unsigned long value = 0;
+                for (std::size_t k = 0; k < 4; ++k)
+                {
+                    value = value * 256 + (k < count ? static_cast<unsigned char>(bytes[i + k]) : 0);
+                }
+                std::string digits(5, '!');
+                for (std::size_t k = 5; k-- > 0; value /= 85)
+                {
+                    digits[k] = static_cast<char>('!' + value % 85);
+                }
+                text += digits == "!!!!!" && count == 4 ? "z" : digits.substr(0, count + 1);
+                text += i % 52 == 0 ? "\n" : "";
+            }
+            return text + "~>";
+        }
+
+        TEST(ASCII85Source, DecodesGroupsOfEveryForm)
+        {
+            const std::pair<std::string_view, std::string> cases[] = {
+                {"~>", ""},
+                {"z~>", std::string(4, '\0')},
+                {"s8W-!~>", "\xFF\xFF\xFF\xFF"},
+                {"!<N?+~>", "\1\2\3\4"},
+                {"!!~>", std::string(1, '\0')},
+                {"!!!!~>", std::string(3, '\0')},
+                {"J,~>", "\x80"},
+                {"<~!<N?+~>", "\1\2\3\4"},
+                {" ! <\nN?\r\n+ ~ >", "\1\2\3\4"},
+                {"rVult!WQMW~>", std::string("\xFD\xFF\xFF\0\1\xFF\x5F\x80", 8)},
+            };
+            for (const auto& [text, bytes] : cases)
+            {
+                EXPECT_EQ(Decoded<ASCII85Source>(text), bytes) << text;
+                EXPECT_EQ(Decoded<ASCII85Source>(text, 1), bytes) << text;
+            }
+        }
+
+        TEST(ASCII85Source, RefusesWhatIsNoGroup)
+        {
+            const auto failure = [](std::string_view text) { return Failure([&] { Decoded<ASCII85Source>(text); }); };
+            EXPECT_EQ(failure("!<N?+!<v"), "7: ASCII85 data holds a character that is none of its digits");
+            EXPECT_EQ(failure("!!z!!~>"), "2: ASCII85 data has \"z\" within a group");
+            EXPECT_THAT(failure("s8W-\"~>"), HasSubstr("above 4294967295"));
+            EXPECT_THAT(failure("zzzzzzzzzuuuuuzzzz~>"), HasSubstr("above 4294967295"));
+            EXPECT_EQ(failure("!<N?+!~>"), "6: ASCII85 data ends in a group of one character");
+            EXPECT_EQ(failure("!<N?+"), "5: ASCII85 data has no end mark \"~>\"");
+            EXPECT_THAT(failure("!<N?+\x80!!!!~>"), HasSubstr("5: ASCII85 data holds"));
+        }
+
+        TEST(ASCII85Source, LongDataIsTheSameInReadsOfEverySize)
+        {
+            const std::string bytes = Noise(4099);
+            const std::string text = AsAscii85(bytes);
+            for (const std::size_t step : {1, 2, 3, 5, 7, 64, 1000, 10000})
+            {
+                EXPECT_TRUE(Decoded<ASCII85Source>(text, step) == bytes) << "reads of " << step;
+            }
+        }
+
+        TEST(ASCIIHexSource, DecodesDigitsOfBothCasesAnywhere)
+        {
+            const std::pair<std::string_view, std::string> cases[] = {
+                {">", ""},         {"00fF>", std::string("\0\xFF", 2)}, {" 4\n1 4\r\n2 >", "AB"}, {"414>", "A@"},
+                {"4142>zz", "AB"},
+            };
+            for (const auto& [text, bytes] : cases)
+            {
+                EXPECT_EQ(Decoded<ASCIIHexSource>(text), bytes) << text;
+                EXPECT_EQ(Decoded<ASCIIHexSource>(text, 1), bytes) << text;
+            }
+            EXPECT_EQ(
+                Failure([] { Decoded<ASCIIHexSource>("41g1>"); }),
+                "2: ASCIIHex data holds a character that is no digit");
+            EXPECT_EQ(Failure([] { Decoded<ASCIIHexSource>("4142"); }), "4: ASCIIHex data has no end mark \">\"");
+        }
+
+        TEST(RunLengthSource, ExpandsRunsAtTheirBounds)
+        {
+            const std::string literal128(128, 'q');
+            const std::pair<std::string, std::string> cases[] = {
+                {"\x80", ""},
+                {"", ""},
+                {std::string("\0A\x80", 3), "A"},
+                {"\xFF"
+                 "A\x80",
+                 "AA"},
+                {"\x81"
+                 "A\x80",
+                 std::string(128, 'A')},
+                {"\x7F" + literal128 + "\x80", literal128},
+                {std::string("\x02xyz\xFE", 5) + std::string("\0\x80", 2), std::string("xyz\0\0\0", 6)},
+                {"\xFF"
+                 "A\x80ignored",
+                 "AA"},
+            };
+            for (const auto& [tokens, bytes] : cases)
+            {
+                for (const std::size_t step : {1, 3, 1000})
+                {
+                    EXPECT_EQ(Expanded(tokens, step), bytes)
+                        << testing::PrintToString(tokens) << " in reads of " << step;
+                }
+            }
+            EXPECT_EQ(Failure([] { Expanded("\x05xyz"); }), "4: run-length data ends within a run");
+            EXPECT_EQ(Failure([] { Expanded("\xFF"); }), "1: run-length data ends within a run");
+        }
+
+        TEST(RunLengthSource, LongDataIsTheSameInReadsOfEverySize)
+        {
+            std::minstd_rand random(3);
+            std::string tokens;
+            std::string bytes;
+            while (bytes.size() < 300000)
+            {
+                const auto length = static_cast<std::size_t>(random() % 128 + 1);
+                const auto value = static_cast<char>(random() >> 8);
+                if (random() % 2 == 0 && length > 1)
+                {
+                    tokens += static_cast<char>(257 - length);
+                    tokens += value;
+                    bytes.append(length, value);
+                    continue;
+                }
+                tokens += static_cast<char>(length - 1);
+                const std::string literal = Noise(length).substr(0, length);
+                tokens += literal;
+                bytes += literal;
+            }
+            tokens += '\x80';
+            for (const std::size_t step : {97, 4096, 65536, 1000000})
+            {
+                EXPECT_TRUE(Expanded(tokens, step) == bytes) << "reads of " << step;
+            }
+        }
+    }
+}
