@@ -64,14 +64,14 @@ set(CPACK_DEBIAN_DEV_PACKAGE_NAME libsheetvane-dev)
 set(CPACK_DEBIAN_DEV_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEV_PACKAGE_SHLIBDEPS OFF)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME sheetvane-tools)
-set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "Ink separations to CIP3 PPF: shared libraries
- Turns the ink separations of a printing job, given as TIFF files, into one file
- in the CIP3 Print Production Format, from which a press presets its ink keys.")
-set(CPACK_COMPONENT_DEV_DESCRIPTION "Ink separations to CIP3 PPF: headers and build files
- What a host application is built with.")
-set(CPACK_COMPONENT_TOOLS_DESCRIPTION "Ink separations to CIP3 PPF: the programs
- tiff2ppf writes a PPF file from TIFF separations; ppfinfo looks into PPF files,
- checks them and reports ink coverage by zone.")
+set(CPACK_DEBIAN_RUNTIME_DESCRIPTION "Ink separations to CIP3 PPF: shared libraries
+Turns the ink separations of a printing job, given as TIFF files, into one file in the CIP3 Print Production Format, from
+which a press presets its ink keys.")
+set(CPACK_DEBIAN_DEV_DESCRIPTION "Ink separations to CIP3 PPF: headers and build files
+What a host application is built with.")
+set(CPACK_DEBIAN_TOOLS_DESCRIPTION "Ink separations to CIP3 PPF: the programs
+tiff2ppf writes a PPF file from TIFF separations; ppfinfo looks into PPF files, checks them and reports ink coverage by
+zone.")
 set(CPACK_COMPONENT_DEV_DEPENDS runtime)
 set(CPACK_COMPONENT_TOOLS_DEPENDS runtime)
 include(CPack)
