@@ -39,8 +39,8 @@ namespace Sheetvane
             CIP3EncodingASCII85 = 2 ///< the default
         };
 
-        /// An empty job. Throws RasterOutput::Exception with "CIP3Painter painter identifier already registered" while
-        /// another converter exists, and std::bad_alloc.
+        /// An empty job. Throws RasterOutput::Exception (<rasteroutput/Exception.h>) with "CIP3Painter painter
+        /// identifier already registered" while another converter exists, and std::bad_alloc.
         SheetvaneConverter();
         ~SheetvaneConverter();
         SheetvaneConverter(const SheetvaneConverter&) = delete;

@@ -19,7 +19,11 @@
 #include <type_traits>
 #include <vector>
 
+#if defined(__GNUC__)
 #define KX_EXPORT __attribute__((visibility("default")))
+#else
+#define KX_EXPORT
+#endif
 
 class KX_IUnpacking;
 class KX_TAny;

@@ -1,6 +1,7 @@
 // A converter's job from its construction to its end, and what it enters in the framework's tables meanwhile.
 #include "frontend/ConverterImpl.h"
 
+#include "Memory.h"
 #include "cip3output/CIP3Painter.h"
 #include "cip3output/CIP3ParameterExtractor.h"
 #include "rasteroutput/Exception.h"
@@ -11,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <new>
 #include <stdexcept>
 
 using Sheetvane::ConverterImpl;
@@ -70,6 +72,27 @@ TEST(ConverterImpl, ItsEndLeavesNoEntryBehind)
     EXPECT_THROW(RasterOutput::MakePainter("CIP3Painter"), RasterOutput::Exception);
     Sheetvane::CIP3ParameterExtractor extractor;
     EXPECT_THROW(painter->Initialize({}, extractor), std::runtime_error);
+}
+
+TEST(ConverterImpl, AllocationThatFailsLeavesNothingRegistered)
+{
+    bool constructed = false;
+    std::size_t count = 0;
+    for (; !constructed && count < 1000; ++count)
+    {
+        SheetvaneTest::FailAllocation(count + 1);
+        try
+        {
+            const ConverterImpl job;
+            constructed = true;
+        }
+        catch (const std::bad_alloc&)
+        {
+            EXPECT_THROW(RasterOutput::MakePainter("CIP3Painter"), RasterOutput::Exception) << count;
+        }
+        SheetvaneTest::FailAllocation(0);
+    }
+    EXPECT_TRUE(constructed);
 }
 
 TEST(Initialisation, FailedOneIsTriedAgainAndASuccessfulOneIsNot)

@@ -3,6 +3,7 @@
 #include <rasteroutput/Exception.h>
 
 #include "Failures.h"
+#include "Memory.h"
 #include "TempFolder.h"
 #include "Tiffs.h"
 #include "Values.h"
@@ -189,6 +190,20 @@ TEST_F(Converter, LocaleOfTheHostChangesNothing)
     converter.SetOptionalParameters(0, DictOf({{"Copies", KX_TInt32(1500000)}, {"Scale", KX_TDouble(12345.5)}}));
     EXPECT_EQ(Written(out), before);
     EXPECT_THAT(before, HasSubstr("/Scale 12345.500000 def\n"));
+}
+
+TEST_F(Converter, MoreLinesTakeNoMoreAllocations)
+{
+    AddTwoSheets();
+    const auto allocationsFor = [&](std::size_t lines)
+    {
+        WriteTiff(black, std::vector<std::string>(lines, std::string(500, '\x55')), 2);
+        const std::size_t before = Allocations();
+        converter.CreateCIP3File(Location(out));
+        return Allocations() - before;
+    };
+    allocationsFor(200); // whatever is made once
+    EXPECT_EQ(allocationsFor(200), allocationsFor(2000));
 }
 
 TEST_F(Converter, FailedSheetsCountAndTheJobGoesOn)
