@@ -19,6 +19,10 @@ namespace ppf
         /// in the same wide blank cost no more than they have bytes.
         constexpr std::size_t longestWhiteSpace = 4096;
 
+        /// A letter of CIP3PreviewImage that neither ASCIIHex nor ASCII85 data can hold: where it stands, another
+        /// section has begun.
+        constexpr char letterOfWords = 'v';
+
         bool IsLineEnd(std::string_view text)
         {
             return text == "\n" || text == "\r" || text == "\r\n";
@@ -175,19 +179,18 @@ namespace ppf
 
     std::size_t DataFinder::TextEnd(std::size_t begin, std::string_view mark) const
     {
-        // The section is closed first: a mark that is missing here would be found in the next section.
-        const std::size_t sectionEnd = EndBySection(begin);
-        const std::string_view section = m_bytes.substr(0, sectionEnd);
+        // A mark that is missing here must not be found in the next section.
+        const std::string_view section = m_bytes.substr(0, m_bytes.find(letterOfWords, begin));
         // "<~" may open ASCII85 data; its "~" is not that of the end mark.
         const bool isOpened = section.substr(begin, 2) == filter::ascii85Begin && mark == filter::ascii85End;
-        const std::size_t first = section.find(mark[0], begin + (isOpened ? filter::ascii85Begin.size() : 0));
-        if (first == notFound || mark.size() == 1)
+        std::size_t last = section.find(mark[0], begin + (isOpened ? filter::ascii85Begin.size() : 0));
+        if (last != notFound && mark.size() > 1)
         {
-            return first == notFound ? sectionEnd : first + 1;
+            // White space may stand between the two characters of a mark.
+            last = SkipWhiteSpace(last + 1, longestWhiteSpace);
+            last = last < section.size() && section[last] == mark[1] ? last : notFound;
         }
-        // White space may stand between the two characters of a mark.
-        const std::size_t last = SkipWhiteSpace(first + 1, longestWhiteSpace);
-        return last < sectionEnd && section[last] == mark[1] ? last + 1 : sectionEnd;
+        return last == notFound ? EndBySection(begin) : last + 1;
     }
 
     std::size_t DataFinder::EndBySection(std::size_t begin) const
