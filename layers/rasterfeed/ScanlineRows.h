@@ -8,11 +8,10 @@
 class ScanlineRows : public RowSource
 {
 public:
-    ScanlineRows(TiffFile& file, const SeparationForm& form);
+    explicit ScanlineRows(TiffFile& file);
 
     const unsigned char* Row(std::uint32_t row, unsigned char* room) override;
 
 private:
     TiffFile& file;
-    SeparationForm form;
 };

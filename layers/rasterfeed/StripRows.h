@@ -16,8 +16,6 @@ public:
     const unsigned char* Row(std::uint32_t row, unsigned char* room) override;
 
 private:
-    void Decode(std::uint32_t strip);
-
     TiffFile& file;
     SeparationForm form;
     std::unique_ptr<unsigned char[]> block;

@@ -85,12 +85,6 @@ std::uint64_t TiffFile::DecodedRowBytes() const
     return IsTiled() ? TIFFTileRowSize64(handle) : TIFFScanlineSize64(handle);
 }
 
-void TiffFile::Overlay(std::uint64_t at, unsigned char byte)
-{
-    overlayPosition = at;
-    overlayByte = byte;
-}
-
 void TiffFile::LookAt(std::uint64_t directory)
 {
     facts = ReadDirectoryFacts(source, preamble, directory);
@@ -118,8 +112,6 @@ tmsize_t TiffFile::ReadBytes(thandle_t self, void* to, tmsize_t count)
     try
     {
         const std::size_t got = file.source.Read(file.position, to, static_cast<std::size_t>(count));
-        if (file.overlayPosition >= file.position && file.overlayPosition - file.position < got)
-            static_cast<unsigned char*>(to)[file.overlayPosition - file.position] = file.overlayByte;
         file.position += got;
         return static_cast<tmsize_t>(got);
     }

@@ -68,10 +68,6 @@ public:
     /// forms that are read exactly all the same do not count.
     const std::string& Complaint() const { return message; }
 
-    /// From here on libtiff sees `byte` at `position` of the file, and the file's own byte at the place that was given
-    /// before.
-    void Overlay(std::uint64_t position, unsigned char byte);
-
     SourceFile& Source() const { return source; }
 
 private:
@@ -92,9 +88,7 @@ private:
     TiffPreamble preamble;
     DirectoryFacts facts;
     TIFF* handle = nullptr;
-    std::uint64_t position = 0;            ///< libtiff's place in the file
-    std::uint64_t overlayPosition = ~0ull; ///< outside every file if there is no overlay
-    unsigned char overlayByte = 0;
+    std::uint64_t position = 0; ///< libtiff's place in the file
     std::exception_ptr pending; ///< what a callback threw below libtiff
     std::string message;        ///< see Complaint
     bool messageIsError = false;

@@ -18,7 +18,9 @@ const unsigned char* TileRows::Row(std::uint32_t row, unsigned char* room)
     if (present != down)
     {
         present.reset();
-        Decode(down);
+        const std::uint32_t across = form.ChunksAcross();
+        for (std::uint32_t i = 0; i < across; ++i)
+            DecodeTile(file, down * across + i, block.get() + i * form.ChunkBytes(), form.ChunkBytes());
         present = down;
     }
     const auto tileRow = static_cast<std::size_t>(form.ChunkRowBytes());
@@ -27,15 +29,4 @@ const unsigned char* TileRows::Row(std::uint32_t row, unsigned char* room)
     for (std::size_t done = 0; done < wholeRow; done += tileRow, from += form.ChunkBytes())
         std::memcpy(room + done, from, std::min(tileRow, wholeRow - done));
     return room;
-}
-
-void TileRows::Decode(std::uint32_t down)
-{
-    const std::uint32_t across = form.ChunksAcross();
-    for (std::uint32_t i = 0; i < across; ++i)
-    {
-        const std::uint32_t tile = down * across + i;
-        BeginChunk(file, form, tile);
-        DecodeTile(file, tile, block.get() + i * form.ChunkBytes(), form.ChunkBytes());
-    }
 }

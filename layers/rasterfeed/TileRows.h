@@ -15,8 +15,6 @@ public:
     const unsigned char* Row(std::uint32_t row, unsigned char* room) override;
 
 private:
-    void Decode(std::uint32_t down);
-
     TiffFile& file;
     SeparationForm form;
     std::unique_ptr<unsigned char[]> block;
