@@ -1,6 +1,7 @@
 #include "CommandLine.h"
 
 #include "Failure.h"
+#include "JobBuilder.h"
 #include "Paths.h"
 #include "Text.h"
 
@@ -11,7 +12,9 @@
 #include <algorithm>
 #include <array>
 #include <map>
+#include <memory>
 #include <utility>
+#include <vector>
 
 namespace Tiff2Ppf
 {
@@ -38,8 +41,8 @@ namespace Tiff2Ppf
             return std::find(ValueOptions.begin(), ValueOptions.end(), option) != ValueOptions.end();
         }
 
-        /// The arguments, the last one first, as the parser wants them. `--sheet=` is taken apart, as the parser would
-        /// take an empty value for a missing one.
+        /// The arguments, the last one first, as the parser wants them. `--sheet=` becomes two arguments, as the parser
+        /// would take the empty value for a missing one.
         std::vector<std::string> ReversedArguments(int argc, const char* const* argv)
         {
             std::vector<std::string> arguments;
@@ -47,8 +50,9 @@ namespace Tiff2Ppf
             for (int i = 1; i < argc; ++i)
             {
                 std::string argument = argv[i];
-                const bool isCut = !isValue && argument.size() > 2 && argument.back() == '=' &&
-                                   TakesValue(argument.substr(0, argument.size() - 1));
+                const bool isLong = argument.rfind("--", 0) == 0;
+                const bool isCut =
+                    !isValue && isLong && argument.back() == '=' && TakesValue(argument.substr(0, argument.size() - 1));
                 if (isCut)
                     argument.pop_back();
                 isValue = !isValue && !isCut && TakesValue(argument);
@@ -60,83 +64,6 @@ namespace Tiff2Ppf
             return arguments;
         }
 
-        /// `text` split at its first '='.
-        std::pair<std::string, std::string>
-        SplitAtSign(const std::string& option, const std::string& text, const char* form)
-        {
-            const auto sign = text.find('=');
-            if (sign == std::string::npos)
-                throw UsageError(option + ' ' + Quoted(text) + ": the form is " + form);
-            return {text.substr(0, sign), text.substr(sign + 1)};
-        }
-
-        /// Builds the job from its options in their order on the command line.
-        class JobBuilder
-        {
-        public:
-            explicit JobBuilder(std::string jobName)
-                : m_jobName(std::move(jobName))
-                , m_folder(CurrentFolder())
-            {
-            }
-
-            void OpenSheet(const std::string& name)
-            {
-                m_job.sheets.emplace_back();
-                m_job.sheets.back().jobName = m_jobName;
-                m_job.sheets.back().sheetName = name;
-            }
-
-            void AddFront(const std::string& text) { AddSeparation("--front", SheetFor("--front").front, text); }
-            void AddBack(const std::string& text) { AddSeparation("--back", SheetFor("--back").back, text); }
-
-            void AddParameter(const std::string& text)
-            {
-                Sheet& sheet = SheetFor("--param");
-                const auto [key, value] = SplitAtSign("--param", text, "KEY=VALUE");
-                if (key.empty())
-                    throw UsageError("--param " + Quoted(text) + ": the key is empty");
-                if (!sheet.parameters.emplace(key, value).second)
-                    throw UsageError(
-                        SheetForPerson(m_job, m_job.sheets.size() - 1) + ": --param " + Quoted(key) + " is repeated");
-            }
-
-            Job Take() { return std::move(m_job); }
-
-        private:
-            Sheet& SheetFor(const std::string& option)
-            {
-                if (m_job.sheets.empty())
-                    throw UsageError(option + " belongs to a sheet: open one with --sheet before it");
-                return m_job.sheets.back();
-            }
-
-            void AddSeparation(const std::string& option, std::vector<Separation>& separations, const std::string& text)
-            {
-                const auto [ink, file] = SplitAtSign(option, text, "INK=FILE");
-                if (file.empty())
-                    throw UsageError(option + ' ' + Quoted(text) + ": the file name is empty");
-                separations.push_back({ink, AbsolutePath(file, m_folder)});
-            }
-
-            std::string m_jobName;
-            std::string m_folder;
-            Job m_job;
-        };
-
-        template <class Value>
-        std::optional<Value>
-        ChoiceOf(const CLI::Option& option, std::optional<Value> (*valueOfWord)(const std::string&), const char* words)
-        {
-            if (option.empty())
-                return std::nullopt;
-            const std::string& word = option.results().back();
-            const std::optional<Value> value = valueOfWord(word);
-            if (!value)
-                throw UsageError(option.get_name() + ": " + Quoted(word) + " is none of: " + words);
-            return value;
-        }
-
         /// Help with a usage of our own: the parser knows nothing of what the order of the options means.
         class HelpFormatter : public CLI::Formatter
         {
@@ -144,109 +71,158 @@ namespace Tiff2Ppf
             std::string make_usage(const CLI::App*, std::string) const override { return Usage; }
         };
 
-        CLI::Option* AddValue(CLI::App& app, const char* name, const char* form, const std::string& description)
+        std::string ResultOf(const CLI::Option* option)
         {
-            return app.add_option(name, description)->type_name(form);
+            return option->empty() ? std::string() : option->results().back();
         }
 
-        CLI::Option* AddRepeatable(CLI::App& app, const char* name, const char* form, const char* description)
+        template <class Value>
+        std::optional<Value>
+        ChoiceOf(const CLI::Option* option, std::optional<Value> (*valueOfWord)(const std::string&), const char* words)
         {
-            return AddValue(app, name, form, description)->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+            if (option->empty())
+                return std::nullopt;
+            const std::optional<Value> value = valueOfWord(ResultOf(option));
+            if (!value)
+                throw UsageError(option->get_name() + ": " + Quoted(ResultOf(option)) + " is none of: " + words);
+            return value;
         }
 
-        std::string ResultOf(const CLI::Option& option)
+        /// The program's options, and what was given of them.
+        class Options
         {
-            return option.empty() ? std::string() : option.results().back();
-        }
+        public:
+            Options()
+                : m_app(Description, "tiff2ppf")
+            {
+                m_app.formatter(std::make_shared<HelpFormatter>());
+                m_app.footer(Footer);
+                m_app.set_help_flag("-h,--help", "Print this text and end");
+                m_app.set_version_flag("--version", "tiff2ppf " TIFF2PPF_VERSION, "Print the version and end");
+
+                m_jobFile = Add("JOB.json", "", "The job file, - for standard input");
+                m_output = Add("-o", "OUT.ppf", "The file to write, - for standard output; missing folders are made");
+                m_jobName = Add("--job", "NAME", "Name of a job on the command line");
+                m_sheet = AddRepeatable("--sheet", "NAME", "Open a sheet; what follows belongs to it");
+                m_front = AddRepeatable("--front", "INK=FILE", "A separation of the sheet's front");
+                m_back = AddRepeatable("--back", "INK=FILE", "A separation of the sheet's back");
+                m_parameter = AddRepeatable(
+                    "--param", "KEY=VALUE", "An entry of the sheet's section; the value is PostScript text");
+                m_compression =
+                    Add("--compression", "WORD",
+                        std::string("Compression of the previews: ") + CompressionWords + " (default: runlength)");
+                m_encoding =
+                    Add("--encoding", "WORD",
+                        std::string("Encoding of the previews: ") + EncodingWords + " (default: ascii85)");
+                m_mixedSizes = m_app.add_flag("--mixed-sizes", "Let separations of a sheet differ in size");
+                m_verbose = m_app.add_flag("--verbose", "Say a line per sheet and surface on standard error");
+            }
+
+            /// Gives the text that --help or --version asks for, if one of them is there.
+            std::string Parse(int argc, const char* const* argv)
+            {
+                try
+                {
+                    m_app.parse(ReversedArguments(argc, argv));
+                }
+                catch (const CLI::CallForHelp&)
+                {
+                    return m_app.help();
+                }
+                catch (const CLI::CallForVersion& version)
+                {
+                    return std::string(version.what()) + '\n';
+                }
+                catch (const CLI::ParseError& error)
+                {
+                    throw UsageError(error.what());
+                }
+                return {};
+            }
+
+            CommandLine Result() const
+            {
+                CommandLine line;
+                line.output = ResultOf(m_output);
+                if (line.output.empty())
+                    throw UsageError("no output: name the file to write with -o");
+                line.compression = ChoiceOf(m_compression, &CompressionOfWord, CompressionWords);
+                line.encoding = ChoiceOf(m_encoding, &EncodingOfWord, EncodingWords);
+                line.mixedSizes = !m_mixedSizes->empty();
+                line.verbose = !m_verbose->empty();
+
+                const bool hasJob =
+                    !(m_jobName->empty() && m_sheet->empty() && m_front->empty() && m_back->empty() &&
+                      m_parameter->empty());
+                line.jobFile = ResultOf(m_jobFile);
+                if (hasJob && !m_jobFile->empty())
+                    throw UsageError(
+                        "both a job file, " + Quoted(line.jobFile) +
+                        ", and a job on the command line: one of them is wanted");
+                if (!hasJob && line.jobFile.empty())
+                    throw UsageError("no job: name a job file, or open a sheet with --sheet");
+                if (hasJob)
+                    line.job = JobInOrder();
+                return line;
+            }
+
+        private:
+            CLI::Option* Add(const char* name, const char* form, const std::string& description)
+            {
+                return m_app.add_option(name, description)->type_name(form);
+            }
+
+            CLI::Option* AddRepeatable(const char* name, const char* form, const std::string& description)
+            {
+                return Add(name, form, description)->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+            }
+
+            /// The job that the options make in their order on the command line.
+            Job JobInOrder() const
+            {
+                JobBuilder builder(ResultOf(m_jobName), CurrentFolder());
+                std::map<const CLI::Option*, std::size_t> taken;
+                for (const CLI::Option* const option : m_app.parse_order())
+                {
+                    // An option stands here as often as it was given.
+                    const std::string& value = option->results().at(taken[option]++);
+                    if (option == m_sheet)
+                        builder.OpenSheet(value);
+                    else if (option == m_front)
+                        builder.AddFront(value);
+                    else if (option == m_back)
+                        builder.AddBack(value);
+                    else if (option == m_parameter)
+                        builder.AddParameter(value);
+                }
+                Job job = builder.Take();
+                CheckJob(job);
+                return job;
+            }
+
+            CLI::App m_app;
+            const CLI::Option* m_jobFile;
+            const CLI::Option* m_output;
+            const CLI::Option* m_jobName;
+            const CLI::Option* m_sheet;
+            const CLI::Option* m_front;
+            const CLI::Option* m_back;
+            const CLI::Option* m_parameter;
+            const CLI::Option* m_compression;
+            const CLI::Option* m_encoding;
+            const CLI::Option* m_mixedSizes;
+            const CLI::Option* m_verbose;
+        };
     }
 
     CommandLine ParseCommandLine(int argc, const char* const* argv)
     {
+        Options options;
+        std::string answer = options.Parse(argc, argv);
+        if (answer.empty())
+            return options.Result();
         CommandLine line;
-        CLI::App app(Description, "tiff2ppf");
-        app.formatter(std::make_shared<HelpFormatter>());
-        app.footer(Footer);
-        app.set_help_flag("-h,--help", "Print this text and end");
-        app.set_version_flag("--version", "tiff2ppf " TIFF2PPF_VERSION, "Print the version and end");
-
-        const auto* const jobFile = AddValue(app, "JOB.json", "", "The job file, - for standard input");
-        const auto* const output = AddValue(app, "-o", "OUT.ppf", "The file to write; missing folders are made");
-        const auto* const jobName = AddValue(app, "--job", "NAME", "Name of a job on the command line");
-        const auto* const sheet = AddRepeatable(app, "--sheet", "NAME", "Open a sheet; what follows belongs to it");
-        const auto* const front = AddRepeatable(app, "--front", "INK=FILE", "A separation of the sheet's front");
-        const auto* const back = AddRepeatable(app, "--back", "INK=FILE", "A separation of the sheet's back");
-        const auto* const parameter =
-            AddRepeatable(app, "--param", "KEY=VALUE", "An entry of the sheet's section; the value is PostScript text");
-        const auto* const compression = AddValue(
-            app, "--compression", "WORD",
-            std::string("Compression of the previews: ") + CompressionWords + " (default: runlength)");
-        const auto* const encoding = AddValue(
-            app, "--encoding", "WORD",
-            std::string("Encoding of the previews: ") + EncodingWords + " (default: ascii85)");
-        app.add_flag("--mixed-sizes", line.mixedSizes, "Let separations of a sheet differ in size");
-        app.add_flag("--verbose", line.verbose, "Say a line per sheet and surface on standard error");
-
-        try
-        {
-            app.parse(ReversedArguments(argc, argv));
-        }
-        catch (const CLI::CallForHelp&)
-        {
-            line.answer = app.help();
-            return line;
-        }
-        catch (const CLI::CallForVersion& version)
-        {
-            line.answer = std::string(version.what()) + '\n';
-            return line;
-        }
-        catch (const CLI::ParseError& error)
-        {
-            throw UsageError(error.what());
-        }
-
-        line.output = ResultOf(*output);
-        if (line.output.empty())
-            throw UsageError("no output: name the file to write with -o");
-        line.compression = ChoiceOf(*compression, &CompressionOfWord, CompressionWords);
-        line.encoding = ChoiceOf(*encoding, &EncodingOfWord, EncodingWords);
-
-        // The parser's list names an option once for each time it was given.
-        JobBuilder builder(ResultOf(*jobName));
-        std::map<const CLI::Option*, std::size_t> taken;
-        bool isJobOnCommandLine = !jobName->empty();
-        for (const CLI::Option* const option : app.parse_order())
-        {
-            const std::string& value = option->results().at(taken[option]++);
-            const bool isOfJob = option == sheet || option == front || option == back || option == parameter;
-            isJobOnCommandLine = isJobOnCommandLine || isOfJob;
-            if (option == sheet)
-                builder.OpenSheet(value);
-            else if (option == front)
-                builder.AddFront(value);
-            else if (option == back)
-                builder.AddBack(value);
-            else if (option == parameter)
-                builder.AddParameter(value);
-        }
-
-        if (jobFile->empty() && !isJobOnCommandLine)
-            throw UsageError("no job: name a job file, or open a sheet with --sheet");
-        if (!jobFile->empty() && isJobOnCommandLine)
-            throw UsageError(
-                "both a job file, " + Quoted(ResultOf(*jobFile)) +
-                ", and a job on the command line: one of them is wanted");
-        if (isJobOnCommandLine)
-        {
-            line.job = builder.Take();
-            CheckJob(line.job);
-        }
-        else
-        {
-            line.jobFile = ResultOf(*jobFile);
-            if (line.jobFile.empty())
-                throw UsageError("the name of the job file is empty");
-        }
+        line.answer = std::move(answer);
         return line;
     }
 }

@@ -105,7 +105,7 @@ namespace
             {{"-o", "x"}, "no job"},
             {{"job.json", "-o", ""}, "no output"},
             {{"job.json", "-o"}, "-o: 1 required"},
-            {{"", "-o", "x"}, "the name of the job file is empty"},
+            {{"", "-o", "x"}, "no job"},
             {{"a.json", "b.json", "-o", "x"}, "b.json"},
             {{"a.json", "-o", "x", "-o", "y"}, "-o: At Most 1"},
             {{"a.json", "-o", "x", "--turbo"}, "--turbo"},

@@ -1,0 +1,34 @@
+// A job as the command line spells it, option by option: what follows a sheet belongs to it, so that the order counts.
+#pragma once
+
+#include "Job.h"
+
+#include <string>
+
+namespace Tiff2Ppf
+{
+    /// Calls: (OpenSheet (AddFront | AddBack | AddParameter)*)* Take
+    /// All but Take throw UsageError with the option's name.
+    class JobBuilder
+    {
+    public:
+        /// Relative file names are going to stand relative to `folder`, absolute.
+        JobBuilder(const std::string& jobName, const std::string& folder);
+
+        void OpenSheet(const std::string& name);
+        void AddFront(const std::string& inkAndFile);      ///< INK=FILE, split at the first '='
+        void AddBack(const std::string& inkAndFile);       ///< the same
+        void AddParameter(const std::string& keyAndValue); ///< KEY=VALUE, likewise
+
+        /// The job, not checked as a whole: see CheckJob.
+        Job Take();
+
+    private:
+        Sheet& SheetFor(const std::string& option);
+        Separation SeparationOf(const std::string& option, const std::string& inkAndFile) const;
+
+        std::string m_jobName;
+        std::string m_folder;
+        Job m_job;
+    };
+}
