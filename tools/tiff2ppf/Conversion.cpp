@@ -27,12 +27,15 @@ namespace Tiff2Ppf
         /// A run shorter than this needs no progress.
         constexpr std::chrono::milliseconds ProgressDelay(1000);
 
-        void CheckOutputIsNoInput(const Job& job, const std::string& output)
+        void CheckOutputIsNoInput(const Job& job, const ConversionSettings& settings)
         {
-            std::error_code problem;
+            std::error_code none;
+            if (fs::equivalent(settings.output, settings.jobFile, none))
+                throw UsageError(settings.output + ": the output would replace the job file");
             for (const SeparationPlace& place : PlacesOf(job))
-                if (fs::equivalent(output, place.separation->file, problem))
-                    throw UsageError(output + ": the output would replace the file of " + PlaceForPerson(job, place));
+                if (fs::equivalent(settings.output, place.separation->file, none))
+                    throw UsageError(
+                        settings.output + ": the output would replace the file of " + PlaceForPerson(job, place));
         }
 
         std::uint64_t BytesOfSeparations(const Job& job)
@@ -80,8 +83,8 @@ namespace Tiff2Ppf
         /// The library's words and, behind them, what they leave open.
         [[noreturn]] void FailAs(const LibraryFailure& failure, const Job& job, const Output& output)
         {
-            // From the first byte on the library's failures are about the separations; before, no file is there yet.
-            if (output.Work().Exists())
+            // Once the library has made its file, its failures are about the separations.
+            if (output.Work().Exists() && failure.what() != std::string(CouldNotOpen))
                 throw ConversionError(failure.what() + (": " + CauseInSeparations(job)));
             const std::string obstacle = output.ObstacleToWriting();
             throw ConversionError(failure.what() + (": " + output.Name()) + (obstacle.empty() ? "" : ": " + obstacle));
@@ -101,7 +104,7 @@ namespace Tiff2Ppf
 
     void Convert(const Job& job, const ConversionSettings& settings, std::ostream& messages)
     {
-        CheckOutputIsNoInput(job, settings.output);
+        CheckOutputIsNoInput(job, settings);
         if (!settings.mixedSizes)
             CheckSizes(job);
         if (settings.verbose)

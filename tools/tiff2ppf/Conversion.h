@@ -12,12 +12,13 @@ namespace Tiff2Ppf
     struct ConversionSettings
     {
         std::string output;        ///< absolute path, or "-" for standard output
+        std::string jobFile;       ///< where the job comes from, so that it is not overwritten; may be empty
         bool mixedSizes = false;   ///< separations of a sheet may differ in size
         bool verbose = false;      ///< say a line per sheet and surface
         bool showProgress = false; ///< messages go to a terminal: show there how far a long conversion is
     };
 
-    /// Converts `job`, which CheckJob has passed. Throws UsageError if the output is one of the job's files, and
+    /// Converts `job`, which CheckJob has passed. Throws UsageError if the output is one of the job's own files, and
     /// ConversionError. Nothing half-written is left behind in either case.
     void Convert(const Job& job, const ConversionSettings& settings, std::ostream& messages);
 }

@@ -2,6 +2,8 @@
 
 #include "Paths.h"
 
+#include <tuple>
+
 #include <unistd.h>
 
 namespace Tiff2Ppf
@@ -31,9 +33,12 @@ namespace Tiff2Ppf
     void FileOutput::TakeOverPermissions() const
     {
         const char* const work = m_work.Path().c_str();
-        const bool isSameOwner = chown(work, m_replaced->st_uid, m_replaced->st_gid) == 0;
-        // A group that could not be kept does not get the rights of the one that had them.
-        const mode_t kept = isSameOwner ? S_IRWXU | S_IRWXG | S_IRWXO : S_IRWXU | S_IRWXO;
+        // A group that cannot be kept must not hand its rights to the one that stands in its place.
+        constexpr uid_t sameUser = static_cast<uid_t>(-1);
+        constexpr gid_t sameGroup = static_cast<gid_t>(-1);
+        std::ignore = chown(work, m_replaced->st_uid, sameGroup); // only root can give a file away
+        const bool isGroupKept = chown(work, sameUser, m_replaced->st_gid) == 0;
+        const mode_t kept = S_IRWXU | S_IRWXO | (isGroupKept ? S_IRWXG : 0U);
         if (chmod(work, m_replaced->st_mode & kept) != 0)
             Fail("the permissions cannot be kept");
     }

@@ -5,6 +5,7 @@
 #include <Sheetvane/KX_ECIP3Exception.h>
 #include <Sheetvane/SheetvaneConverter.h>
 #include <kxtypes.h>
+#include <rasteroutput/TarnelException.h>
 
 #include <exception>
 
@@ -83,6 +84,10 @@ namespace Tiff2Ppf
         catch (const KX_EException& failure)
         {
             throw LibraryFailure(failure.KX_Message().c_str());
+        }
+        catch (const Tarnel::Exception& failure)
+        {
+            throw LibraryFailure(failure.what());
         }
         catch (const std::exception& failure)
         {

@@ -30,6 +30,7 @@ namespace
     {
         ConversionSettings settings;
         settings.output = line.output == "-" ? line.output : AbsolutePath(line.output, CurrentFolder());
+        settings.jobFile = line.jobFile;
         settings.mixedSizes = line.mixedSizes;
         settings.verbose = line.verbose;
         settings.showProgress = isatty(STDERR_FILENO) != 0;

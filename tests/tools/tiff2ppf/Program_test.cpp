@@ -58,6 +58,24 @@ namespace
         EXPECT_THAT(m_folder.Read("made/out.ppf"), StartsWith("%!PS-Adobe-3.0\n"));
     }
 
+    TEST_F(ProgramTest, ExampleJobIsConverted)
+    {
+        EXPECT_EQ(Run("tiff2ppf --verbose " EXAMPLE_JOB " -o out.ppf"), 0);
+        EXPECT_EQ(
+            Error(), "sheet 1 \"Brochure cover\", front: 1040 x 720 pixels at 50.8 per inch: Cyan, Magenta, Yellow, "
+                     "Black, Signal Orange\n"
+                     "sheet 1 \"Brochure cover\", back: 1040 x 720 pixels at 50.8 per inch: Cyan, Magenta, Yellow, "
+                     "Black\n"
+                     "sheet 2 \"Order cards\", front: 720 x 520 pixels at 50.8 per inch: Black, Signal Orange\n");
+    }
+
+    TEST_F(ProgramTest, JobFileIsNotOverwritten)
+    {
+        const std::string before = m_jobs.Read("job.json");
+        EXPECT_EQ(Run("tiff2ppf $job -o $job"), 2);
+        EXPECT_EQ(m_jobs.Read("job.json"), before);
+    }
+
     TEST_F(ProgramTest, StatusTellsFailureFromMisuse)
     {
         EXPECT_EQ(Run("tiff2ppf --job J --sheet S --front K=none.tif -o out.ppf"), 1);
