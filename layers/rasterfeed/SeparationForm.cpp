@@ -24,15 +24,23 @@ namespace
         const char* name;
     };
 
+    /// The name alone; empty if there is none.
     template <std::size_t count>
-    std::string NameOf(std::uint32_t number, const Name (&names)[count])
+    std::string PlainName(std::uint32_t number, const Name (&names)[count])
     {
         for (const Name& entry : names)
         {
             if (entry.number == number)
-                return std::to_string(number) + " (" + entry.name + ")";
+                return entry.name;
         }
-        return std::to_string(number);
+        return "";
+    }
+
+    template <std::size_t count>
+    std::string NameOf(std::uint32_t number, const Name (&names)[count])
+    {
+        const std::string name = PlainName(number, names);
+        return std::to_string(number) + (name.empty() ? "" : " (" + name + ")");
     }
 
     constexpr Name photometricNames[] = {
@@ -101,9 +109,10 @@ namespace
         const auto& photometric = file.Facts().photometric;
         if (samples != 1)
         {
+            const std::string name = photometric ? PlainName(*photometric, photometricNames) : "";
             throw Refusal(
-                std::to_string(samples) + " samples per pixel (photometric " +
-                (photometric ? NameOf(*photometric, photometricNames) : "unknown") + "); a separation has one");
+                std::to_string(samples) + " samples per pixel" + (name.empty() ? "" : " (" + name + ")") +
+                "; a separation has one");
         }
         if (!photometric)
             throw Refusal(
