@@ -34,9 +34,26 @@ namespace RasterOutput::Kernels
         /// For all x below 2^32: x / PairBase == (x * PairReciprocal) >> (32 + PairShift).
         constexpr std::uint32_t PairReciprocal = 2434904643U;
         constexpr int PairShift = 12;
+        /// For all x below 2^32 / PairBase, the float 128 + x / PairBase, made with this for 128, has the whole quotient in
+        /// the bits above its lowest QuotientShift. The offset's 4 units of 2^-16 are more than the rounding of product
+        /// and sum, and less than 1 / PairBase.
+        constexpr float QuotientOffset = 128.0f + 4.0f / 65536;
+        constexpr int QuotientShift = 16;
+        constexpr std::uint32_t QuotientBits = 0x7F;
         /// For all x below PairBase: x / ASCII85Base == (x * DigitReciprocal) >> (16 + DigitShift).
         constexpr std::uint16_t DigitReciprocal = 12337;
         constexpr int DigitShift = 4;
+
+        /// Takes the bytes of each 32-bit lane in reverse order.
+        constexpr std::array<unsigned char, 16> ReversedLanes = {3, 2, 1, 0, 7, 6, 5, 4, 11, 10, 9, 8, 15, 14, 13, 12};
+
+        /// `value`, which the compiler is kept from knowing: it would make known constants anew in every round of a loop.
+        template <class T>
+        T Opaque(T value)
+        {
+            const volatile T hidden = value;
+            return hidden;
+        }
 
         /// Groups of a 128-bit block, and the characters that they become at most.
         constexpr std::size_t BlockGroups = 4;
@@ -117,66 +134,86 @@ namespace RasterOutput::Kernels
         template <class V>
         struct Digits
         {
-            /// The leading digit in each lane's lowest byte, zeros above; 'z' in its place for a group of zeros.
+            /// The leading digit in each lane's lowest byte; above it, anything.
             V leading;
             /// The other four digits of each lane's group, in their order in memory.
             V others;
         };
 
-        /// Groups as they stand in memory, turned into their numbers.
-        template <class D, class V = hn::Vec<D>>
-        HWY_INLINE V NumbersFromBytes(D tag, V bytes)
+        /// Turns vectors of groups into digits. Holds the constants that this takes, so that they stay in registers.
+        template <class D>
+        class DigitMaker
         {
-            alignas(16) static constexpr unsigned char reversed[16] = {3,  2,  1, 0, 7,  6,  5,  4,
-                                                                       11, 10, 9, 8, 15, 14, 13, 12};
-            const hn::Repartition<unsigned char, D> byteTag;
-            return hn::BitCast(
-                tag, hn::TableLookupBytes(hn::BitCast(byteTag, bytes), hn::LoadDup128(byteTag, reversed)));
-        }
+        public:
+            using V = hn::Vec<D>;
 
-        template <class D, class V = hn::Vec<D>, class M = hn::Mask<D>>
-        HWY_INLINE Digits<V> DigitsOf(D tag, V numbers, M zero)
-        {
-            const hn::Repartition<std::uint64_t, D> productTag;
-            const hn::Repartition<std::uint16_t, D> pairTag;
-            const hn::RebindToFloat<D> floatTag;
-            const hn::RebindToSigned<D> signedTag;
+            // Written out, because one that the compiler adds would not be compiled for this target.
+            HWY_INLINE DigitMaker() {}
 
-            // High halves of the products with the reciprocal, of the even lanes and of the odd ones.
-            const auto reciprocal = hn::Set(tag, PairReciprocal);
-            const auto even = hn::MulEven(numbers, reciprocal);
-            const auto oddNumbers = hn::BitCast(tag, hn::ShiftRight<32>(hn::BitCast(productTag, numbers)));
-            const auto odd = hn::MulEven(oddNumbers, reciprocal);
-            const auto products = hn::OddEven(hn::BitCast(tag, odd), hn::BitCast(tag, hn::ShiftRight<32>(even)));
-            const V upper = hn::ShiftRight<PairShift>(products);
-
-            // The quotient is below 2^20, so a float holds it; half a unit in front keeps the rounding from mattering.
-            const auto scale = hn::Set(floatTag, 1.0f / PairBase);
-            const auto half = hn::Set(floatTag, 0.5f / PairBase);
-            const auto upperFloat = hn::ConvertTo(floatTag, hn::BitCast(signedTag, upper));
-            const V leading = hn::BitCast(tag, hn::ConvertTo(signedTag, hn::MulAdd(upperFloat, scale, half)));
-
-            // Remainders are below 2^16, so that 16 bits of each product suffice.
-            const auto pairBase = hn::Set(pairTag, static_cast<std::uint16_t>(PairBase));
-            const auto remainder = [&](V dividend, V quotient)
+            /// The digits of groups as they stand in memory.
+            HWY_INLINE Digits<V> operator()(V groups) const
             {
-                return hn::BitCast(
-                    tag, hn::Sub(hn::BitCast(pairTag, dividend), hn::Mul(hn::BitCast(pairTag, quotient), pairBase)));
-            };
-            const auto firstPair = hn::BitCast(pairTag, remainder(upper, leading));
-            const auto secondPair = hn::BitCast(pairTag, hn::ShiftLeft<16>(remainder(numbers, upper)));
-            const auto pairs = hn::OddEven(secondPair, firstPair);
+                const V numbers = hn::BitCast(Lanes(), hn::TableLookupBytes(hn::BitCast(Bytes(), groups), reversed));
+                const V upper = UpperDigits(numbers);
+                const V leading = LeadingDigit(upper);
+                // Remainders are below 2^16, so that 16 bits of each product suffice.
+                const auto firstPair = hn::Sub(Pairs16(upper), hn::Mul(Pairs16(leading), pairBase));
+                const auto secondPair = hn::Sub(Pairs16(numbers), hn::Mul(Pairs16(upper), pairBase));
+                const auto pairs = hn::OddEven(Pairs16(hn::ShiftLeft<16>(hn::BitCast(Lanes(), secondPair))), firstPair);
 
-            // A pair p = 85 * t + u becomes the bytes t, u: t + 256 * u = 256 * p - (256 * 85 - 1) * t.
-            const auto tens = hn::ShiftRight<DigitShift>(hn::MulHigh(pairs, hn::Set(pairTag, DigitReciprocal)));
-            const auto both = hn::Sub(
-                hn::ShiftLeft<8>(pairs),
-                hn::Mul(tens, hn::Set(pairTag, static_cast<std::uint16_t>(256 * ASCII85Base - 1))));
+                // A pair p = 85 * t + u becomes the bytes t, u: t + 256 * u = 256 * p - (256 * 85 - 1) * t.
+                const auto tens = hn::ShiftRight<DigitShift>(hn::MulHigh(pairs, digitReciprocal));
+                const auto both = hn::Sub(hn::ShiftLeft<8>(pairs), hn::Mul(tens, tensToBytes));
+                return {hn::Add(leading, zeroDigits), hn::Add(hn::BitCast(Lanes(), both), zeroDigits)};
+            }
 
-            const V others = hn::Add(hn::BitCast(tag, both), hn::Set(tag, Zero * 0x01010101U));
-            const V leadingCharacter = hn::Add(leading, hn::Set(tag, std::uint32_t{Zero}));
-            return {hn::IfThenElse(zero, hn::Set(tag, std::uint32_t{ZeroGroup}), leadingCharacter), others};
-        }
+            /// The same with 'z' for the leading digit of the groups in `zero`.
+            HWY_INLINE Digits<V> WithZeros(V groups, hn::Mask<D> zero) const
+            {
+                const Digits<V> digits = (*this)(groups);
+                return {
+                    hn::IfThenElse(zero, hn::Set(Lanes(), std::uint32_t{ZeroGroup}), digits.leading), digits.others};
+            }
+
+        private:
+            using Lanes = D;
+            using Bytes = hn::Repartition<unsigned char, D>;
+            using Halves = hn::Repartition<std::uint16_t, D>;
+            using Products = hn::Repartition<std::uint64_t, D>;
+            using Floats = hn::RebindToFloat<D>;
+            using Signed = hn::RebindToSigned<D>;
+
+            static HWY_INLINE hn::Vec<Halves> Pairs16(V lanes) { return hn::BitCast(Halves(), lanes); }
+
+            /// number / PairBase: the high halves of the products with the reciprocal, of even and odd lanes.
+            HWY_INLINE V UpperDigits(V numbers) const
+            {
+                const auto even = hn::MulEven(numbers, pairReciprocal);
+                const auto oddNumbers = hn::ShiftRight<32>(hn::BitCast(Products(), numbers));
+                const auto odd = hn::MulEven(hn::BitCast(Lanes(), oddNumbers), pairReciprocal);
+                const auto evenHigh = hn::ShiftRight<32>(even);
+                return hn::ShiftRight<PairShift>(hn::BitCast(Lanes(), hn::Or(evenHigh, hn::And(odd, highHalf))));
+            }
+
+            /// upper / PairBase, which is below 128: in the highest bits of a mantissa, when 128 is added.
+            HWY_INLINE V LeadingDigit(V upper) const
+            {
+                const auto upperFloat = hn::ConvertTo(Floats(), hn::BitCast(Signed(), upper));
+                const auto quotient = hn::MulAdd(upperFloat, pairScale, quotientOffset);
+                return hn::And(hn::ShiftRight<QuotientShift>(hn::BitCast(Lanes(), quotient)), quotientBits);
+            }
+
+            hn::Vec<Bytes> reversed = hn::LoadDup128(Bytes(), ReversedLanes.data());
+            V pairReciprocal = hn::Set(Lanes(), Opaque(PairReciprocal));
+            hn::Vec<Products> highHalf = hn::Set(Products(), Opaque(std::uint64_t{0xFFFFFFFF00000000U}));
+            hn::Vec<Floats> pairScale = hn::Set(Floats(), Opaque(1.0f / PairBase));
+            hn::Vec<Floats> quotientOffset = hn::Set(Floats(), Opaque(QuotientOffset));
+            V quotientBits = hn::Set(Lanes(), Opaque(QuotientBits));
+            hn::Vec<Halves> pairBase = hn::Set(Halves(), Opaque(static_cast<std::uint16_t>(PairBase)));
+            hn::Vec<Halves> digitReciprocal = hn::Set(Halves(), Opaque(DigitReciprocal));
+            hn::Vec<Halves> tensToBytes = hn::Set(Halves(), Opaque(static_cast<std::uint16_t>(256 * ASCII85Base - 1)));
+            V zeroDigits = hn::Set(Lanes(), Opaque(Zero * 0x01010101U));
+        };
 
 #endif
 #if HWY_TARGET <= HWY_AVX3_DL
@@ -195,48 +232,65 @@ namespace RasterOutput::Kernels
             return output + count;
         }
 
+        /// The characters of up to sixteen groups on their way into memory.
+        class WideStore
+        {
+        public:
+            using V = hn::Vec512<std::uint32_t>;
+
+            HWY_INLINE WideStore() {}
+
+            /// Sixteen groups none of which is zero.
+            HWY_INLINE unsigned char* All(Digits<V> digits, unsigned char* output) const
+            {
+                _mm512_storeu_si512(output, _mm512_permutex2var_epi8(digits.others.raw, first, digits.leading.raw));
+                const __m512i rest = _mm512_permutex2var_epi8(digits.others.raw, last, digits.leading.raw);
+                _mm_storeu_si128(reinterpret_cast<__m128i*>(output + 64), _mm512_castsi512_si128(rest));
+                return output + WideCharacters;
+            }
+
+            /// The first `groups` groups, of which those in `zeros` are zero.
+            HWY_INLINE unsigned char*
+            Some(Digits<V> digits, std::size_t groups, std::uint32_t zeros, unsigned char* output) const
+            {
+                const std::size_t firstGroups = groups < WideGroups / 2 ? groups : WideGroups / 2;
+                output = StoreWithoutZeros(
+                    _mm512_permutex2var_epi8(digits.others.raw, first, digits.leading.raw), firstGroups, zeros, output);
+                return StoreWithoutZeros(
+                    _mm512_permutex2var_epi8(digits.others.raw, secondHalf, digits.leading.raw), groups - firstGroups,
+                    zeros >> WideGroups / 2, output);
+            }
+
+        private:
+            __m512i first = _mm512_loadu_si512(WideIndices.data());
+            __m512i secondHalf = _mm512_loadu_si512(WideIndices.data() + WideCharacters / 2);
+            __m512i last = _mm512_loadu_si512(WideIndices.data() + 64);
+        };
+
         unsigned char* EncodeASCII85(const unsigned char* input, std::size_t groups, unsigned char* output)
         {
-            const hn::FixedTag<std::uint32_t, WideGroups> tag;
-            const __m512i firstIndices = _mm512_loadu_si512(WideIndices.data());
-            const __m512i lastIndices = _mm512_loadu_si512(WideIndices.data() + 64);
-            const __m512i secondHalfIndices = _mm512_loadu_si512(WideIndices.data() + WideCharacters / 2);
-
-            while (groups != 0)
+            const DigitMaker<hn::FixedTag<std::uint32_t, WideGroups>> makeDigits;
+            const WideStore store;
+            constexpr std::uint32_t allZeros = (1U << WideGroups) - 1;
+            for (; groups >= WideGroups; groups -= WideGroups, input += WideGroups * ASCII85GroupSize)
             {
-                const std::size_t count = groups < WideGroups ? groups : WideGroups;
-                const auto valid = static_cast<__mmask16>((1U << count) - 1U);
-                const __m512i bytes = _mm512_maskz_loadu_epi32(valid, input);
-                const std::uint32_t zeros = _mm512_mask_testn_epi32_mask(valid, bytes, bytes);
-                input += count * ASCII85GroupSize;
-                groups -= count;
-                if (zeros == 0xFFFF)
+                const __m512i bytes = _mm512_loadu_si512(input);
+                const __mmask16 zeros = _mm512_testn_epi32_mask(bytes, bytes);
+                if (zeros == allZeros)
                 {
                     std::memset(output, ZeroGroup, WideGroups);
                     output += WideGroups;
                     continue;
                 }
-                const auto digits = DigitsOf(
-                    tag, NumbersFromBytes(tag, hn::Vec<decltype(tag)>{bytes}),
-                    hn::Mask512<std::uint32_t>{static_cast<__mmask16>(zeros)});
-                if (zeros == 0 && count == WideGroups)
-                {
-                    _mm512_storeu_si512(
-                        output, _mm512_permutex2var_epi8(digits.others.raw, firstIndices, digits.leading.raw));
-                    _mm_storeu_si128(
-                        reinterpret_cast<__m128i*>(output + 64),
-                        _mm512_castsi512_si128(
-                            _mm512_permutex2var_epi8(digits.others.raw, lastIndices, digits.leading.raw)));
-                    output += WideCharacters;
-                    continue;
-                }
-                const std::size_t firstCount = count < WideGroups / 2 ? count : WideGroups / 2;
-                output = StoreWithoutZeros(
-                    _mm512_permutex2var_epi8(digits.others.raw, firstIndices, digits.leading.raw), firstCount, zeros,
-                    output);
-                output = StoreWithoutZeros(
-                    _mm512_permutex2var_epi8(digits.others.raw, secondHalfIndices, digits.leading.raw),
-                    count - firstCount, zeros >> WideGroups / 2, output);
+                output = zeros == 0 ? store.All(makeDigits({bytes}), output)
+                                    : store.Some(makeDigits.WithZeros({bytes}, {zeros}), WideGroups, zeros, output);
+            }
+            if (groups != 0)
+            {
+                const auto valid = static_cast<__mmask16>((1U << groups) - 1);
+                const __m512i bytes = _mm512_maskz_loadu_epi32(valid, input);
+                const __mmask16 zeros = _mm512_testn_epi32_mask(bytes, bytes);
+                output = store.Some(makeDigits.WithZeros({bytes}, {zeros}), groups, zeros, output);
             }
             return output;
         }
@@ -244,37 +298,78 @@ namespace RasterOutput::Kernels
 #else
 #if HWY_TARGET != HWY_SCALAR
 
-        /// Writes the characters of a vector of groups, block by block. `zeros` has a bit per group that is zero.
-        template <class D, class V = hn::Vec<D>>
-        HWY_INLINE unsigned char* StoreBlocks(D tag, Digits<V> digits, std::size_t zeros, unsigned char* output)
+        /// Calls `step` on a vector's 128-bit blocks in turn, on each with the digits of its groups and their bits in
+        /// `zeros`, and with the result of the call before.
+        template <class D, class Step, class V = hn::Vec<D>>
+        HWY_INLINE unsigned char*
+        ForEachBlock(D tag, Digits<V> digits, std::size_t zeros, unsigned char* output, Step step)
         {
-            if constexpr (HWY_MAX_BYTES > 16 && hn::MaxLanes(tag) > BlockGroups)
+            if constexpr (hn::MaxLanes(tag) > BlockGroups)
             {
-                const hn::Half<D> halfTag;
-                constexpr std::size_t halfGroups = hn::MaxLanes(halfTag);
-                using HalfDigits = Digits<hn::Vec<decltype(halfTag)>>;
-                output = StoreBlocks(
-                    halfTag, HalfDigits{hn::LowerHalf(halfTag, digits.leading), hn::LowerHalf(halfTag, digits.others)},
-                    zeros & ((std::size_t{1} << halfGroups) - 1), output);
-                return StoreBlocks(
-                    halfTag, HalfDigits{hn::UpperHalf(halfTag, digits.leading), hn::UpperHalf(halfTag, digits.others)},
-                    zeros >> halfGroups, output);
+                const hn::Half<D> half;
+                using HalfDigits = Digits<hn::Vec<decltype(half)>>;
+                constexpr std::size_t groups = hn::MaxLanes(half);
+                const HalfDigits lower{hn::LowerHalf(half, digits.leading), hn::LowerHalf(half, digits.others)};
+                const HalfDigits upper{hn::UpperHalf(half, digits.leading), hn::UpperHalf(half, digits.others)};
+                output = ForEachBlock(half, lower, zeros & ((std::size_t{1} << groups) - 1), output, step);
+                return ForEachBlock(half, upper, zeros >> groups, output, step);
             }
             else
             {
-                const hn::Repartition<unsigned char, D> byteTag;
-                const auto leading = hn::BitCast(byteTag, digits.leading);
-                const auto others = hn::BitCast(byteTag, digits.others);
-                const BlockShuffle& shuffle = BlockShuffles[zeros];
-                const auto first = hn::Or(
-                    hn::TableLookupBytesOr0(leading, hn::LoadU(byteTag, shuffle.leading.data())),
-                    hn::TableLookupBytesOr0(others, hn::LoadU(byteTag, shuffle.others.data())));
-                // Puts the last group's digits behind the place of the first 16 characters, which come on top.
-                hn::StoreU(others, byteTag, output + BlockCharacters - 16);
-                hn::StoreU(first, byteTag, output);
-                return output + BlockCharacters - (ASCII85DigitCount - 1) * hwy::PopCount(std::uint64_t{zeros});
+                return step(digits, zeros, output);
             }
         }
+
+        /// The characters of vectors of groups on their way into memory, 20 at most to a block: the last group's digits
+        /// 1 to 4 are put behind the place of the first 16 characters, which come on top.
+        template <class D>
+        class BlockStore
+        {
+        public:
+            using V = hn::Vec<D>;
+
+            HWY_INLINE BlockStore() {}
+
+            /// A vector of groups none of which is zero.
+            HWY_INLINE unsigned char* All(Digits<V> digits, unsigned char* output) const
+            {
+                const auto first = hn::Or(
+                    hn::TableLookupBytesOr0(hn::BitCast(Bytes(), digits.leading), leadingPlaces),
+                    hn::TableLookupBytesOr0(hn::BitCast(Bytes(), digits.others), otherPlaces));
+                const auto put = [](auto block, std::size_t, unsigned char* place)
+                {
+                    hn::StoreU(hn::BitCast(Block(), block.others), Block(), place + BlockCharacters - 16);
+                    hn::StoreU(hn::BitCast(Block(), block.leading), Block(), place);
+                    return place + BlockCharacters;
+                };
+                return ForEachBlock(D(), Digits<V>{hn::BitCast(D(), first), digits.others}, 0, output, put);
+            }
+
+            /// A vector of groups, of which those in `zeros` are zero.
+            HWY_INLINE unsigned char* Some(Digits<V> digits, std::size_t zeros, unsigned char* output) const
+            {
+                const auto put = [](auto block, std::size_t blockZeros, unsigned char* place)
+                {
+                    const BlockShuffle& shuffle = BlockShuffles[blockZeros];
+                    const auto others = hn::BitCast(Block(), block.others);
+                    const auto first = hn::Or(
+                        hn::TableLookupBytesOr0(
+                            hn::BitCast(Block(), block.leading), hn::LoadU(Block(), shuffle.leading.data())),
+                        hn::TableLookupBytesOr0(others, hn::LoadU(Block(), shuffle.others.data())));
+                    hn::StoreU(others, Block(), place + BlockCharacters - 16);
+                    hn::StoreU(first, Block(), place);
+                    return place + BlockCharacters - (ASCII85DigitCount - 1) * hwy::PopCount(std::uint64_t{blockZeros});
+                };
+                return ForEachBlock(D(), digits, zeros, output, put);
+            }
+
+        private:
+            using Bytes = hn::Repartition<unsigned char, D>;
+            using Block = hn::FixedTag<unsigned char, 16>;
+
+            hn::Vec<Bytes> leadingPlaces = hn::LoadDup128(Bytes(), BlockShuffles[0].leading.data());
+            hn::Vec<Bytes> otherPlaces = hn::LoadDup128(Bytes(), BlockShuffles[0].others.data());
+        };
 
         /// Encodes whole vectors of groups; moves `input` and `groups` past them.
         template <class D>
@@ -284,6 +379,8 @@ namespace RasterOutput::Kernels
             const hn::Repartition<unsigned char, D> byteTag;
             constexpr std::size_t lanes = hn::MaxLanes(tag);
             constexpr std::size_t allZeros = (std::size_t{1} << lanes) - 1;
+            const DigitMaker<D> makeDigits;
+            const BlockStore<D> store;
             for (; groups >= lanes; groups -= lanes)
             {
                 const auto bytes = hn::BitCast(tag, hn::LoadU(byteTag, input));
@@ -299,7 +396,8 @@ namespace RasterOutput::Kernels
                 }
                 else
                 {
-                    output = StoreBlocks(tag, DigitsOf(tag, NumbersFromBytes(tag, bytes), zero), zeros, output);
+                    output = zeros == 0 ? store.All(makeDigits(bytes), output)
+                                        : store.Some(makeDigits.WithZeros(bytes, zero), zeros, output);
                 }
             }
             return output;
