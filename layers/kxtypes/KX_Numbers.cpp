@@ -4,6 +4,7 @@
 
 #include <kxtypes.h>
 
+// NOLINTBEGIN(bugprone-macro-parentheses): the arguments are types
 #define KX_DEFINE_NUMBER_CLASS(Class, Number)                                                                          \
     Class::Class(Number value)                                                                                         \
         : m_value(value)                                                                                               \
@@ -40,3 +41,4 @@ KX_DEFINE_NUMBER_CLASS(KX_TFloat, float)
 KX_DEFINE_NUMBER_CLASS(KX_TInt32, std::int32_t)
 KX_DEFINE_NUMBER_CLASS(KX_TUInt32, std::uint32_t)
 KX_DEFINE_NUMBER_CLASS(KX_TBool, bool)
+// NOLINTEND(bugprone-macro-parentheses)

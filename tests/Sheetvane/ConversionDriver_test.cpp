@@ -14,6 +14,7 @@
 #include <filesystem>
 
 using namespace SheetvaneTest;
+using namespace std::string_literals;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
@@ -29,7 +30,7 @@ namespace
         ConversionDriver()
         {
             fake = FakeReader();
-            fake.separations["k.tif"] = {2, 4, 2, 4, {std::string(4, '\0'), std::string("\xFF\xFF\0\x80", 4)}};
+            fake.separations["k.tif"] = {2, 4, 2, 4, {std::string(4, '\0'), "\xFF\xFF\0\x80"s}};
             job.painterParameters.compression = 0;
             job.painterParameters.encoding = 1;
         }
@@ -204,9 +205,9 @@ TEST_F(ConversionDriver, FailureInsideLeavesAnEmptyFileAndTheJobComplete)
 {
     struct Case
     {
-        const char* remark;
+        const char* remark = nullptr;
         FakeSeparation separation;
-        const char* text;
+        const char* text = nullptr;
     };
     const FakeSeparation good = fake.separations["k.tif"];
     const Case cases[] = {

@@ -12,10 +12,10 @@ struct FileBlockRecord
 
 struct RasterFeedReader
 {
-    RasterFeedCallbacks callbacks;
-    FileBlock block;
+    RasterFeedCallbacks callbacks = {};
+    FileBlock block = nullptr;
     SheetvaneTest::FakeSeparation separation;
-    std::uint32_t nextLine;
+    std::uint32_t nextLine = 0;
 };
 
 namespace SheetvaneTest
@@ -83,6 +83,10 @@ std::int32_t FileBlockFree(FileBlock block)
 RasterFeedHandle RasterFeedInit(const RasterFeedOpenRecord* record)
 {
     FakeReader& fake = FakeReader::Instance();
+    {
+        const OutsideTheCount notOurs;
+        fake.log += "init\n";
+    }
     const auto found = fake.separations.find(record->path);
     if (found == fake.separations.end() || found->second.trouble == Trouble::NullReader)
         return nullptr;

@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 
 using namespace SheetvaneTest;
+using namespace std::string_literals;
 using RasterOutput::CIP3Units;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -95,7 +96,7 @@ TEST_F(ParameterIntake, RequiredNamesAreTakenAndTheUnitBecomesInch)
 TEST_F(ParameterIntake, SecondCallWithFewerNamesLosesTheEarlierOnes)
 {
     Require(0, JobAndSheet("Brochure", "S1"));
-    EXPECT_EQ(Require(0, DictOf({{"CIP3AdmJobName", Text(std::string("Fly\0er", 6))}})), "[nothing]");
+    EXPECT_EQ(Require(0, DictOf({{"CIP3AdmJobName", Text("Fly\0er"s)}})), "[nothing]");
     EXPECT_EQ(sheet.jobName, "Fly");
     EXPECT_EQ(sheet.sheetName, "");
     EXPECT_EQ(Require(0, {}), "[nothing]");
@@ -127,7 +128,7 @@ TEST_F(ParameterIntake, IndexOutOfBoundsChangesNothing)
 TEST_F(ParameterIntake, ValuesAreStoredByTheirExactClass)
 {
     EXPECT_EQ(Stored(Text("(proof)\\")), "(proof)\\");
-    EXPECT_EQ(Stored(Text(std::string("a\0b", 3))), "a");
+    EXPECT_EQ(Stored(Text("a\0b"s)), "a");
     EXPECT_EQ(Stored(KX_TInt32(3)), "3");
     EXPECT_EQ(Stored(KX_TDouble(0.5)), "0.500000");
     EXPECT_EQ(Stored(KX_TBool(true)), "");
@@ -149,7 +150,7 @@ TEST_F(ParameterIntake, ValueAndUnitsAreStoredWithABlankBetween)
 TEST_F(ParameterIntake, OptionalEntriesAreOrderedByBytesAndTheFirstOfEqualKeysStays)
 {
     KX_TDict parameters = DictOf({{"alpha", KX_TInt32(1)}, {"Zeta", KX_TInt32(2)}});
-    parameters.Set(Text(std::string("Zeta\0a", 6)), KX_TInt32(3));
+    parameters.Set(Text("Zeta\0a"s), KX_TInt32(3));
     EXPECT_EQ(Add(0, parameters), "[nothing]");
     EXPECT_THAT(sheet.optionalParameters, ElementsAre(Pair("Zeta", "2"), Pair("alpha", "1")));
     EXPECT_EQ(Add(0, {}), "[nothing]");

@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 
 using namespace SheetvaneTest;
+using namespace std::string_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -46,8 +47,8 @@ TEST_F(SheetIntake, BackAloneIsASheet)
 
 TEST_F(SheetIntake, TextIsCutAtAZeroByteAndMayBeEmpty)
 {
-    const std::string name("Cy\0an", 5);
-    const std::string path("a.tif\0.tif", 10);
+    const std::string name = "Cy\0an"s;
+    const std::string path = "a.tif\0.tif"s;
     EXPECT_EQ(Add(ArrayOf({Text(name), Text("")}), Files({path, "\xFF"})), "[nothing]");
     EXPECT_THAT(sheets[0].frontSeparationNames, ElementsAre("Cy", ""));
     EXPECT_THAT(sheets[0].frontFilePaths, ElementsAre("a.tif", "\xFF"));

@@ -15,6 +15,7 @@
 #include <memory>
 
 using namespace SheetvaneTest;
+using namespace std::string_literals;
 using Sheetvane::SheetvaneConverter;
 using testing::HasSubstr;
 
@@ -23,7 +24,7 @@ namespace
     class Converter : public testing::Test
     {
     protected:
-        Converter() { WriteTiff(black, {std::string(4, '\0'), std::string("\xFF\xFF\0\x80", 4)}, 2); }
+        Converter() { WriteTiff(black, {std::string(4, '\0'), "\xFF\xFF\0\x80"s}, 2); }
 
         /// Two sheets, the first with a front, the second with a back, of one separation each.
         void AddTwoSheets()
@@ -148,7 +149,7 @@ TEST_F(Converter, SecondFileOfTheSameJobHasTheSameBytes)
 
     converter.SetEncoding(SheetvaneConverter::CIP3EncodingBinary);
     converter.SetCompression(SheetvaneConverter::CIP3CompressionNone);
-    EXPECT_THAT(Written(out), HasSubstr(std::string("CIP3PreviewImage \xFF\xFF\xFF\xFF\0\0\xFF\x7F\nCIP3End", 33)));
+    EXPECT_THAT(Written(out), HasSubstr("CIP3PreviewImage \xFF\xFF\xFF\xFF\0\0\xFF\x7F\nCIP3End"s));
 }
 
 TEST_F(Converter, ChoicesOutsideTheirEnumerationAreTheLastOne)

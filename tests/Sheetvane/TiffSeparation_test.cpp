@@ -45,7 +45,7 @@ TEST_F(TiffSeparation, ResolutionIsThatOfTheWidth)
     EXPECT_EQ(width, 2400u);
     EXPECT_EQ(height, 3600u);
     EXPECT_EQ(resolution, 300.0);
-    EXPECT_EQ(fake.log, "alloc 0 STR,SEQ\nopen a.tif .tif 0\nclose\nfree\n");
+    EXPECT_EQ(fake.log, "init\nalloc 0 STR,SEQ\nopen a.tif .tif 0\nclose\nfree\n");
 }
 
 TEST_F(TiffSeparation, SizesAreUnsignedAndUnitsAreSigned)
@@ -67,7 +67,9 @@ TEST_F(TiffSeparation, PathOf1023BytesFitsAndALongerOneIsRefused)
     const std::string path(1023, 'p');
     fake.separations[path] = {1, 1, 1, 1};
     EXPECT_EQ(ReadGeometry(path), "[nothing]");
+    fake.log.clear();
     EXPECT_EQ(ReadGeometry(path + "q"), "Problems opening TIFF input file");
+    EXPECT_EQ(fake.log, ""); // the reader is not asked
 }
 
 TEST_F(TiffSeparation, EachTroubleHasItsTextAndEndsTheReader)
@@ -96,6 +98,6 @@ TEST_F(TiffSeparation, CallbacksHandOnWhatTheFileLibraryGives)
     EXPECT_EQ(callbacks.read, &FileBlockRead);
     EXPECT_EQ(callbacks.close(block), 6);
     callbacks.idle();
-    EXPECT_EQ(FailureOf([&] { callbacks.failure(); }), "Could not read intermediate tiff file");
+    EXPECT_EQ(FailureOf(Sheetvane::SeparationCallbacks.failure), "Could not read intermediate tiff file");
     EXPECT_EQ(fake.log, "alloc 0 STR,SEQ\nopen a .tif 0\nseek 7\nclose\nfree\n");
 }

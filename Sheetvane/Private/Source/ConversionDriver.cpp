@@ -46,7 +46,7 @@ namespace Sheetvane
         {
             CIP3ParameterExtractor extractor;
             extractor.painterParameters = job.painterParameters;
-            const boost::shared_ptr<RasterOutput::Painter> painter = RasterOutput::MakePainter(PainterIdentifier);
+            boost::shared_ptr<RasterOutput::Painter> painter = RasterOutput::MakePainter(PainterIdentifier);
             painter->Initialize(job.processorParameters, extractor);
             return painter;
         }

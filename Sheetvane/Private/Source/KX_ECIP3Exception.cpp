@@ -14,7 +14,7 @@ namespace
 
 KX_ECIP3Exception::KX_ECIP3Exception() = default;
 KX_ECIP3Exception::KX_ECIP3Exception(const KX_TString& message)
-    : KX_EException(message)
+    : KX_EException(message) // NOLINT(bugprone-throw-keyword-missing): the base part, no temporary
 {
 }
 KX_ECIP3Exception::KX_ECIP3Exception(const KX_ECIP3Exception&) = default;

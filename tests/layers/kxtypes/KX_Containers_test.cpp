@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace std::string_literals;
+
 namespace
 {
     std::int32_t Int(const KX_TAny& value)
@@ -15,8 +17,8 @@ namespace
         std::string entries;
         for (KX_TConstIterator entry(container); !entry.IsDone(); entry.Next())
         {
-            const void* const key = entry.Key().DynamicCast("KX_TString", "file", 1);
-            entries += static_cast<const KX_TString*>(key)->c_str();
+            const auto* const key = static_cast<const KX_TString*>(entry.Key().DynamicCast("KX_TString", "file", 1));
+            entries.append(key->c_str(), key->Length());
             entries += '=' + std::to_string(Int(entry.Value())) + ' ';
         }
         return entries;
@@ -57,7 +59,7 @@ TEST(KX_TDict, WalkIsSortedByUnsignedBytesOfTheKeys)
     dict.Set("b", KX_TInt32(5));
     EXPECT_EQ(Walked(dict), "Ze=4 Zeta=3 b=5 \xC3\xA4=2 ");
     dict.Set(KX_TString("b\0c", 3), KX_TInt32(6));
-    EXPECT_EQ(Walked(dict), "Ze=4 Zeta=3 b=5 b=6 \xC3\xA4=2 ");
+    EXPECT_EQ(Walked(dict), "Ze=4 Zeta=3 b=5 b\0c=6 \xC3\xA4=2 "s);
 }
 
 TEST(KX_TDict, EntriesAreFoundByKey)

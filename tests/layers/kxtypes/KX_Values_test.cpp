@@ -99,8 +99,8 @@ TEST(KX_TObject, CheckedCastToAnotherClassThrowsWithTheCallersPlace)
 
 TEST(KX_TObject, SubclassHasANameOfItsOwnAndCastsToItsBase)
 {
-    const KX_TAny any = Label();
-    const KX_TAny copy = any;
+    KX_TAny copy;
+    copy = KX_TAny(Label());
     EXPECT_STREQ(copy.ClassName(), "Label");
     EXPECT_TRUE(copy.HasSuperclass("KX_TString"));
     EXPECT_STREQ(static_cast<const KX_TString*>(copy.KX_Cast("KX_TString"))->c_str(), "label");
@@ -131,7 +131,7 @@ TEST(KX_TAny, CopyIsAValueOfItsOwn)
 
 TEST(KX_TString, LengthKeepsZeroBytesAndTheTerminatorEndsElsewhere)
 {
-    const char bytes[] = "Cy\0an";
+    const char bytes[] = {'C', 'y', '\0', 'a', 'n', '\0'};
     const KX_TString whole(bytes, 5);
     EXPECT_EQ(whole.Length(), 5u);
     EXPECT_EQ(std::string(whole.c_str(), whole.Length() + 1), std::string(bytes, 6));
