@@ -6,6 +6,31 @@ namespace ppfinfo
 {
     namespace
     {
+        std::string CheckPlace(const std::string& text)
+        {
+            return text.empty() ? "needs a place to write to" : "";
+        }
+
+        /// What the options ask for that cannot be had together, or nothing.
+        std::string Contradiction(const Options& options)
+        {
+            const bool extracts = !options.extractTo.empty();
+            const int answers = options.json + options.check + extracts + !options.reportTo.empty();
+            if (answers > 1)
+            {
+                return "only one of --json, --check, --extract and --report can be asked for";
+            }
+            if (options.zones.count > 0 && options.zones.width > 0)
+            {
+                return "--zones and --zone-width cannot both be given";
+            }
+            if (options.zones.IsGiven() && (options.check || extracts))
+            {
+                return "ink zones are not part of what --check and --extract give";
+            }
+            return "";
+        }
+
         std::string CheckLength(const std::string& text)
         {
             return ParseLength(text) ? ""
@@ -25,29 +50,26 @@ namespace ppfinfo
             "ppfinfo");
         app.set_version_flag("--version", "ppfinfo " SHEETVANE_VERSION);
         app.add_option("FILE", options.file, "The file to look into")->required();
-        auto* json = app.add_flag("--json", options.json, "Write what the file holds as JSON");
-        auto* check =
-            app.add_flag("--check", options.check, "Say whether the file is well formed, by exit status and findings");
-        auto* extract =
-            app.add_option("--extract", options.extractTo, "Write each separation's preview as PNG into this folder")
-                ->type_name("DIR");
-        auto* report =
-            app.add_option("--report", options.reportTo, "Write a page with pictures and ink zones for a browser")
-                ->type_name("OUT.html");
-        auto* zones = app.add_option("--zones", options.zones.count, "Mean ink coverage of each of N equal zones")
-                          ->type_name("N")
-                          ->check(CLI::Range(std::uint64_t{1}, mostZones));
-        auto* width = app.add_option("--zone-width", zoneWidth, "The same with zones of this width, as in 32.5mm")
-                          ->type_name("WIDTH")
-                          ->check(CLI::Validator(CheckLength, ""));
-        check->excludes(json)->excludes(extract)->excludes(report)->excludes(zones)->excludes(width);
-        extract->excludes(json)->excludes(report)->excludes(zones)->excludes(width);
-        report->excludes(json);
-        width->excludes(zones);
+        app.add_flag("--json", options.json, "Write what the file holds as JSON");
+        app.add_flag("--check", options.check, "Say whether the file is well formed, by exit status and findings");
+        app.add_option("--extract", options.extractTo, "Write each separation's preview as PNG into this folder")
+            ->type_name("DIR")
+            ->check(CLI::Validator(CheckPlace, ""));
+        app.add_option("--report", options.reportTo, "Write a page with pictures and ink zones for a browser")
+            ->type_name("OUT.html")
+            ->check(CLI::Validator(CheckPlace, ""));
+        app.add_option("--zones", options.zones.count, "Mean ink coverage of each of N equal zones")
+            ->type_name("N")
+            ->check(CLI::Validator(CLI::Range(std::uint64_t{1}, mostZones)).description(""));
+        app.add_option("--zone-width", zoneWidth, "The same with zones of this width, as in 32.5mm")
+            ->type_name("WIDTH")
+            ->check(CLI::Validator(CheckLength, ""));
         try
         {
             app.parse(argc, argv);
             options.zones.width = ParseLength(zoneWidth).value_or(0);
+            line.text = Contradiction(options);
+            line.outcome = line.text.empty() ? CommandLine::Outcome::run : CommandLine::Outcome::usageError;
         }
         catch (const CLI::CallForHelp&)
         {

@@ -1,0 +1,179 @@
+// What the program writes beside its output: pictures and the report.
+
+#include <filesystem>
+
+#include <gmock/gmock.h>
+#include <png.h>
+
+#include "Files.h"
+#include "Program.h"
+#include "ppfinfo/OutputFile.h"
+
+namespace ppfinfo::test
+{
+    namespace
+    {
+        using ppf::test::FrontOf;
+        using ppf::test::Separation;
+        using ppf::test::TwoSheets;
+        using testing::ElementsAre;
+        using testing::HasSubstr;
+        using testing::IsEmpty;
+        using testing::Not;
+
+        std::vector<int> Pixels(const std::string& png)
+        {
+            png_image image = {};
+            image.version = PNG_IMAGE_VERSION;
+            EXPECT_TRUE(png_image_begin_read_from_memory(&image, png.data(), png.size()));
+            EXPECT_EQ(image.format, static_cast<png_uint_32>(PNG_FORMAT_GRAY));
+            std::vector<unsigned char> pixels(PNG_IMAGE_SIZE(image));
+            EXPECT_TRUE(png_image_finish_read(&image, nullptr, pixels.data(), 0, nullptr));
+            return {pixels.begin(), pixels.end()};
+        }
+
+        std::size_t CountOf(const std::string& text, const std::string& word)
+        {
+            std::size_t count = 0;
+            for (std::size_t at = text.find(word); at != std::string::npos; at = text.find(word, at + 1))
+            {
+                ++count;
+            }
+            return count;
+        }
+
+        TEST(Extract, PicturesHaveInkAsDarkAndNamesThatEveryFileSystemTakes)
+        {
+            const Folder folder;
+            const std::string bytes = FrontOf(
+                "(Cyan) (../Gr\xFCn (1))", Separation(2, 1, "None", "ASCIIHexDecode", "ff00>") +
+                                               Separation(2, 1, "None", "ASCIIHexDecode", "4001>"));
+            const std::string pictures = folder.Path("new/pictures");
+            EXPECT_EQ(RunOn(bytes, {"--extract", pictures}).status, 0);
+            EXPECT_THAT(Pixels(folder.Read("new/pictures/1-front-01-Cyan.png")), ElementsAre(0, 255));
+            EXPECT_THAT(Pixels(folder.Read("new/pictures/1-front-02-.._Gr_n__1_.png")), ElementsAre(0xBF, 0xFE));
+            // 72 pixels per inch are 2835 per metre.
+            EXPECT_THAT(
+                folder.Read("new/pictures/1-front-01-Cyan.png"),
+                HasSubstr(std::string("pHYs\0\0\x0B\x13\0\0\x0B\x13\1", 13)));
+        }
+
+        TEST(Extract, EverySheetAndSideIsCounted)
+        {
+            const Folder folder;
+            EXPECT_EQ(RunOn(TwoSheets(), {"--extract", folder.Path("")}).status, 0);
+            EXPECT_THAT(folder.Names(), ElementsAre("1-front-01-Black.png", "2-back-01-Black.png"));
+        }
+
+        TEST(Extract, DamagedPreviewLeavesNoFile)
+        {
+            const Folder folder;
+            const std::string bytes = FrontOf(
+                "(A) (B) (C)", Separation(1, 2, "None", "ASCIIHexDecode", "ff00>") +
+                                   Separation(1, 2, "None", "ASCIIHexDecode", "ff?>") +
+                                   Separation(1, 2, "None", "ASCIIHexDecode", "00ff>"));
+            const Outcome outcome = RunOn(bytes, {"--extract", folder.Path("")});
+            EXPECT_EQ(outcome.status, 1);
+            EXPECT_THAT(outcome.errors, HasSubstr("character that is no digit"));
+            EXPECT_THAT(folder.Names(), ElementsAre("1-front-01-A.png", "1-front-03-C.png"));
+        }
+
+        TEST(Extract, PlaceThatIsNoFolderIsAFailure)
+        {
+            const Folder folder;
+            const std::string file = folder.Write("file", "");
+            EXPECT_THAT(RunOn(TwoSheets(), {"--extract", file + "/x"}).errors, HasSubstr("cannot make the folder"));
+        }
+
+        TEST(HtmlReport, PageStandsAloneAndShowsEverySide)
+        {
+            const Folder folder;
+            const std::string bytes = FrontOf(
+                "(Cyan) (PANTONE 485 C)", Separation(40, 2, "RunLengthDecode", "ASCIIHexDecode", "d9ff d980 80>") +
+                                              Separation(40, 2, "None", "ASCIIHexDecode", std::string(160, '0') + ">"));
+            EXPECT_EQ(RunOn(bytes, {"--report", folder.Path("r.html"), "--zones", "4"}).status, 0);
+            const std::string page = folder.Read("r.html");
+            EXPECT_EQ(CountOf(page, "<img"), 3u);
+            EXPECT_EQ(CountOf(page, "src=\"data:image/png;base64,"), 3u);
+            EXPECT_EQ(CountOf(page, "class=\"bar\""), 16u);
+            EXPECT_THAT(page, HasSubstr("<title>Cyan, zone 2 (3.5 to 7.1 mm): 75.10 %</title>"));
+            EXPECT_THAT(page, HasSubstr("separation &quot;PANTONE 485 C&quot; has no ink"));
+            for (const char* const outside : {"<script", "http:", "https:", "<link", "@import", "url("})
+            {
+                EXPECT_THAT(page, Not(HasSubstr(outside)));
+            }
+            for (const char* const element : {"section", "figure", "svg", "table", "div", "html", "g", "tr", "dl"})
+            {
+                const std::string name(element);
+                EXPECT_EQ(
+                    CountOf(page, "<" + name + ">") + CountOf(page, "<" + name + " "), CountOf(page, "</" + name + ">"))
+                    << name;
+            }
+            EXPECT_THAT(folder.Names(), ElementsAre("r.html"));
+        }
+
+        TEST(HtmlReport, TextOfTheFileIsNoMarkup)
+        {
+            const Folder folder;
+            std::string bytes = FrontOf("(<script>'\"&)", Separation(1, 1, "None", "ASCIIHexDecode", "00>"));
+            bytes.replace(bytes.find("(Job) def"), 9, "(</title><b>) def /<i>x (<img src=x>) def");
+            EXPECT_EQ(RunOn(bytes, {"--report", folder.Path("r.html")}).status, 1) << "a key cannot hold <";
+            bytes.replace(bytes.find("/<i>x"), 5, "/x'&y");
+            EXPECT_EQ(RunOn(bytes, {"--report", folder.Path("r.html")}).status, 0);
+            const std::string page = folder.Read("r.html");
+            EXPECT_THAT(page, Not(HasSubstr("<script")));
+            EXPECT_THAT(page, Not(HasSubstr("<b>)")));
+            EXPECT_THAT(page, Not(HasSubstr("<img src=x")));
+            EXPECT_THAT(page, HasSubstr("&lt;script&gt;&#39;&quot;&amp;"));
+            EXPECT_THAT(page, HasSubstr("x&#39;&amp;y"));
+        }
+
+        TEST(HtmlReport, DamageIsShownInItsPlaceAndFailsTheRun)
+        {
+            const Folder folder;
+            std::string bytes = FrontOf(
+                "(A) (B)", Separation(1, 2, "None", "ASCIIHexDecode", "ff00>") +
+                               Separation(1, 2, "None", "ASCIIHexDecode", "ff?>"));
+            bytes.resize(bytes.find("CIP3EndSheet"));
+            const Outcome outcome = RunOn(bytes, {"--report", folder.Path("r.html")});
+            EXPECT_EQ(outcome.status, 1);
+            const std::string page = folder.Read("r.html");
+            EXPECT_THAT(page, HasSubstr("<div class=\"broken\">ASCIIHex data holds a character that is no digit"));
+            EXPECT_THAT(page, HasSubstr("nothing behind this byte was read"));
+            EXPECT_EQ(CountOf(page, "<img"), 2u);
+        }
+
+        TEST(OutputFile, AppearsWholeOrNotAtAll)
+        {
+            const Folder folder;
+            const std::string path = folder.Write("out", "old");
+            {
+                OutputFile file(path);
+                file.Stream() << "new";
+            }
+            EXPECT_EQ(folder.Read("out"), "old");
+            EXPECT_THAT(folder.Names(), ElementsAre("out"));
+            OutputFile file(path);
+            file.Stream() << "new";
+            file.Commit();
+            EXPECT_EQ(folder.Read("out"), "new");
+            EXPECT_THAT(folder.Names(), ElementsAre("out"));
+        }
+
+        TEST(OutputFile, FailuresNameThePlace)
+        {
+            EXPECT_THROW(OutputFile("/nowhere/out"), std::runtime_error);
+            OutputFile full("/dev/full");
+            full.Stream() << "text";
+            try
+            {
+                full.Commit();
+                FAIL() << "a full device took it";
+            }
+            catch (const std::runtime_error& error)
+            {
+                EXPECT_STREQ(error.what(), "cannot write /dev/full: No space left on device");
+            }
+        }
+    }
+}

@@ -1,0 +1,102 @@
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+
+#include "Files.h"
+#include "Program.h"
+
+namespace ppfinfo::test
+{
+    namespace
+    {
+        using Json = nlohmann::ordered_json;
+        using ppf::test::FrontOf;
+        using ppf::test::Separation;
+        using ppf::test::TwoSheets;
+
+        Json JsonOf(const std::string& bytes, std::vector<std::string> arguments = {})
+        {
+            arguments.push_back("--json");
+            const Outcome outcome = RunOn(bytes, arguments);
+            return Json::parse(outcome.out);
+        }
+
+        Json& SeparationOf(Json& json, std::size_t index)
+        {
+            return json["sheets"][0]["surfaces"][0]["separations"][index];
+        }
+
+        /// The whole shape at once: members, their order, their types.
+        TEST(JsonOutput, FileOfTwoSheetsIsWrittenAsPromised)
+        {
+            Json json = JsonOf(TwoSheets(), {"--zones", "1"});
+            Json& separation = SeparationOf(json, 0);
+            EXPECT_DOUBLE_EQ(separation["coverage"].get<double>(), 1402.0 / 2040 * 100);
+            EXPECT_EQ(separation["zones"][0], separation["coverage"]);
+            json["sheets"].erase(1);
+            separation["coverage"] = 68;
+            separation["zones"][0] = 68;
+            EXPECT_EQ(
+                json.dump(), R"({"version":"3.0","directory":[{"offset":601,"length":712,"sheetName":"S1"},)"
+                             R"({"offset":1313,"length":710,"sheetName":"S2"}],"sheets":[{"offset":601,"length":712,)"
+                             R"("jobName":"J","sheetName":"S1","extent":"2 inch 1 inch","parameters":{},)"
+                             R"("surfaces":[{"side":"front","separations":[{"name":"Black","width":4,"height":2,)"
+                             R"("resolution":[2,2],"compression":"RunLengthDecode","encoding":"ASCIIHexDecode",)"
+                             R"("dataBytes":18,"coverage":68,"zones":[68]}]}]}]})");
+        }
+
+        TEST(JsonOutput, TextsAreUtf8OrElseLatin1AndValuesStayAsInTheFile)
+        {
+            std::string bytes = FrontOf(
+                "(Gr\xFCn) (Gr\xC3\xBCn)",
+                Separation(1, 1, "None", "ASCIIHexDecode", "00>") + Separation(1, 1, "None", "ASCIIHexDecode", "00>"));
+            bytes.replace(bytes.find("[ 10 cm 10 cm ]"), 15, "  [ 8.5 inch\n11 inch ] ");
+            bytes.replace(
+                bytes.find("(Job) def"), 9, "(a\\(b\\)\\101) def /CIP3AdmMake (Press\\0404) def /X [ 1 (M\xFC) ] def");
+            Json json = JsonOf(bytes);
+            EXPECT_EQ(json["sheets"][0]["jobName"], "a(b)A");
+            EXPECT_EQ(json["sheets"][0]["sheetName"], "");
+            EXPECT_EQ(json["sheets"][0]["extent"], "8.5 inch\n11 inch");
+            EXPECT_EQ(json["sheets"][0]["parameters"].dump(), R"j({"CIP3AdmMake":"(Press\\0404)","X":"[ 1 (Mü) ]"})j");
+            EXPECT_EQ(SeparationOf(json, 0)["name"], "Grün");
+            EXPECT_EQ(SeparationOf(json, 1)["name"], "Grün");
+            EXPECT_EQ(json["directory"].dump(), "[]");
+        }
+
+        TEST(JsonOutput, DataBytesCountTheEndMarkAndNoWhiteSpace)
+        {
+            const auto bytesOf =
+                [](const std::string& compression, const std::string& encoding, const std::string& data)
+            {
+                Json json = JsonOf(FrontOf("(K)", Separation(4, 1, compression, encoding, data)));
+                return SeparationOf(json, 0)["dataBytes"].get<int>();
+            };
+            EXPECT_EQ(bytesOf("None", "Binary", "\x10\x10\x10\x10"), 4);
+            EXPECT_EQ(bytesOf("RunLengthDecode", "Binary", "\xFDg\x80"), 3);
+            EXPECT_EQ(bytesOf("RunLengthDecode", "Binary", "\xFDg"), 2);
+            EXPECT_EQ(bytesOf("None", "ASCIIHexDecode", "\n 00112233 >"), 10);
+            EXPECT_EQ(bytesOf("None", "ASCII85Decode", "  <~z~>"), 5);
+        }
+
+        TEST(JsonOutput, SeparationsOfFourComponentsAndFractionsOfAResolution)
+        {
+            Json json = JsonOf(
+                FrontOf(
+                    "(C) (M) (Y) (K)",
+                    Separation(
+                        2, 1, "None", "ASCIIHexDecode", "ff00ff00 0000ff00>",
+                        "/CIP3PreviewImageComponents 4 def\n/CIP3PreviewImageResolution [299.999 72.0] def\n")),
+                {"--zones", "2"});
+            EXPECT_EQ(SeparationOf(json, 0)["zones"].dump(), "[100.0,0.0]");
+            EXPECT_EQ(SeparationOf(json, 2)["coverage"], 100.0);
+            EXPECT_EQ(SeparationOf(json, 3)["name"], "K");
+            EXPECT_EQ(SeparationOf(json, 3)["resolution"].dump(), "[299.999,72]");
+        }
+
+        TEST(JsonOutput, SeparationThatIsDamagedHasNoCoverage)
+        {
+            Json json = JsonOf(FrontOf("(K)", Separation(2, 1, "None", "ASCIIHexDecode", "0>")), {"--zones", "2"});
+            EXPECT_TRUE(SeparationOf(json, 0)["coverage"].is_null());
+            EXPECT_EQ(SeparationOf(json, 0)["zones"].dump(), "[]");
+        }
+    }
+}
