@@ -14,7 +14,7 @@ namespace
     constexpr std::uint64_t mostTagBytes = 32u * 1024 * 1024;
 
     // Reduced images and masks in front of the image proper. Real files have a handful.
-    constexpr int mostDirectories = 1024;
+    constexpr int mostDirectories = 64;
 
     // Remarks on data that is read exactly all the same.
     constexpr const char* harmless[] = {"Old-style LZW codes", "JPEG strip size exceeds expected dimensions"};

@@ -1,6 +1,7 @@
 // Failures below the reader: each access in turn fails, throws or finds the file cut short, and whatever happens the file is
 // closed once.
 
+#include "AllocationFaults.h"
 #include "Delivery.h"
 #include "TiffMaker.h"
 
@@ -61,6 +62,32 @@ TEST(HostFailures, EveryFailingReadReachesTheHostAndTheFileIsClosedOnce)
             EXPECT_NE(delivery.end, Delivery::End::Complete) << "read " << read;
             EXPECT_NE(delivery.end, Delivery::End::Thrown) << "read " << read;
             EXPECT_EQ(MemoryFile::Closed(), 1) << "read " << read;
+        }
+    }
+}
+
+TEST(HostFailures, WantOfMemoryIsARefusalAtEveryAllocation)
+{
+    for (const std::string& file : Files())
+    {
+        bool complete = false;
+        for (int allowed = 0; !complete; ++allowed)
+        {
+            ASSERT_LT(allowed, 1000);
+            MemoryFile::Reset(file);
+            const RasterFeedOpenRecord record = MemoryFile::Record();
+            RasterFeedImageHeader header;
+            std::vector<unsigned char> line(1000);
+            unsigned char* const list[] = {line.data()};
+            AllowAllocations(allowed);
+            const RasterFeedHandle reader = RasterFeedInit(&record);
+            complete = reader != nullptr && RasterFeedHeader(reader, &header) == 0;
+            for (std::uint32_t i = 0; complete && i < header.lineCount; ++i)
+                complete = RasterFeedLine(reader, list, 1) == 0;
+            if (reader != nullptr)
+                RasterFeedEnd(reader, nullptr);
+            AllowAllocations(-1);
+            EXPECT_EQ(MemoryFile::Closed(), MemoryFile::Opened()) << allowed << " allocations";
         }
     }
 }

@@ -211,6 +211,11 @@ TEST(Refusals, FilesThatCannotBeRead)
     char folder[] = "/tmp/rasterfeedXXXXXX";
     ASSERT_NE(::mkdtemp(folder), nullptr);
     const std::string base = folder;
+    const auto openFiles = [] {
+        return std::distance(
+            std::filesystem::directory_iterator("/proc/self/fd"), std::filesystem::directory_iterator());
+    };
+    const auto openBefore = openFiles();
     const char* const needed = "; a readable TIFF file of up to 4294967295 bytes is needed";
     const auto reason = [](const std::string& name) { return RasterFeedProbe(name, RasterFeedDepth::Lines).reason; };
 
@@ -232,6 +237,7 @@ TEST(Refusals, FilesThatCannotBeRead)
     EXPECT_TRUE(RasterFeedProbe(base + "/scan\n", RasterFeedDepth::Lines).accepted);
     std::ofstream(base + "/scan\n.tif") << "no TIFF";
     EXPECT_EQ(reason(base + "/scan\n"), base + "/scan?.tif: not a TIFF file; TIFF and BigTIFF are accepted");
+    EXPECT_EQ(openFiles(), openBefore);
     std::filesystem::remove_all(folder);
 }
 
