@@ -125,14 +125,6 @@ DecodePlan PlanDecoding(const TiffFile& file, const SeparationForm& form)
     {
         plan.way = DecodeWay::Tiles;
         block = form.ChunkBytes() * form.ChunksAcross();
-        const std::uint64_t image = form.RowBytes() * form.height;
-        if (block * form.ChunksDown() / mostPadding > image + freePadding)
-        {
-            throw Refusal(
-                "tiles of " + std::to_string(form.chunkWidth) + " x " + std::to_string(form.chunkHeight) +
-                " pixels for an image of " + std::to_string(form.width) + " x " + std::to_string(form.height) +
-                "; tiles that fit the image are accepted");
-        }
     }
     else if (stored)
         plan.way = DecodeWay::Stored;
@@ -144,15 +136,25 @@ DecodePlan PlanDecoding(const TiffFile& file, const SeparationForm& form)
     else
         plan.way = DecodeWay::Scanlines;
 
-    const std::uint64_t chunks = std::uint64_t{form.ChunksAcross()} * form.ChunksDown() * bytesPerChunk;
-    std::uint64_t memory = block + chunks + file.Facts().tagBytes;
-    if (!stored)
-        memory += largestChunk + CodecMemory(form);
-    if (memory > mostMemory)
+    const std::uint64_t lists = std::uint64_t{form.ChunksAcross()} * form.ChunksDown() * bytesPerChunk;
+    const std::uint64_t decoder = stored ? 0 : largestChunk + CodecMemory(form);
+    const auto check = [&](std::uint64_t memory)
+    {
+        if (memory > mostMemory)
+        {
+            throw Refusal(
+                std::string(form.tiled ? "tiles" : "strips") + " that take " + Bytes(memory) +
+                " of memory to decode; up to " + Bytes(mostMemory) + " are accepted");
+        }
+    };
+    check(block); // by itself first: a sum of absurd sizes would wrap around
+    check(block + decoder + lists + file.Facts().tagBytes);
+    if (form.tiled && block * form.ChunksDown() / mostPadding > form.RowBytes() * form.height + freePadding)
     {
         throw Refusal(
-            std::string(form.tiled ? "tiles" : "strips") + " that take " + Bytes(memory) +
-            " of memory to decode; up to " + Bytes(mostMemory) + " are accepted");
+            "tiles of " + std::to_string(form.chunkWidth) + " x " + std::to_string(form.chunkHeight) +
+            " pixels for an image of " + std::to_string(form.width) + " x " + std::to_string(form.height) +
+            "; tiles that fit the image are accepted");
     }
     plan.blockBytes = static_cast<std::size_t>(block);
     return plan;

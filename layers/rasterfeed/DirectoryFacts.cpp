@@ -5,7 +5,6 @@
 
 #include <tiff.h>
 
-#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <string>
@@ -232,7 +231,6 @@ DirectoryFacts ReadDirectoryFacts(SourceFile& file, const TiffPreamble& preamble
         case TIFFTAG_STRIPBYTECOUNTS:
         case TIFFTAG_TILEOFFSETS:
         case TIFFTAG_TILEBYTECOUNTS:
-            facts.chunks = std::max(facts.chunks, entry.count);
             continue;
         default:
             break;

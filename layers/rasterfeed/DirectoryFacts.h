@@ -24,9 +24,8 @@ struct DirectoryFacts
 {
     std::optional<std::uint32_t> photometric; ///< PhotometricInterpretation, as stated
     double resolution = 0;                    ///< pixels per inch across; 0 if the file states none that makes sense
-    std::uint64_t chunks = 0;                 ///< strips or tiles that are listed
-    std::uint64_t tagBytes = 0;               ///< bytes of values outside the directory, without the lists of chunks
-    std::uint64_t next = 0;                   ///< the next directory, bytes from the start of the file; 0 for none
+    std::uint64_t tagBytes = 0; ///< bytes of values outside the directory, without the lists of strips or tiles
+    std::uint64_t next = 0;     ///< the next directory, bytes from the start of the file; 0 for none
 };
 
 /// A value that libtiff would have to allocate more for than this is never loaded: its tag is passed over, or, where the

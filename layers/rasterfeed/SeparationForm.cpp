@@ -17,7 +17,7 @@ namespace
     const char* const acceptedCompression =
         "; none, PackBits, LZW, Deflate, CCITT RLE, Group 3 and 4, JPEG, ZSTD and LZMA are accepted";
 
-    /// `number`, with what it is called if it has a name.
+    /// What a number of a tag is called.
     struct Name
     {
         std::uint32_t number;
@@ -174,12 +174,13 @@ namespace
             form.chunkWidth = form.width;
             form.chunkHeight = std::min(file.Field<std::uint32_t>(TIFFTAG_ROWSPERSTRIP, form.height), form.height);
         }
-        const std::string chunk =
+        const std::string tiles =
             "tiles of " + std::to_string(form.chunkWidth) + " x " + std::to_string(form.chunkHeight) + " pixels";
-        if (form.chunkWidth == 0 || form.chunkHeight == 0)
-            throw Refusal(chunk + "; at least 1 x 1 is needed");
+        if (form.chunkWidth == 0 || form.chunkWidth > largestSide || form.chunkHeight == 0 ||
+            form.chunkHeight > largestSide)
+            throw Refusal(tiles + "; 1 to 2147483647 in each direction are accepted");
         if (form.tiled && form.ChunksAcross() > 1 && std::uint64_t{form.chunkWidth} * form.bits % 8 != 0)
-            throw Refusal(chunk + "; widths that are multiples of 16 are accepted");
+            throw Refusal(tiles + "; widths that are multiples of 16 are accepted");
     }
 }
 

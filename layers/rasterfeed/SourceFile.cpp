@@ -59,33 +59,30 @@ std::size_t SourceFile::Read(std::uint64_t position, void* to, std::size_t count
     while (done < count)
     {
         const std::uint64_t at = position + done;
-        if (at < windowStart || at >= windowStart + window.size())
+        if (at < windowStart || at >= windowStart + windowSize)
         {
             if (count - done >= windowBytes)
                 return done + Fetch(at, out + done, count - done);
-            // Windows begin at fixed places, so that going through a file from its end reads no byte twice either.
-            windowStart = at / windowBytes * windowBytes;
-            window.resize(windowBytes);
-            std::size_t fetched = 0;
-            try
-            {
-                fetched = Fetch(windowStart, window.data(), windowBytes);
-            }
-            catch (...)
-            {
-                window.clear();
-                throw;
-            }
-            window.resize(fetched);
-            if (at >= windowStart + fetched)
+            LoadWindow(at);
+            if (at >= windowStart + windowSize)
                 break;
         }
         const auto offset = static_cast<std::size_t>(at - windowStart);
-        const std::size_t part = std::min(count - done, window.size() - offset);
-        std::memcpy(out + done, window.data() + offset, part);
+        const std::size_t part = std::min(count - done, windowSize - offset);
+        std::memcpy(out + done, window.get() + offset, part);
         done += part;
     }
     return done;
+}
+
+void SourceFile::LoadWindow(std::uint64_t position)
+{
+    if (!window)
+        window.reset(new unsigned char[windowBytes]);
+    windowSize = 0;
+    // Windows begin at fixed places, so that going through a file from its end reads no byte twice either.
+    windowStart = position / windowBytes * windowBytes;
+    windowSize = Fetch(windowStart, window.get(), windowBytes);
 }
 
 std::size_t SourceFile::Fetch(std::uint64_t position, unsigned char* to, std::size_t count)

@@ -6,7 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <vector>
+#include <memory>
 
 /// A file that is open from the constructor to Close or the destructor. Read* Close?
 /// What a callback throws leaves the operation that called it.
@@ -33,13 +33,15 @@ public:
 
 private:
     SourceFile(const RasterFeedCallbacks& hostCallbacks, FileBlock opened);
+    void LoadWindow(std::uint64_t position);
     std::size_t Fetch(std::uint64_t position, unsigned char* to, std::size_t count);
     [[noreturn]] void Fail();
 
     RasterFeedCallbacks callbacks;
-    FileBlock block;                   ///< null once closed
-    std::uint32_t size = 0;            ///< bytes
-    std::uint64_t blockPosition = 0;   ///< where the block stands, bytes from the start
-    std::vector<unsigned char> window; ///< a stretch of the file that begins at a multiple of its capacity
-    std::uint64_t windowStart = 0;     ///< bytes from the start
+    FileBlock block;                         ///< null once closed
+    std::uint32_t size = 0;                  ///< bytes
+    std::uint64_t blockPosition = 0;         ///< where the block stands, bytes from the start
+    std::unique_ptr<unsigned char[]> window; ///< room for a stretch of the file
+    std::uint64_t windowStart = 0;           ///< where the stretch begins, bytes from the start
+    std::size_t windowSize = 0;              ///< bytes of the file in the window
 };

@@ -24,6 +24,11 @@ void* operator new(std::size_t size)
     throw std::bad_alloc();
 }
 
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept
+{
+    return std::malloc(size > 0 ? size : 1);
+}
+
 void* operator new[](std::size_t size)
 {
     return operator new(size);
