@@ -42,6 +42,8 @@ namespace Sheetvane
         /// An empty job. Throws RasterOutput::Exception (<rasteroutput/Exception.h>) with "CIP3Painter painter
         /// identifier already registered" while another converter exists, and std::bad_alloc.
         SheetvaneConverter();
+
+        /// Forgets the job and makes room for another converter. Writes nothing, throws nothing.
         ~SheetvaneConverter();
         SheetvaneConverter(const SheetvaneConverter&) = delete;
         SheetvaneConverter& operator=(const SheetvaneConverter&) = delete;
@@ -81,9 +83,11 @@ namespace Sheetvane
         /// Number of sheets, those whose AddSheet failed included. Never throws.
         unsigned int GetNumSheets() const;
 
-        /// How the previews of the whole job are written; what is in force when CreateCIP3File runs counts. A value
-        /// outside the enumeration stands for its last one. Never throws.
+        /// How the previews of the whole job are compressed; what is in force when CreateCIP3File runs counts. A value
+        /// outside the enumeration stands for CIP3CompressionRunLength. Never throws.
         void SetCompression(CIP3Compression compression);
+
+        /// How they are encoded, likewise. A value outside the enumeration stands for CIP3EncodingASCII85. Never throws.
         void SetEncoding(CIP3Encoding encoding);
 
         /// Writes the job to the file at `location`, whose local name is taken as UTF-8 and has to have a folder part.

@@ -25,6 +25,7 @@
 #define KX_EXPORT
 #endif
 
+class KX_IIteratable;
 class KX_IUnpacking;
 class KX_TAny;
 class KX_TClass;
@@ -103,8 +104,8 @@ public:
     KX_TObject& operator=(const KX_TObject&);
     ~KX_TObject() override;
 
-    static const char* KX_ClassName();
-    static const KX_TClass* KX_ClassObject();
+    static const char* KX_ClassName();        ///< "KX_TObject"; each class below has its own name,
+    static const KX_TClass* KX_ClassObject(); ///< its own class object, and its own answer to a query
 
     const void* KX_DynamicInfo(const char* typeName) const override;
     const KX_TClass& ClassObject() const override;
@@ -130,10 +131,10 @@ public:
 class KX_EXPORT KX_IPacking
 {
 public:
-    virtual void BeginBaseClass(const char* name) = 0; ///< opens the part of the base class `name`
-    virtual void EndBaseClass(const char* name) = 0;   ///< closes it
-    virtual void WriteText(const char* bytes, std::uint32_t size) = 0;
-    virtual void WriteUInt32(std::uint32_t number) = 0;
+    virtual void BeginBaseClass(const char* name) = 0;                 ///< opens the part of the base class `name`
+    virtual void EndBaseClass(const char* name) = 0;                   ///< closes it
+    virtual void WriteText(const char* bytes, std::uint32_t size) = 0; ///< `size` bytes of any value
+    virtual void WriteUInt32(std::uint32_t number) = 0;                ///< a number
     virtual ~KX_IPacking();
 };
 
@@ -142,10 +143,10 @@ public:
 class KX_EXPORT KX_IUnpacking
 {
 public:
-    virtual void BeginBaseClass(const char* name) = 0;
-    virtual void EndBaseClass(const char* name) = 0;
-    virtual KX_TString ReadText() = 0;
-    virtual std::uint32_t ReadUInt32() = 0;
+    virtual void BeginBaseClass(const char* name) = 0; ///< enters the part of the base class `name`
+    virtual void EndBaseClass(const char* name) = 0;   ///< leaves it
+    virtual KX_TString ReadText() = 0;                 ///< the next piece, which is text
+    virtual std::uint32_t ReadUInt32() = 0;            ///< the next piece, which is a number
     virtual ~KX_IUnpacking();
 };
 
@@ -153,7 +154,7 @@ public:
 class KX_EXPORT KX_IPackable : public virtual KX_IInterface
 {
 public:
-    virtual void KX_Pack(KX_IPacking& packing) const = 0;
+    virtual void KX_Pack(KX_IPacking& packing) const = 0; ///< writes the object's content
 
     /// Replaces the object's content. If the source throws, the object is as before.
     virtual void KX_Unpack(KX_IUnpacking& unpacking) = 0;
@@ -176,7 +177,7 @@ public:
 class KX_EXPORT KX_IPrintable : public virtual KX_IInterface
 {
 public:
-    virtual void PrintOn(std::ostream& stream) const = 0;
+    virtual void PrintOn(std::ostream& stream) const = 0; ///< one line, without its end
     ~KX_IPrintable() override;
 };
 
@@ -383,8 +384,8 @@ private:
     std::vector<KX_TAny> m_elements;
 };
 
-/// Values in order, as an array; the class of stack traces.
-class KX_EXPORT KX_TList : public KX_TObject
+/// An array under a name of its own: the class of stack traces.
+class KX_EXPORT KX_TList : public KX_TArray
 {
 public:
     KX_TList();
@@ -392,20 +393,11 @@ public:
     KX_TList& operator=(const KX_TList&);
     ~KX_TList() override;
 
-    virtual std::uint32_t Count() const;                  ///< elements
-    virtual const KX_TAny& At(std::uint32_t index) const; ///< throws KX_EException if `index` is not below Count
-    void Append(const KX_TAny& value);                    ///< invalidates what At gave
-
     static const char* KX_ClassName();
     static const KX_TClass* KX_ClassObject();
     void* KX_Self() override;
     const void* KX_DynamicInfo(const char* typeName) const override;
-
-private:
-    std::vector<KX_TAny> m_elements;
 };
-
-class KX_IIteratable;
 
 /// A read-only walk over entries: while (!i.IsDone()) { i.Key(); i.Value(); i.Next(); }
 /// The container has to live, unchanged, as long as the walk.
@@ -418,8 +410,8 @@ public:
 
     virtual bool IsDone() const;             ///< true past the last entry; nothing below may then be called
     virtual const KX_IPackable& Key() const; ///< valid as long as the container holds the entry; so is the value
-    virtual const KX_TAny& Value() const;
-    virtual void Next();
+    virtual const KX_TAny& Value() const;    ///< the value under the key
+    virtual void Next();                     ///< moves to the next entry
     virtual ~KX_TConstIterator();
 
 protected:
@@ -447,7 +439,7 @@ public:
     KX_TDict& operator=(const KX_TDict&);
     ~KX_TDict() override;
 
-    virtual bool HasKey(const char* key) const;
+    virtual bool HasKey(const char* key) const; ///< whether there is an entry under `key`
 
     /// The value under `key`; valid until the entry is set anew or the dictionary is gone. Throws KX_EException if the
     /// key is absent.
@@ -494,7 +486,7 @@ public:
     virtual std::uint32_t KX_ExceptionLine() const; ///< 0 before __PREPARE_FOR_THROW__
     virtual const char* KX_ExceptionFile() const;   ///< empty before __PREPARE_FOR_THROW__; as long as the exception
     virtual const KX_TList& KX_StackTrace() const;  ///< empty: none is recorded
-    virtual const KX_TString& KX_Message() const;
+    virtual const KX_TString& KX_Message() const;   ///< what failed
     virtual KX_TString& KX_Message();
     virtual const KX_TAny& KX_Data() const; ///< whatever the thrower adds; holds nothing unless set
     virtual KX_TAny& KX_Data();

@@ -1,3 +1,4 @@
+// The library's own failures are of the root class: hosts read the message.
 #include "Failure.h"
 
 #include <kxtypes.h>

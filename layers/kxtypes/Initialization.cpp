@@ -1,3 +1,4 @@
+// What a host calls before anything else.
 #include <kxtypes.h>
 
 #include <new>

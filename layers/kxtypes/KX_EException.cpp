@@ -1,3 +1,4 @@
+// The root of the exceptions: what was thrown, where, and how it goes on as its own class.
 #include "ClassRecord.h"
 #include "PackBuffer.h"
 

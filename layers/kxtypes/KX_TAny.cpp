@@ -1,3 +1,4 @@
+// A value of any class behind one class.
 #include "ClassRecord.h"
 
 #include <kxtypes.h>

@@ -1,3 +1,4 @@
+// Values by position.
 #include "ClassRecord.h"
 #include "Failure.h"
 

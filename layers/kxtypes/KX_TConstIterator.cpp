@@ -1,3 +1,4 @@
+// A walk that a host makes on its stack: it forwards to the container's own.
 #include <kxtypes.h>
 
 KX_TConstIterator::KX_TConstIterator() = default;

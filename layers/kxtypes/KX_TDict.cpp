@@ -1,3 +1,4 @@
+// Values by key, and the walk over them.
 #include "ClassRecord.h"
 #include "Failure.h"
 

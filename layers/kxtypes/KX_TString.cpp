@@ -1,3 +1,4 @@
+// Text.
 #include "ClassRecord.h"
 #include "PackBuffer.h"
 

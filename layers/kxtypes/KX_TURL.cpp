@@ -1,3 +1,4 @@
+// Locations.
 #include "ClassRecord.h"
 #include "Failure.h"
 

@@ -1,3 +1,4 @@
+// Marks of base classes are text among the pieces, so that a missing or misplaced one is found.
 #include "PackBuffer.h"
 
 #include "Failure.h"

@@ -1,3 +1,4 @@
+// What the fakes allocate themselves neither counts nor fails.
 #include "FakeReader.h"
 #include "Memory.h"
 

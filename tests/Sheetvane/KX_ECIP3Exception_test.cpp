@@ -1,3 +1,4 @@
+// The failure class as an object of the object library.
 #include <Sheetvane/KX_ECIP3Exception.h>
 
 #include "Failures.h"

@@ -1,3 +1,4 @@
+// The program's operator new, in place of the library's.
 #include "Memory.h"
 
 #include <cstdlib>

@@ -1,3 +1,4 @@
+// What a dictionary leaves in the job: texts by class, and the state behind each failure.
 #include "frontend/ParameterIntake.h"
 
 #include "Failures.h"

@@ -1,3 +1,4 @@
+// What four arrays leave in the job, and the state behind each failure.
 #include "frontend/SheetIntake.h"
 
 #include "Failures.h"

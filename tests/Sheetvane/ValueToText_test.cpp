@@ -1,3 +1,4 @@
+// Texts of numbers, against printf in the C locale where that says what they are.
 #include "frontend/ValueToText.h"
 
 #include <kxtypes.h>

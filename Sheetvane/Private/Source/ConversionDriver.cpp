@@ -1,3 +1,4 @@
+// Each function is one level of the document: file, sheet, surface. What fails on any level rises to CreateCIP3File.
 #include "frontend/ConversionDriver.h"
 
 #include "cip3output/CIP3Painter.h"

@@ -1,3 +1,4 @@
+// The defaults of a job.
 #include "frontend/ConverterImpl.h"
 
 namespace Sheetvane

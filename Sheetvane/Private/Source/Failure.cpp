@@ -1,3 +1,4 @@
+// The one place where a KX_ECIP3Exception is made.
 #include "frontend/Failure.h"
 
 #include <Sheetvane/KX_ECIP3Exception.h>

@@ -1,3 +1,4 @@
+// Every element goes through the checked cast, which throws for one of another class.
 #include "frontend/HostValues.h"
 
 #include "frontend/Failure.h"

@@ -1,3 +1,4 @@
+// The class between its base, which holds everything, and the object library, which learns of it at its first query.
 #include <Sheetvane/KX_ECIP3Exception.h>
 
 #include <cstring>

@@ -1,3 +1,4 @@
+// Host dictionaries are read inside a guard: whatever goes wrong in there is one failure to the host.
 #include "frontend/ParameterIntake.h"
 
 #include "frontend/Failure.h"

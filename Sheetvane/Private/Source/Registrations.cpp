@@ -1,3 +1,4 @@
+// Entries in the tables of the raster framework, which are process-wide.
 #include "frontend/Registrations.h"
 
 #include "cip3output/CIP3Painter.h"

@@ -1,3 +1,4 @@
+// The callbacks hold no state: a block is all that goes from one to the next.
 #include "frontend/SeparationCallbacks.h"
 
 #include "frontend/Failure.h"

@@ -1,3 +1,4 @@
+// Host arrays are read inside a guard: whatever goes wrong in there is one failure to the host.
 #include "frontend/SheetIntake.h"
 
 #include "frontend/Failure.h"

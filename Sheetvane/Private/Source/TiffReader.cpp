@@ -1,3 +1,4 @@
+// The record that a reader is opened with.
 #include "frontend/TiffReader.h"
 
 #include "frontend/Failure.h"

@@ -1,3 +1,4 @@
+// A line goes from the reader to the painter in the buffer that the reader fills: no byte is copied on the way.
 #include "frontend/TiffSeparation.h"
 
 #include "cip3output/CIP3Painter.h"

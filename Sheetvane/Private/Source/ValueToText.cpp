@@ -1,3 +1,4 @@
+// std::to_chars takes no notice of a locale, which a host may have set to any.
 #include "frontend/ValueToText.h"
 
 #include <kxtypes.h>

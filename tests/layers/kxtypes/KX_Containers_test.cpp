@@ -1,3 +1,4 @@
+// Arrays, lists and dictionaries.
 #include <kxtypes.h>
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// An exception thrown, cast, packed and printed.
 #include <kxtypes.h>
 
 #include <gtest/gtest.h>

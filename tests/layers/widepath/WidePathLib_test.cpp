@@ -1,3 +1,4 @@
+// Paths there and back, those that are no UTF-8 above all.
 #include <WidePathLib.h>
 
 #include <gtest/gtest.h>
