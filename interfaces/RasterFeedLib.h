@@ -92,5 +92,6 @@ enum class RasterFeedDepth
 };
 
 /// Looks at the TIFF at `path` without a reader: for hosts that want to know beforehand, or to say what went wrong.
-/// A file that is refused is no failure. Throws std::bad_alloc only.
+/// The file is found as FileBlockOpen finds it, with the default extension ".tif", and the reason begins with the name under
+/// which it was opened. A file that is refused is no failure. Throws std::bad_alloc only.
 RasterFeedDescription RasterFeedProbe(const std::string& path, RasterFeedDepth depth);

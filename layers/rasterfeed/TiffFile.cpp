@@ -5,7 +5,7 @@
 
 #include <cstdio>
 #include <cstring>
-#include <memory>
+#include <new>
 #include <utility>
 
 namespace
@@ -23,6 +23,7 @@ namespace
 TiffFile::TiffFile(SourceFile& file)
     : source(file)
     , preamble(ReadPreamble(file))
+    , handle(nullptr, TIFFCleanup)
 {
     LookAt(preamble.firstDirectory);
 
@@ -34,25 +35,11 @@ TiffFile::TiffFile(SourceFile& file)
     TIFFOpenOptionsSetErrorHandlerExtR(options.get(), KeepError, this);
     TIFFOpenOptionsSetWarningHandlerExtR(options.get(), KeepWarning, this);
     // "m": no mapping, since a file that shrinks under a mapping kills the process. "c": strips as they are in the file.
-    handle = TIFFClientOpenExt(
-        "", "rmc", this, ReadBytes, WriteBytes, SeekTo, IgnoreClose, GetSize, nullptr, nullptr, options.get());
-    try
-    {
-        Rethrow();
-        if (handle == nullptr)
-            RefuseDamaged();
-    }
-    catch (...)
-    {
-        if (handle != nullptr)
-            TIFFCleanup(handle);
-        throw;
-    }
-}
-
-TiffFile::~TiffFile()
-{
-    TIFFCleanup(handle);
+    handle.reset(TIFFClientOpenExt(
+        "", "rmc", this, ReadBytes, WriteBytes, SeekTo, IgnoreClose, GetSize, nullptr, nullptr, options.get()));
+    Rethrow();
+    if (!handle)
+        RefuseDamaged();
 }
 
 void TiffFile::SelectImage()
@@ -76,13 +63,13 @@ std::uint16_t TiffFile::Predictor(std::uint16_t compression) const
     std::uint16_t predictor = PREDICTOR_NONE;
     if (compression == COMPRESSION_LZW || compression == COMPRESSION_ADOBE_DEFLATE ||
         compression == COMPRESSION_DEFLATE || compression == COMPRESSION_ZSTD || compression == COMPRESSION_LZMA)
-        TIFFGetField(handle, TIFFTAG_PREDICTOR, &predictor);
+        TIFFGetField(handle.get(), TIFFTAG_PREDICTOR, &predictor);
     return predictor;
 }
 
 std::uint64_t TiffFile::DecodedRowBytes() const
 {
-    return IsTiled() ? TIFFTileRowSize64(handle) : TIFFScanlineSize64(handle);
+    return IsTiled() ? TIFFTileRowSize64(handle.get()) : TIFFScanlineSize64(handle.get());
 }
 
 void TiffFile::LookAt(std::uint64_t directory)

@@ -8,6 +8,7 @@
 #include <cstdarg>
 #include <cstdint>
 #include <exception>
+#include <memory>
 #include <string>
 #include <tiffio.h>
 
@@ -22,7 +23,6 @@ public:
     explicit TiffFile(SourceFile& source);
     TiffFile(const TiffFile&) = delete;
     TiffFile& operator=(const TiffFile&) = delete;
-    ~TiffFile();
 
     /// Goes on to the first directory that is neither a reduced-resolution image nor a mask. Throws Refusal if there is
     /// none.
@@ -36,20 +36,20 @@ public:
     Value Field(std::uint32_t tag, Value otherwise) const
     {
         Value value = otherwise;
-        return TIFFGetFieldDefaulted(handle, tag, &value) == 1 ? value : otherwise;
+        return TIFFGetFieldDefaulted(handle.get(), tag, &value) == 1 ? value : otherwise;
     }
 
-    bool IsTiled() const { return TIFFIsTiled(handle) != 0; }
+    bool IsTiled() const { return TIFFIsTiled(handle.get()) != 0; }
 
     /// Whether 16-bit samples have the other byte order than the machine.
-    bool IsByteSwapped() const { return TIFFIsByteSwapped(handle) != 0; }
+    bool IsByteSwapped() const { return TIFFIsByteSwapped(handle.get()) != 0; }
 
     /// The predictor of an image of that compression; PREDICTOR_NONE where the compression knows none.
     std::uint16_t Predictor(std::uint16_t compression) const;
 
     /// Where a strip or tile is, and how long: bytes.
-    std::uint64_t ChunkOffset(std::uint32_t chunk) const { return TIFFGetStrileOffset(handle, chunk); }
-    std::uint64_t ChunkBytes(std::uint32_t chunk) const { return TIFFGetStrileByteCount(handle, chunk); }
+    std::uint64_t ChunkOffset(std::uint32_t chunk) const { return TIFFGetStrileOffset(handle.get(), chunk); }
+    std::uint64_t ChunkBytes(std::uint32_t chunk) const { return TIFFGetStrileByteCount(handle.get(), chunk); }
 
     /// Bytes of a decoded row of the image or, if it is tiled, of a tile.
     std::uint64_t DecodedRowBytes() const;
@@ -59,7 +59,7 @@ public:
     auto Call(Operation operation)
     {
         message.clear();
-        const auto result = operation(handle);
+        const auto result = operation(handle.get());
         Rethrow();
         return result;
     }
@@ -87,9 +87,9 @@ private:
     SourceFile& source;
     TiffPreamble preamble;
     DirectoryFacts facts;
-    TIFF* handle = nullptr;
     std::uint64_t position = 0; ///< libtiff's place in the file
     std::exception_ptr pending; ///< what a callback threw below libtiff
     std::string message;        ///< see Complaint
     bool messageIsError = false;
+    std::unique_ptr<TIFF, decltype(&TIFFCleanup)> handle; ///< last, to go before what libtiff's callbacks use
 };

@@ -81,7 +81,7 @@ TEST(Refusals, FormsThatNoSeparationHas)
     ExpectRefused(Made(wide), "sample format 2 (signed integers); unsigned integers are accepted");
     wide.sampleFormat = SAMPLEFORMAT_IEEEFP;
     ExpectRefused(Made(wide), "sample format 3 (floating point); unsigned integers are accepted");
-    for (const std::uint64_t bits : {3, 12, 24, 32})
+    for (const std::uint64_t bits : {3u, 12u, 24u, 32u})
         ExpectRefused(
             WithValue(TIFFTAG_BITSPERSAMPLE, bits),
             std::to_string(bits) + " bits per sample; 1, 2, 4, 8 and 16 are accepted");
