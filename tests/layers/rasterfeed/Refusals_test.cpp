@@ -191,6 +191,33 @@ TEST(Refusals, DataThatIsNotAllThere)
     }
 }
 
+TEST(Refusals, MissingGroupFourLinesAreNotDeliveredAsWhite)
+{
+    // libtiff reports success and gives white lines where it meets the end mark early, or zeros: what a copy leaves that
+    // stopped half-way into a file of its full size.
+    TiffForm form;
+    form.bits = 1;
+    form.compression = COMPRESSION_CCITTFAX4;
+    form.height = 100;
+    form.rowsPerStrip = 100;
+    const std::string sound = Made(form);
+    for (const std::uint32_t claimed : {100u, 101u, 102u, 109u})
+    {
+        TiffEditor editor(sound);
+        editor.Set(TIFFTAG_IMAGELENGTH, TIFF_LONG, {claimed});
+        editor.Set(TIFFTAG_ROWSPERSTRIP, TIFF_LONG, {claimed});
+        EXPECT_EQ(Deliver(editor.Bytes()).IsComplete(), claimed == 100) << claimed;
+    }
+    const TiffEditor editor(sound);
+    const std::size_t end = editor.Get(TIFFTAG_STRIPOFFSETS) + editor.Get(TIFFTAG_STRIPBYTECOUNTS);
+    for (std::size_t zeros = 8; zeros < 400; ++zeros)
+    {
+        std::string zeroed = sound;
+        zeroed.replace(end - zeros, zeros, zeros, '\0');
+        ASSERT_EQ(Deliver(zeroed).end, Delivery::End::LineFailed) << zeros << " zeros";
+    }
+}
+
 TEST(Refusals, NothingIsPrinted)
 {
     testing::internal::CaptureStdout();
