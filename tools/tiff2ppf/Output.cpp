@@ -85,8 +85,8 @@ namespace Tiff2Ppf
         if ((isDash ? fstat(STDOUT_FILENO, &status) : stat(name.c_str(), &status)) != 0)
         {
             // A folder that is missing may yet be made, and if it cannot be, the library says so.
-            const bool isOpen = errno == ENOENT || errno == ENOTDIR || errno == EACCES;
-            if (isDash || !isOpen)
+            const bool mayBeMade = errno == ENOENT || errno == ENOTDIR || errno == EACCES;
+            if (isDash || !mayBeMade)
                 RefuseToOpen(name, errno);
             if (name.back() == '/')
                 RefuseToOpen(name, EISDIR);

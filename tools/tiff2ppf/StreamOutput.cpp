@@ -48,7 +48,7 @@ namespace Tiff2Ppf
         const Descriptor work(open(m_work.Path().c_str(), O_RDONLY | O_CLOEXEC));
         if (!work.IsOpen())
             Fail("the temporary file cannot be read");
-        std::array<char, 65536> buffer;
+        std::array<char, 65536> buffer{};
         ssize_t size = 0;
         while ((size = read(work.Number(), buffer.data(), buffer.size())) > 0)
             if (!WriteAll(m_stream.Number(), buffer.data(), static_cast<std::size_t>(size)))

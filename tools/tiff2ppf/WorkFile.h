@@ -24,8 +24,8 @@ namespace Tiff2Ppf
         /// Whether the file is there.
         bool Exists() const;
 
-        /// Gives the file its final name, replacing a file of that name; nothing is left to remove then. False on
-        /// failure, and errno says why.
+        /// Gives the file its final name, in one step, replacing a file of that name. What was replaced may stand under
+        /// the work file's name until this object ends. False on failure, and errno says why.
         bool MoveTo(const std::string& path);
 
     private:

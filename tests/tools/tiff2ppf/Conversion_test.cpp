@@ -11,9 +11,7 @@
 namespace
 {
     using namespace Tiff2Ppf;
-    using ::testing::ElementsAre;
     using ::testing::HasSubstr;
-    using ::testing::IsEmpty;
     using ::testing::MatchesRegex;
 
     /// Converts jobs in a folder of its own to "out.ppf" there.

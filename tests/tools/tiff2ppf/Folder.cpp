@@ -34,7 +34,7 @@ namespace Tiff2PpfTests
 
     std::string Folder::WriteTiff(const std::string& name, int width, int height, int value) const
     {
-        const std::string path = *this / name;
+        std::string path = *this / name;
         TIFF* const tiff = TIFFOpen(path.c_str(), "w");
         TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, width);
         TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, height);

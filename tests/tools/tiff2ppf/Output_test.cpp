@@ -16,7 +16,6 @@ namespace
     using namespace Tiff2Ppf;
     using ::testing::ElementsAre;
     using ::testing::HasSubstr;
-    using ::testing::IsEmpty;
     using ::testing::StartsWith;
     namespace fs = std::filesystem;
 

@@ -1,13 +1,13 @@
 // The built program as a shell sees it: exit status, what it says where, and what it leaves behind. All else is tested
 // without a process.
 #include "Folder.h"
+#include "ppf/Check.h"
 
 #include <gmock/gmock.h>
 
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
-#include <filesystem>
 #include <thread>
 
 #include <sys/wait.h>
@@ -19,7 +19,6 @@ namespace
     using ::testing::HasSubstr;
     using ::testing::MatchesRegex;
     using ::testing::StartsWith;
-    namespace fs = std::filesystem;
 
     class ProgramTest : public ::testing::Test
     {
@@ -67,6 +66,7 @@ namespace
                      "sheet 1 \"Brochure cover\", back: 1040 x 720 pixels at 50.8 per inch: Cyan, Magenta, Yellow, "
                      "Black\n"
                      "sheet 2 \"Order cards\", front: 720 x 520 pixels at 50.8 per inch: Black, Signal Orange\n");
+        EXPECT_TRUE(ppf::CheckFile(m_folder / "out.ppf", ppf::CheckDepth::everything).empty());
     }
 
     TEST_F(ProgramTest, JobFileIsNotOverwritten)
