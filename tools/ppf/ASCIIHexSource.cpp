@@ -9,33 +9,35 @@ namespace ppf
 {
     namespace
     {
-        /// What a character is that is no digit.
+        /// Digits that are decoded at once where no white space stands between them.
+        constexpr std::size_t blockDigits = 64;
+        constexpr std::size_t blockBytes = blockDigits / 2;
         constexpr std::uint8_t noDigit = 0x80;
 
-        constexpr std::array<std::uint8_t, 256> MakeDigits()
+        /// Value of a digit of either case, or `noDigit`. Without a branch, so that loops over it become vectors.
+        inline std::uint8_t DigitOf(char c)
         {
-            std::array<std::uint8_t, 256> digits = {};
-            for (std::size_t i = 0; i < digits.size(); ++i)
-            {
-                digits[i] = noDigit;
-            }
-            for (std::uint8_t i = 0; i < 10; ++i)
-            {
-                digits[static_cast<std::size_t>('0' + i)] = i;
-            }
-            for (std::uint8_t i = 10; i < 16; ++i)
-            {
-                digits[static_cast<std::size_t>('a' + i - 10)] = i;
-                digits[static_cast<std::size_t>('A' + i - 10)] = i;
-            }
-            return digits;
+            const auto decimal = static_cast<std::uint8_t>(c - '0');
+            const auto letter = static_cast<std::uint8_t>((c | 0x20) - 'a');
+            const auto value = static_cast<std::uint8_t>(decimal < 10 ? decimal : letter + 10);
+            return decimal < 10 || letter < 6 ? value : noDigit;
         }
 
-        constexpr std::array<std::uint8_t, 256> digits = MakeDigits();
-
-        std::uint8_t DigitOf(char c)
+        /// False if one of the characters is no digit.
+        bool DecodeBlock(const char* text, unsigned char* out)
         {
-            return digits[static_cast<unsigned char>(c)];
+            std::array<std::uint8_t, blockDigits> digits;
+            std::uint8_t all = 0;
+            for (std::size_t i = 0; i < blockDigits; ++i)
+            {
+                digits[i] = DigitOf(text[i]);
+                all |= digits[i];
+            }
+            for (std::size_t i = 0; i < blockBytes; ++i)
+            {
+                out[i] = static_cast<unsigned char>(digits[2 * i] << 4 | digits[2 * i + 1]);
+            }
+            return (all & noDigit) == 0;
         }
     }
 
@@ -44,25 +46,24 @@ namespace ppf
         std::size_t done = 0;
         while (done < count && !m_ended)
         {
-            const char* const text = m_data.bytes.data();
-            while (done < count && m_data.bytes.size() - m_data.next >= 2)
+            const auto isRoom = [&]
+            { return count - done >= blockBytes && m_data.bytes.size() - m_data.next >= blockDigits; };
+            while (isRoom() && DecodeBlock(m_data.bytes.data() + m_data.next, out + done))
             {
-                const std::uint8_t high = DigitOf(text[m_data.next]);
-                const std::uint8_t low = DigitOf(text[m_data.next + 1]);
-                if (((high | low) & noDigit) != 0)
-                {
-                    break;
-                }
-                out[done++] = static_cast<unsigned char>(high << 4 | low);
-                m_data.next += 2;
+                m_data.next += blockDigits;
+                done += blockBytes;
             }
-            unsigned high = 0;
-            if (done < count && ReadDigit(high))
+            // Digit by digit over what is no block: a line end within it, or the end of the data or of the room.
+            for (std::size_t i = 0; i < blockBytes && done < count && !m_ended; ++i)
             {
-                // A lone last digit stands for one that is followed by 0.
+                unsigned high = 0;
                 unsigned low = 0;
-                ReadDigit(low);
-                out[done++] = static_cast<unsigned char>(high << 4 | low);
+                if (ReadDigit(high))
+                {
+                    // A lone last digit stands for one that is followed by 0.
+                    ReadDigit(low);
+                    out[done++] = static_cast<unsigned char>(high << 4 | low);
+                }
             }
         }
         return done;

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "ppf/Keywords.h"
+#include "ppf/RunLengthToken.h"
 #include "ppf/Scanner.h"
 
 namespace ppf
@@ -116,14 +117,14 @@ namespace ppf
         std::uint64_t wanted = preview.StoredBytes();
         for (std::size_t i = begin; i < m_bytes.size();)
         {
-            const unsigned length = static_cast<unsigned char>(m_bytes[i]);
+            const auto length = static_cast<unsigned char>(m_bytes[i]);
             if (length == filter::runLengthEnd)
             {
                 return i + 1;
             }
-            const bool isLiteral = length < filter::runLengthEnd;
-            const std::uint64_t run = isLiteral ? length + 1 : filter::runLengthRepeatBase - length;
-            i += isLiteral ? length + 2 : 2;
+            const RunLengthToken token(length);
+            const std::uint64_t run = token.Run();
+            i += 1 + token.DataBytes();
             // A file may leave the end mark out where the size is complete. Looked at once: data that goes on behind
             // its size needs the mark.
             if (wanted > 0 && run >= wanted && i <= m_bytes.size() &&

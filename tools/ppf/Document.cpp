@@ -59,9 +59,9 @@ namespace ppf
         constexpr std::array<std::string_view, 6> others = {key::jobName,         key::sheetName, key::extent,
                                                             key::separationNames, key::filmCurve, key::plateCurve};
         std::vector<Entry> parameters;
-        std::copy_if(entries.begin(), entries.end(), std::back_inserter(parameters), [&](const Entry& entry) {
-            return std::find(others.begin(), others.end(), entry.key) == others.end();
-        });
+        std::copy_if(
+            entries.begin(), entries.end(), std::back_inserter(parameters),
+            [&](const Entry& entry) { return std::find(others.begin(), others.end(), entry.key) == others.end(); });
         return parameters;
     }
 

@@ -65,9 +65,7 @@ namespace ppf
         /// What ASCII85 data may begin with.
         inline constexpr std::string_view ascii85Begin = "<~";
 
-        /// Run-length tokens: a length byte below this one is followed by as many bytes and one more, a greater one by
-        /// the byte that stands for 257 less the length byte; this one is the end of the data.
-        inline constexpr unsigned runLengthEnd = 0x80;
-        inline constexpr unsigned runLengthRepeatBase = 257;
+        /// The length byte that ends run-length data.
+        inline constexpr unsigned char runLengthEnd = 0x80;
     }
 }

@@ -1,26 +1,29 @@
 #include "ppf/RunLengthSource.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <utility>
 
 #include "ppf/Failure.h"
 #include "ppf/Keywords.h"
+#include "ppf/RunLengthToken.h"
 
 namespace ppf
 {
     namespace
     {
         constexpr std::size_t blockSize = 64u << 10;
-        constexpr std::size_t longestRun = 128;
+        constexpr std::ptrdiff_t longestRun = 128;
         /// Bytes that runs are copied by where there is room to write beyond their end.
-        constexpr std::size_t stride = 16;
-        constexpr std::size_t longestToken = 1 + longestRun;
+        constexpr unsigned stride = 16;
+        constexpr std::ptrdiff_t longestToken = 1 + longestRun;
+        constexpr std::uint64_t everyByte = 0x0101010101010101;
     }
 
     RunLengthSource::RunLengthSource(std::unique_ptr<ByteSource> encoded)
         : m_encoded(std::move(encoded))
-        , m_block(blockSize + stride)
+        , m_block(blockSize)
     {
     }
 
@@ -59,40 +62,32 @@ namespace ppf
         return done;
     }
 
-    /// Expands runs as long as the block holds all of the next one and `out` has room for the longest.
+    /// Expands runs as long as the block holds all of the next one and `out` has room for the longest. Whether a run is
+    /// literal or repeated is noise to the branch predictor, so the first stride is written the same way for both.
     std::size_t RunLengthSource::ReadWholeRuns(unsigned char* out, std::size_t count)
     {
-        std::size_t done = 0;
-        while (count - done >= longestRun + stride && m_end - m_next >= longestToken)
+        // Locals, since bytes written through `out` might be the members for all that the compiler knows.
+        const unsigned char* token = m_block.data() + m_next;
+        const unsigned char* const end = m_block.data() + m_end;
+        unsigned char* to = out;
+        while (out + count - to >= longestRun && end - token >= longestToken && *token != filter::runLengthEnd)
         {
-            const unsigned char* const token = m_block.data() + m_next;
-            const unsigned length = token[0];
-            if (length == filter::runLengthEnd)
+            const RunLengthToken run(*token++);
+            const std::uint64_t ofLiteral = run.LiteralMask();
+            const std::uint64_t repeated = (*token * everyByte) & ~ofLiteral;
+            for (unsigned i = 0; i < run.Run(); i += stride)
             {
-                break;
+                std::array<std::uint64_t, 2> bytes;
+                static_assert(sizeof bytes == stride);
+                std::memcpy(bytes.data(), token + i, stride);
+                bytes = {(bytes[0] & ofLiteral) | repeated, (bytes[1] & ofLiteral) | repeated};
+                std::memcpy(to + i, bytes.data(), stride);
             }
-            if (length < filter::runLengthEnd)
-            {
-                const std::size_t run = length + 1;
-                for (std::size_t i = 0; i < run; i += stride)
-                {
-                    std::memcpy(out + done + i, token + 1 + i, stride);
-                }
-                done += run;
-                m_next += 1 + run;
-            }
-            else
-            {
-                const std::size_t run = filter::runLengthRepeatBase - length;
-                for (std::size_t i = 0; i < run; i += stride)
-                {
-                    std::memset(out + done + i, token[1], stride);
-                }
-                done += run;
-                m_next += 2;
-            }
+            to += run.Run();
+            token += run.DataBytes();
         }
-        return done;
+        m_next = static_cast<std::size_t>(token - m_block.data());
+        return static_cast<std::size_t>(to - out);
     }
 
     /// False at the end of the data.
@@ -103,10 +98,11 @@ namespace ppf
             m_ended = true;
             return false;
         }
-        const unsigned length = m_block[m_next++];
+        const unsigned char length = m_block[m_next++];
         m_ended = length == filter::runLengthEnd;
-        m_runIsLiteral = length < filter::runLengthEnd;
-        m_runLeft = m_ended ? 0 : m_runIsLiteral ? length + 1 : filter::runLengthRepeatBase - length;
+        const RunLengthToken run(length);
+        m_runIsLiteral = run.IsLiteral();
+        m_runLeft = m_ended ? 0 : run.Run();
         return !m_ended;
     }
 
