@@ -46,6 +46,19 @@ void* operator new(std::size_t size)
     throw std::bad_alloc();
 }
 
+// What is allocated by this one ends in the same operator delete.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept
+{
+    try
+    {
+        return operator new(size);
+    }
+    catch (const std::bad_alloc&)
+    {
+        return nullptr;
+    }
+}
+
 void operator delete(void* memory) noexcept
 {
     std::free(memory);
