@@ -6,11 +6,13 @@ include(CMakePackageConfigHelpers)
 set(SHEETVANE_INCLUDE_DIR "${CMAKE_INSTALL_INCLUDEDIR}/sheetvane")
 set(SHEETVANE_CMAKE_DIR "${CMAKE_INSTALL_LIBDIR}/cmake/Sheetvane")
 
-# Found beside each other wherever the tree is installed to.
-set_target_properties(Sheetvane kxtypes PROPERTIES INSTALL_RPATH "$ORIGIN")
+# Found beside each other wherever the tree is installed to. One path serves the build tree too: a path that is rewritten
+# at installation is padded with empty entries in the build, and an empty entry is the current folder.
+set_target_properties(Sheetvane kxtypes PROPERTIES INSTALL_RPATH "$ORIGIN" BUILD_WITH_INSTALL_RPATH ON)
 file(RELATIVE_PATH libraries_from_programs
   "/prefix/${CMAKE_INSTALL_BINDIR}" "/prefix/${CMAKE_INSTALL_LIBDIR}")
-set_target_properties(tiff2ppf PROPERTIES INSTALL_RPATH "$ORIGIN/${libraries_from_programs}")
+set_target_properties(tiff2ppf PROPERTIES
+  INSTALL_RPATH "$ORIGIN;$ORIGIN/${libraries_from_programs}" BUILD_WITH_INSTALL_RPATH ON)
 
 install(TARGETS Sheetvane kxtypes EXPORT SheetvaneTargets
   LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT runtime NAMELINK_COMPONENT dev
