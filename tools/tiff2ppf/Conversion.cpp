@@ -84,7 +84,7 @@ namespace Tiff2Ppf
         [[noreturn]] void FailAs(const LibraryFailure& failure, const Job& job, const Output& output)
         {
             // Once the library has made its file, its failures are about the separations.
-            if (output.Work().Exists() && failure.what() != std::string(CouldNotOpen))
+            if (output.Work().Exists())
                 throw ConversionError(failure.what() + (": " + CauseInSeparations(job)));
             const std::string obstacle = output.ObstacleToWriting();
             throw ConversionError(failure.what() + (": " + output.Name()) + (obstacle.empty() ? "" : ": " + obstacle));

@@ -17,9 +17,7 @@ namespace Tiff2Ppf
             return;
         if (access(m_path.c_str(), W_OK) != 0)
             Fail(CouldNotOpen);
-        // What replaces a file must not be open to more eyes than that was, not even while it is being written.
-        if (!m_work.Create())
-            Fail(std::string(CouldNotOpen) + ": no file can be made beside it");
+        m_ownerOnly.emplace(S_IRWXG | S_IRWXO);
     }
 
     void FileOutput::Publish()

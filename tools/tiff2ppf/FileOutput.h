@@ -1,6 +1,7 @@
 // An output that is a regular file, or that does not exist yet.
 #pragma once
 
+#include "FileMask.h"
 #include "Output.h"
 
 #include <optional>
@@ -13,7 +14,7 @@ namespace Tiff2Ppf
     {
     public:
         /// The file at `path`, absolute and no link; `replaced` is the status of the one that is there now. Throws
-        /// ConversionError if that may not be written or no file can be made beside it.
+        /// ConversionError if that may not be written.
         FileOutput(const std::string& name, const std::string& path, const std::optional<struct stat>& replaced);
 
         /// Renames the work file. It has got the permissions of the file that it replaces, and its owner where the
@@ -25,5 +26,6 @@ namespace Tiff2Ppf
 
         std::string m_path;
         std::optional<struct stat> m_replaced;
+        std::optional<FileMask> m_ownerOnly; ///< what replaces a file is open to nobody else while it is written
     };
 }
