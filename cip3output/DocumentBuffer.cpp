@@ -48,7 +48,12 @@ namespace RasterOutput
         {
             AddBlock(capacity);
         }
-        return blocks.back().bytes.get() + blocks.back().used;
+        Block& block = blocks.back();
+        if (block.used + capacity > block.touched)
+        {
+            TouchLargePage(block, capacity);
+        }
+        return block.bytes.get() + block.used;
     }
 
     void DocumentBuffer::Commit(std::size_t count)
@@ -69,11 +74,31 @@ namespace RasterOutput
         const std::size_t chosen = std::max(next, capacity);
         blocks.reserve(blocks.size() + 1);
         std::unique_ptr<unsigned char[], Release> bytes(static_cast<unsigned char*>(::operator new(chosen, Alignment)));
-        if (chosen >= LargePageThreshold)
+        const bool isLarge = chosen >= LargePageThreshold;
+        if (isLarge)
         {
             Platform::AdviseLargePages(bytes.get(), chosen - chosen % Platform::LargePageSize);
         }
-        blocks.push_back({std::move(bytes), chosen, 0});
+        blocks.push_back({std::move(bytes), chosen, 0, isLarge ? 0 : chosen});
+    }
+
+    /// The first touch of a large page makes the system clear it, and it goes from both ends towards the place that was
+    /// touched: the cache then holds what is wanted next. Touched at its end, the page is cleared from front to back.
+    /// Where a virtual machine's memory comes from its host piece by piece, that is four times as fast. One page at most,
+    /// so that room that is asked for and not used takes no memory.
+    void DocumentBuffer::TouchLargePage(Block& block, std::size_t capacity) noexcept
+    {
+        const std::size_t page = std::max(block.touched, block.used - block.used % Platform::LargePageSize);
+        const std::size_t end = page + Platform::LargePageSize;
+        if (end > block.capacity)
+        {
+            block.touched = block.capacity;
+        }
+        else if (block.used + capacity > page)
+        {
+            block.bytes[end - 1] = 0;
+            block.touched = end;
+        }
     }
 
     void DocumentBuffer::RefuseBeyondLimit(std::size_t extra) const

@@ -66,9 +66,12 @@ namespace RasterOutput
             std::unique_ptr<unsigned char[], Release> bytes;
             std::size_t capacity;
             std::size_t used;
+            /// End of the large pages that have been touched; none are where this is the capacity from the start.
+            std::size_t touched;
         };
 
         void AddBlock(std::size_t capacity);
+        static void TouchLargePage(Block& block, std::size_t capacity) noexcept;
         void RefuseBeyondLimit(std::size_t extra) const;
         /// Writes as much as lies in front of the document's end; gives the rest.
         std::string_view Overwrite(std::string_view bytes) noexcept;
