@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <unistd.h>
 
 namespace
@@ -24,28 +25,24 @@ namespace
         }
         fs::path path;
     };
-
-    std::uint32_t Mix(std::uint32_t x, std::uint32_t y)
-    {
-        std::uint32_t hash = x * 2654435761u ^ y * 2246822519u;
-        hash ^= hash >> 15;
-        hash *= 3266489917u;
-        return hash ^ hash >> 13;
-    }
 }
 
-SampleRule Picture(Kind kind)
+SampleRule Page(Pages::Kind kind)
 {
-    if (kind == Kind::Flat)
+    const auto page = std::make_shared<std::vector<std::uint8_t>>(Pages::Make(kind, pageWidth, pageHeight));
+    return [page](std::uint32_t x, std::uint32_t y) -> std::uint32_t
+    { return (*page)[std::size_t{y} * pageWidth + x]; };
+}
+
+SampleRule Plate()
+{
+    return [](std::uint32_t x, std::uint32_t y) -> std::uint32_t
     {
-        return [](std::uint32_t x, std::uint32_t y) -> std::uint32_t
-        {
-            if (y % 40 < 12 && x > 400 && x < 3600) // lines of text
-                return Mix(x / 3, y / 4) % 3 == 0 ? 0 : 255;
-            return x / 500 % 2 == 0 ? 255 : 255 - x / 500 * 20;
-        };
-    }
-    return [](std::uint32_t x, std::uint32_t y) { return ((x + y) / 24 + Mix(x, y) % 5) & 255; };
+        const std::uint32_t shade = (x + y) / 400 % 128; // the square of a dot's radius grows with it
+        const std::uint32_t dx = x % 16 > 8 ? 16 - x % 16 : x % 16;
+        const std::uint32_t dy = y % 16 > 8 ? 16 - y % 16 : y % 16;
+        return dx * dx + dy * dy < shade ? 0 : 1;
+    };
 }
 
 std::string InputFile(const TiffForm& form, const SampleRule& rule, const std::string& name)

@@ -1,19 +1,20 @@
-// The TIFFs that the benchmarks read: made once per run in a temporary folder, of two kinds of image.
+// The TIFFs that the benchmarks read, made once per run in a temporary folder.
 #pragma once
 
+#include "Pages.h"
 #include "TiffMaker.h"
 
 #include <string>
 
-/// Pictures as prepress has them.
-enum class Kind
-{
-    Flat, ///< text and tints: long runs of equal pixels
-    Photo ///< noisy gradients
-};
+/// Size of the 8-bit pages, in pixels.
+constexpr std::uint32_t pageWidth = 4000;
+constexpr std::uint32_t pageHeight = 6000;
 
-/// The rule for an 8-bit image of that kind.
-SampleRule Picture(Kind kind);
+/// The rule for an 8-bit page of that kind.
+SampleRule Page(Pages::Kind kind);
+
+/// The rule for a bilevel plate: a slow gradient in round dots, 16 pixels from one to the next. 1 is paper.
+SampleRule Plate();
 
 /// The path of a file of that form, made when first asked for and removed with the process.
 std::string InputFile(const TiffForm& form, const SampleRule& rule, const std::string& name);

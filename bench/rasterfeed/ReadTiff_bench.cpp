@@ -6,6 +6,7 @@
 #include <FileBlockLib.h>
 #include <RasterFeedLib.h>
 
+#include <algorithm>
 #include <benchmark/benchmark.h>
 #include <cstring>
 #include <stdexcept>
@@ -67,25 +68,12 @@ namespace
     {
         std::string name;
         TiffForm form;
-        Kind kind;
+        SampleRule rule;
     };
-
-    /// The rule for a case; bilevel plates are screens of dots.
-    SampleRule RuleOf(const Case& input)
-    {
-        if (input.form.bits == 1)
-        {
-            const SampleRule shade = Picture(input.kind);
-            return [shade](std::uint32_t x, std::uint32_t y) -> std::uint32_t
-            { return shade(x / 64, y / 64) > (x % 16) * (y % 16) ? 1 : 0; };
-        }
-        return Picture(input.kind);
-    }
 
     /// One line in a hundred, and the last, are compared with the rule.
     void Verify(const Case& input, const std::string& path)
     {
-        const SampleRule rule = RuleOf(input);
         const std::uint32_t highest = (1u << input.form.bits) - 1;
         ReadByLayer(
             path,
@@ -95,7 +83,7 @@ namespace
                     return;
                 for (std::uint32_t x = 0; x < input.form.width; ++x)
                 {
-                    if (line[x] != rule(x, y) * 255 / highest)
+                    if (line[x] != input.rule(x, y) * 255 / highest)
                         throw std::runtime_error(input.name + ": wrong pixels");
                 }
             });
@@ -103,7 +91,9 @@ namespace
 
     void Run(benchmark::State& state, const Case& input, bool byLayer)
     {
-        const std::string path = InputFile(input.form, RuleOf(input), input.name);
+        std::string fileName = input.name;
+        std::replace(fileName.begin(), fileName.end(), '/', '-');
+        const std::string path = InputFile(input.form, input.rule, fileName);
         Verify(input, path);
         for ([[maybe_unused]] const auto iteration : state)
         {
@@ -131,44 +121,57 @@ namespace
             {"packbits", COMPRESSION_PACKBITS, 64},
         };
         std::vector<Case> cases;
-        for (const Kind kind : {Kind::Flat, Kind::Photo})
+        for (const Pages::Kind kind : {Pages::Kind::Flat, Pages::Kind::Photo})
         {
+            const SampleRule rule = Page(kind);
             for (const auto& coding : codings)
             {
                 TiffForm form;
-                form.width = 4000;
-                form.height = 6000;
+                form.width = pageWidth;
+                form.height = pageHeight;
                 form.compression = coding.compression;
                 form.rowsPerStrip = coding.rowsPerStrip;
-                cases.push_back({std::string(coding.name) + (kind == Kind::Flat ? "-flat" : "-photo"), form, kind});
+                cases.push_back({std::string(coding.name) + "/" + Pages::Name(kind), form, rule});
             }
         }
         TiffForm plate;
         plate.bits = 1;
         plate.width = 20000;
         plate.height = 28000;
-        plate.compression = COMPRESSION_CCITTFAX4;
         plate.rowsPerStrip = plate.height;
-        cases.push_back({"plate-g4", plate, Kind::Photo});
-        plate.compression = COMPRESSION_NONE;
-        cases.push_back({"plate-none", plate, Kind::Photo});
+        cases.push_back({"none-one-strip/plate", plate, Plate()});
+        plate.compression = COMPRESSION_CCITTFAX4;
+        cases.push_back({"g4-one-strip/plate", plate, Plate()});
+        const SampleRule page = Page(Pages::Kind::Flat);
+        const SampleRule text = [page](std::uint32_t x, std::uint32_t y) -> std::uint32_t
+        { return page(x / 5, y / 5) >= 128 ? 1 : 0; };
+        cases.push_back({"g4-one-strip/text", plate, text});
         return cases;
     }
 }
 
 int main(int argc, char** argv)
 {
+#ifdef NDEBUG
+    benchmark::AddCustomContext("build", "optimised");
+#else
+    benchmark::AddCustomContext("build", "with assertions; do not quote these figures");
+#endif
+    const std::string version = TIFFGetVersion();
+    benchmark::AddCustomContext("libtiff", version.substr(0, version.find('\n')));
     for (const Case& input : Cases())
     {
         for (const bool byLayer : {true, false})
         {
-            const std::string name = (byLayer ? "layer/" : "libtiff/") + input.name;
+            const std::string name = input.name + (byLayer ? "/layer" : "/libtiff");
             benchmark::RegisterBenchmark(
                 name.c_str(), [input, byLayer](benchmark::State& state) { Run(state, input, byLayer); })
                 ->Unit(benchmark::kMillisecond);
         }
     }
     benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
 }

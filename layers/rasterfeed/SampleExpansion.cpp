@@ -1,5 +1,7 @@
 #include "SampleExpansion.h"
 
+#include "BilevelRow.h"
+
 #include <algorithm>
 #include <cstring>
 
@@ -10,7 +12,7 @@ SampleExpansion::SampleExpansion(unsigned bitsPerSample, bool inverted, bool fro
     , flip(inverted ? 255 : 0)
     , of()
 {
-    if (bits >= 8)
+    if (bits != 2 && bits != 4)
         return;
     const unsigned highest = (1u << bits) - 1;
     for (unsigned byte = 0; byte < 256; ++byte)
@@ -39,7 +41,7 @@ void SampleExpansion::Expand(const unsigned char* row, unsigned char* line) cons
     switch (bits)
     {
     case 1:
-        Unpack<8>(row, line);
+        ExpandBilevelRow(row, width, flip, line);
         break;
     case 2:
         Unpack<4>(row, line);

@@ -27,5 +27,5 @@ private:
     bool mirrored;
     std::uint32_t width;
     unsigned char flip;                               ///< 255 to invert, else 0
-    std::array<std::array<unsigned char, 8>, 256> of; ///< the bytes of a packed byte's samples, for up to 4 bits
+    std::array<std::array<unsigned char, 4>, 256> of; ///< the bytes of a packed byte's samples, for 2 and 4 bits
 };

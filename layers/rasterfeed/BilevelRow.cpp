@@ -1,0 +1,80 @@
+// Expansion of bits, compiled once for every kind of vectors and chosen at run time.
+#include "rasterfeed/BilevelRow.h"
+
+#include <cstring>
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "rasterfeed/BilevelRow.cpp"
+#include <hwy/foreach_target.h>
+#include <hwy/highway.h>
+
+HWY_BEFORE_NAMESPACE();
+namespace
+{
+    namespace HWY_NAMESPACE
+    {
+        namespace hn = hwy::HWY_NAMESPACE;
+
+        // What 16 bytes of a row become: the unit of the work.
+        constexpr std::size_t unitBytes = 16;
+        constexpr std::size_t unitSamples = unitBytes * 8;
+
+#if HWY_TARGET == HWY_SCALAR
+        // A machine that cannot shuffle bytes.
+        void ExpandUnit(const unsigned char* row, unsigned char flip, unsigned char* line)
+        {
+            for (std::size_t i = 0; i < unitSamples; ++i)
+                line[i] = static_cast<unsigned char>((row[i / 8] & 0x80u >> i % 8) != 0 ? ~flip : flip);
+        }
+#else
+        // Each lane takes the byte that holds its bit, and looks at that bit alone.
+        HWY_ALIGN constexpr unsigned char byteOf[64] = {
+            0, 0, 0, 0, 0, 0, 0, 0, 1, 1, 1, 1, 1, 1, 1, 1, 2, 2, 2, 2, 2, 2, 2, 2, 3, 3, 3, 3, 3, 3, 3, 3,
+            4, 4, 4, 4, 4, 4, 4, 4, 5, 5, 5, 5, 5, 5, 5, 5, 6, 6, 6, 6, 6, 6, 6, 6, 7, 7, 7, 7, 7, 7, 7, 7};
+        HWY_ALIGN constexpr unsigned char bitOf[16] = {0x80, 0x40, 0x20, 0x10, 8, 4, 2, 1,
+                                                       0x80, 0x40, 0x20, 0x10, 8, 4, 2, 1};
+
+        HWY_INLINE void ExpandUnit(const unsigned char* row, unsigned char flip, unsigned char* line)
+        {
+            const hn::CappedTag<unsigned char, sizeof byteOf> tag;
+            const std::size_t lanes = hn::Lanes(tag);
+            const auto bytes = hn::LoadDup128(tag, row);
+            for (std::size_t i = 0; i < unitSamples; i += lanes)
+            {
+                const auto first = hn::Set(tag, static_cast<unsigned char>(i / 8));
+                const auto spread = hn::TableLookupBytes(bytes, hn::Add(hn::Load(tag, byteOf), first));
+                const auto isOne = hn::VecFromMask(tag, hn::TestBit(spread, hn::LoadDup128(tag, bitOf)));
+                hn::StoreU(hn::Xor(isOne, hn::Set(tag, flip)), tag, line + i);
+            }
+        }
+#endif
+
+        void ExpandRow(const unsigned char* row, std::size_t samples, unsigned char flip, unsigned char* line)
+        {
+            for (; samples >= unitSamples; samples -= unitSamples, row += unitBytes, line += unitSamples)
+                ExpandUnit(row, flip, line);
+            if (samples > 0)
+            {
+                // The rest by way of room of its own, so that nothing is read or written behind the ends.
+                unsigned char lastRow[unitBytes] = {};
+                unsigned char lastLine[unitSamples];
+                std::memcpy(lastRow, row, (samples + 7) / 8);
+                ExpandUnit(lastRow, flip, lastLine);
+                std::memcpy(line, lastLine, samples);
+            }
+        }
+    }
+}
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace
+{
+    HWY_EXPORT(ExpandRow);
+}
+
+void ExpandBilevelRow(const unsigned char* row, std::size_t samples, unsigned char flip, unsigned char* line)
+{
+    HWY_DYNAMIC_DISPATCH(ExpandRow)(row, samples, flip, line);
+}
+#endif
