@@ -35,12 +35,10 @@ namespace
     /// What a decoder keeps besides its input and output, at most.
     std::uint64_t CodecMemory(const SeparationForm& form)
     {
+        if (form.IsFax())
+            return std::uint64_t{form.chunkWidth} * 16; // four 32-bit run lengths for each pixel
         switch (form.compression)
         {
-        case COMPRESSION_CCITTRLE:
-        case COMPRESSION_CCITTFAX3:
-        case COMPRESSION_CCITTFAX4:
-            return std::uint64_t{form.chunkWidth} * 16; // four 32-bit run lengths for each pixel
         case COMPRESSION_JPEG:
             return 100 * mebibyte; // libtiff's bound for progressive JPEG
         case COMPRESSION_ZSTD:

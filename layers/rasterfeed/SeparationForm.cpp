@@ -11,6 +11,7 @@ namespace
 {
     constexpr std::uint32_t largestSide = 2147483647;          // pixels
     constexpr std::uint64_t largestRow = 1024u * 1024u * 1024; // bytes, stored or delivered
+    constexpr std::uint32_t widestFaxRow = 1000000;            // pixels; libtiff takes 16 bytes for each, in one piece
     constexpr double resolutionOfNone = 72;                    // pixels per inch
 
     const char* const acceptedPhotometric = "; MinIsBlack, MinIsWhite and Separated with one ink are accepted";
@@ -135,9 +136,7 @@ namespace
         form.compression = file.Field<std::uint16_t>(TIFFTAG_COMPRESSION, COMPRESSION_NONE);
         if (!IsAcceptedCompression(form.compression))
             throw Refusal("compression " + NameOf(form.compression, compressionNames) + acceptedCompression);
-        const bool fax = form.compression == COMPRESSION_CCITTRLE || form.compression == COMPRESSION_CCITTFAX3 ||
-                         form.compression == COMPRESSION_CCITTFAX4;
-        if (fax && form.bits != 1)
+        if (form.IsFax() && form.bits != 1)
             throw Refusal("CCITT compression of " + std::to_string(form.bits) + " bits per sample; 1 is accepted");
         if (form.compression == COMPRESSION_JPEG && form.bits != 8)
             throw Refusal("JPEG compression of " + std::to_string(form.bits) + " bits per sample; 8 is accepted");
@@ -163,6 +162,8 @@ namespace
             throw Refusal(size + "; 1 to 2147483647 in each direction are accepted");
         if (std::max(form.RowBytes(), std::uint64_t{form.width}) > largestRow)
             throw Refusal(size + " in rows of more than 1 GiB; rows of up to 1 GiB are accepted");
+        if (form.IsFax() && form.width > widestFaxRow)
+            throw Refusal(size + " in CCITT compression; rows of up to 1000000 pixels are accepted");
 
         if (form.tiled)
         {
@@ -182,6 +183,12 @@ namespace
         if (form.tiled && form.ChunksAcross() > 1 && std::uint64_t{form.chunkWidth} * form.bits % 8 != 0)
             throw Refusal(tiles + "; widths that are multiples of 16 are accepted");
     }
+}
+
+bool SeparationForm::IsFax() const
+{
+    return compression == COMPRESSION_CCITTRLE || compression == COMPRESSION_CCITTFAX3 ||
+           compression == COMPRESSION_CCITTFAX4;
 }
 
 SeparationForm InspectForm(const TiffFile& file)

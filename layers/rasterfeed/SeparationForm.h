@@ -24,6 +24,9 @@ struct SeparationForm
     std::uint32_t chunkWidth;  ///< columns of a strip (the image's width) or tile
     std::uint32_t chunkHeight; ///< rows of a strip or tile, at most the image's height for strips
 
+    /// Whether the compression is one of the CCITT's.
+    bool IsFax() const;
+
     /// Bytes of a stored row: of the image, and of one strip or tile.
     std::uint64_t RowBytes() const { return (std::uint64_t{width} * bits + 7) / 8; }
     std::uint64_t ChunkRowBytes() const { return (std::uint64_t{chunkWidth} * bits + 7) / 8; }
