@@ -1,3 +1,4 @@
+// Inputs on disk, since what is measured begins with the file.
 #include "Inputs.h"
 
 #include <filesystem>

@@ -1,3 +1,4 @@
+// The system calls: open, fstat, pread and close, with what each may do instead of what was asked.
 #include "FileDescriptor.h"
 
 #include <cerrno>

@@ -1,3 +1,4 @@
+// libtiff's decoding calls, and what counts as their success.
 #include "ChunkDecoding.h"
 
 #include "Refusal.h"

@@ -1,3 +1,4 @@
+// The bounds of memory and time, and the checks of an image's directory against its file.
 #include "DecodePlan.h"
 
 #include "Refusal.h"

@@ -1,3 +1,4 @@
+// The few bytes of a TIFF that this layer reads by itself: its start, and the entries of one directory.
 #include "DirectoryFacts.h"
 
 #include "Refusal.h"

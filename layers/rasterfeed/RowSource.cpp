@@ -1,3 +1,4 @@
+// One source for each way from the file to rows.
 #include "RowSource.h"
 
 #include "ScanlineRows.h"

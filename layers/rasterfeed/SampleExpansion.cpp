@@ -1,3 +1,4 @@
+// Tables for 2 and 4 bits, arithmetic for 8 and 16; bilevel rows have vectors of their own.
 #include "SampleExpansion.h"
 
 #include "BilevelRow.h"

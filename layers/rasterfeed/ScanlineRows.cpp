@@ -1,3 +1,4 @@
+// libtiff keeps the place in the strip, so that there is nothing to keep here.
 #include "ScanlineRows.h"
 
 #include "ChunkDecoding.h"

@@ -1,3 +1,4 @@
+// What a separation may be, tag by tag, with the words for what it may not.
 #include "SeparationForm.h"
 
 #include "Refusal.h"

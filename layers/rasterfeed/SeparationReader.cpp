@@ -1,3 +1,4 @@
+// From directory to plan, from rows to lines, and from stored order to upright.
 #include "SeparationReader.h"
 
 #include "Refusal.h"

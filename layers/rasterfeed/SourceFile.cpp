@@ -1,3 +1,4 @@
+// A window of the file between the callbacks and everything that reads.
 #include "SourceFile.h"
 
 #include "Refusal.h"

@@ -1,3 +1,4 @@
+// Bytes from the file, with the two orders that TIFF allows them undone.
 #include "StoredRows.h"
 
 #include "Refusal.h"

@@ -1,3 +1,4 @@
+// One decoded strip at a time.
 #include "StripRows.h"
 
 #include "ChunkDecoding.h"

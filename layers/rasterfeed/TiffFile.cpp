@@ -1,3 +1,4 @@
+// libtiff's client procedures and handlers, and the choice of the image.
 #include "TiffFile.h"
 
 #include "Refusal.h"

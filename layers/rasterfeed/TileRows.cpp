@@ -1,3 +1,4 @@
+// Rows gathered from tiles that lie one behind the other in memory.
 #include "TileRows.h"
 
 #include "ChunkDecoding.h"

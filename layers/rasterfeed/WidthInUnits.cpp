@@ -1,3 +1,4 @@
+// A continued fraction, in doubles that never round.
 #include "WidthInUnits.h"
 
 #include <algorithm>

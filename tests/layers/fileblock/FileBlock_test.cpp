@@ -1,3 +1,4 @@
+// The block operations on real files, sound and odd, and on a system that fails.
 #include "SystemFaults.h"
 
 #include <FileBlockLib.h>

@@ -1,3 +1,4 @@
+// The functions that the linker puts in the system's place.
 #include "SystemFaults.h"
 
 #include <algorithm>

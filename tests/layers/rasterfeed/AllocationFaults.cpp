@@ -1,3 +1,4 @@
+// operator new and delete for the whole test program.
 #include "AllocationFaults.h"
 
 #include <cstdlib>

@@ -1,3 +1,4 @@
+// The vectors against the plain loop, on every kind of them that this machine has.
 #include "rasterfeed/BilevelRow.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// A host's calls in their order, and its arithmetic.
 #include "Delivery.h"
 
 #include <cstdlib>

@@ -1,3 +1,4 @@
+// The callbacks, on bytes in memory.
 #include "MemoryFile.h"
 
 #include <algorithm>

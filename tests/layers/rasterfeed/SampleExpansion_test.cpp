@@ -1,3 +1,4 @@
+// Rounding, where whole numbers could be off for a few values of many. The other depths are proved by whole files.
 #include "rasterfeed/SampleExpansion.h"
 
 #include <cmath>

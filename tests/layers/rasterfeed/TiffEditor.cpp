@@ -1,3 +1,4 @@
+// Directories as bytes: read, changed and written again.
 #include "TiffEditor.h"
 
 #include <algorithm>

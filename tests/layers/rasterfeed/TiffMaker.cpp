@@ -1,3 +1,4 @@
+// libtiff's writer on a string, fed with samples packed by hand.
 #include "TiffMaker.h"
 
 #include <algorithm>

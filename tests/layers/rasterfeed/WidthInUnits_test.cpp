@@ -1,3 +1,4 @@
+// Resolutions through the two numbers and back.
 #include "rasterfeed/WidthInUnits.h"
 
 #include <cmath>
