@@ -51,16 +51,16 @@ namespace ppf
     std::string_view DataFinder::Find(std::uint64_t begin, const Preview& preview) const
     {
         auto at = static_cast<std::size_t>(begin);
-        if (at < m_bytes.size() && !IsWhiteSpace(m_bytes[at]))
-        {
-            throw FormatError(begin, "no white space stands between CIP3PreviewImage and its data");
-        }
         if (preview.encoding != Encoding::binary)
         {
             at = SkipWhiteSpace(at, m_bytes.size());
             const bool isHex = preview.encoding == Encoding::asciiHex;
             const std::size_t end = TextEnd(at, isHex ? filter::asciiHexEnd : filter::ascii85End);
             return m_bytes.substr(at, end - at);
+        }
+        if (at < m_bytes.size() && !IsWhiteSpace(m_bytes[at]))
+        {
+            throw FormatError(begin, "no white space stands between CIP3PreviewImage and its data");
         }
         // The one white space character behind the word belongs to it. Some writers put a whole line end there. Data
         // with one line end behind it is preferred to data with other white space, which may be pixels: 0 is both.

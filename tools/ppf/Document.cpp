@@ -5,10 +5,33 @@
 #include <iterator>
 
 #include "ppf/Keywords.h"
+#include "ppf/Number.h"
 #include "ppf/Scanner.h"
+#include "ppf/StringLiteral.h"
 
 namespace ppf
 {
+    namespace
+    {
+        /// True for a transfer curve that is the straight line from 0 0 to 1 1, which changes nothing.
+        bool IsNeutralCurve(const Entry& entry)
+        {
+            constexpr std::array<double, 4> straight = {0, 0, 1, 1};
+            if (entry.key != key::filmCurve && entry.key != key::plateCurve)
+            {
+                return false;
+            }
+            // The four numbers stand between brackets.
+            const std::vector<Token> tokens = TokensOf(entry.value, straight.size() + 2);
+            bool isStraight = tokens.size() == straight.size() + 2;
+            for (std::size_t i = 0; isStraight && i < straight.size(); ++i)
+            {
+                isStraight = NumberOf(tokens[i + 1].text) == straight[i];
+            }
+            return isStraight;
+        }
+    }
+
     std::string_view NameOf(Side side)
     {
         return side == Side::front ? "front" : "back";
@@ -38,30 +61,21 @@ namespace ppf
 
     std::string_view Sheet::Extent() const
     {
-        std::string_view text = Find(key::extent).value_or("");
-        if (text.size() >= 2 && text.front() == '[' && text.back() == ']')
-        {
-            text = text.substr(1, text.size() - 2);
-            while (!text.empty() && IsWhiteSpace(text.front()))
-            {
-                text.remove_prefix(1);
-            }
-            while (!text.empty() && IsWhiteSpace(text.back()))
-            {
-                text.remove_suffix(1);
-            }
-        }
-        return text;
+        const std::string_view text = Find(key::extent).value_or("");
+        const bool isArray = text.size() >= 2 && text.front() == '[' && text.back() == ']';
+        return isArray ? Trimmed(text.substr(1, text.size() - 2)) : text;
     }
 
     std::vector<Entry> Sheet::Parameters() const
     {
-        constexpr std::array<std::string_view, 6> others = {key::jobName,         key::sheetName, key::extent,
-                                                            key::separationNames, key::filmCurve, key::plateCurve};
         std::vector<Entry> parameters;
         std::copy_if(
             entries.begin(), entries.end(), std::back_inserter(parameters),
-            [&](const Entry& entry) { return std::find(others.begin(), others.end(), entry.key) == others.end(); });
+            [](const Entry& entry)
+            {
+                const bool isName = entry.key == key::jobName || entry.key == key::sheetName;
+                return !isName && entry.key != key::extent && !IsNeutralCurve(entry);
+            });
         return parameters;
     }
 

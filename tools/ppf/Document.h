@@ -131,7 +131,7 @@ namespace ppf
         std::string SheetName() const;
         /// The text of the extent, without the brackets around it; an empty one if the section has none.
         std::string_view Extent() const;
-        /// The entries that are neither a name, the extent, the list of separations nor a transfer curve.
+        /// The entries that are neither the name of job or sheet, the extent, nor a transfer curve without effect.
         std::vector<Entry> Parameters() const;
     };
 

@@ -1,10 +1,13 @@
 #include "ppf/DocumentReader.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "ppf/DataFinder.h"
+#include "ppf/Definition.h"
 #include "ppf/InkNames.h"
 #include "ppf/Keywords.h"
+#include "ppf/Number.h"
 #include "ppf/PreviewEntries.h"
 #include "ppf/Scanner.h"
 
@@ -17,6 +20,8 @@ namespace ppf
         /// The longest value that is kept as an entry, in bytes.
         constexpr std::size_t longestValue = 64u << 10;
         constexpr std::size_t deepestNesting = 100;
+        /// What a message repeats of the file, in bytes.
+        constexpr std::size_t longestShown = 100;
 
         enum class Kind
         {
@@ -45,13 +50,6 @@ namespace ppf
             return text.substr(0, start.size()) == start;
         }
 
-        bool IsSectionWord(const Token& token)
-        {
-            return token.kind == TokenKind::executableName &&
-                   (StartsWith(token.text, word::begin) || StartsWith(token.text, word::end) ||
-                    token.text == word::image);
-        }
-
         Kind KindOf(std::string_view name)
         {
             return name == word::directory                     ? Kind::directory
@@ -60,6 +58,18 @@ namespace ppf
                    : name == word::previewImage                ? Kind::previewImage
                    : name == word::separation                  ? Kind::separation
                                                                : Kind::unknown;
+        }
+
+        /// The beginning of a text from the file, for a message.
+        std::string Shown(std::string_view text)
+        {
+            return std::string(text.substr(0, longestShown));
+        }
+
+        std::string Described(const Section& section)
+        {
+            return "the section CIP3Begin" + Shown(section.name) + " that begins at byte " +
+                   std::to_string(section.offset);
         }
 
         bool MayStandIn(Kind inner, Kind outer)
@@ -78,6 +88,19 @@ namespace ppf
             default:
                 return true;
             }
+        }
+
+        /// The offset behind blanks and one line end, or the one given if no line end follows.
+        std::uint64_t BehindLineEnd(std::string_view bytes, std::uint64_t offset)
+        {
+            const auto begin = static_cast<std::size_t>(offset);
+            const std::size_t at = std::min(bytes.find_first_not_of(" \t", begin), bytes.size());
+            const std::string_view next = bytes.substr(at, 2);
+            if (next == "\r\n")
+            {
+                return at + 2;
+            }
+            return !next.empty() && (next[0] == '\n' || next[0] == '\r') ? at + 1 : offset;
         }
 
         class DocumentReader
@@ -113,7 +136,6 @@ namespace ppf
             void ReadHeader();
             bool ReadStatement();
             void ReadWord(std::string_view text);
-            void ReadDefinition(const Token& literal);
             void Keep(const Entry& entry);
             void BeginSection(std::string_view name, std::uint64_t offset);
             void EndSection(std::string_view name, std::uint64_t offset);
@@ -146,16 +168,7 @@ namespace ppf
             {
                 if (StartsWith(token.text, word::version))
                 {
-                    std::string_view version = token.text.substr(word::version.size());
-                    const auto isBlank = [](char c) { return IsWhiteSpace(c) || c == ':'; };
-                    while (!version.empty() && isBlank(version.front()))
-                    {
-                        version.remove_prefix(1);
-                    }
-                    while (!version.empty() && isBlank(version.back()))
-                    {
-                        version.remove_suffix(1);
-                    }
+                    const std::string_view version = Trimmed(token.text.substr(word::version.size()));
                     m_document.version = version.substr(0, longestValue);
                     return;
                 }
@@ -168,31 +181,29 @@ namespace ppf
         {
             const Token token = m_scanner.Next();
             const Section& section = m_sections.back();
+            const bool isWord = token.kind == TokenKind::executableName;
+            const bool isOperand = token.kind == TokenKind::number || token.kind == TokenKind::string ||
+                                   token.kind == TokenKind::open || token.kind == TokenKind::close;
+            if (section.hasImage && (isOperand || (isWord && !StartsWith(token.text, word::end))))
+            {
+                throw FormatError(OffsetOf(token), "preview image data is not followed by the end of its section");
+            }
             switch (token.kind)
             {
             case TokenKind::end:
                 throw FormatError(
                     OffsetOf(token), section.kind == Kind::file
                                          ? "file has no closing comment \"%%CIP3EndOfFile\": its end is missing"
-                                         : "file ends within the section CIP3Begin" + std::string(section.name) +
-                                               " that begins at byte " + std::to_string(section.offset));
+                                         : "file ends within " + Described(section));
             case TokenKind::comment:
                 return !EndDocument(token);
             case TokenKind::literalName:
-                ReadDefinition(token);
+                Keep(ReadDefinition(m_scanner, token, m_document.bytes));
                 return true;
             case TokenKind::executableName:
-                if (section.hasImage && !StartsWith(token.text, word::end))
-                {
-                    throw FormatError(OffsetOf(token), "preview image data is not followed by the end of its section");
-                }
                 ReadWord(token.text);
                 return true;
             default:
-                if (section.hasImage)
-                {
-                    throw FormatError(OffsetOf(token), "preview image data is not followed by the end of its section");
-                }
                 if (section.kind == Kind::directory)
                 {
                     constexpr std::size_t operandsOfEntry = 3;
@@ -227,56 +238,6 @@ namespace ppf
             }
         }
 
-        void DocumentReader::ReadDefinition(const Token& literal)
-        {
-            const char* begin = nullptr;
-            const char* end = literal.text.data() + literal.text.size();
-            // The closing delimiters that are awaited.
-            std::string closing;
-            for (Token token = m_scanner.Next();; token = m_scanner.Next())
-            {
-                const bool inProcedure = closing.find('}') != std::string::npos;
-                const bool isNextKey =
-                    token.kind == TokenKind::literalName && StartsWith(token.text, key::start) && begin != nullptr;
-                if (token.kind == TokenKind::end || ((IsSectionWord(token) || isNextKey) && !inProcedure))
-                {
-                    throw FormatError(
-                        OffsetOf(literal),
-                        "definition of " + std::string(literal.text.substr(0, 100)) + " is not closed by \"def\"");
-                }
-                if (token.kind == TokenKind::executableName && token.text == word::def && closing.empty())
-                {
-                    break;
-                }
-                if (token.kind == TokenKind::comment)
-                {
-                    continue;
-                }
-                begin = begin == nullptr ? token.text.data() : begin;
-                end = token.text.data() + token.text.size();
-                if (token.kind == TokenKind::open)
-                {
-                    closing += token.text == "[" ? ']' : token.text == "{" ? '}' : '>';
-                    if (closing.size() > deepestNesting)
-                    {
-                        throw FormatError(OffsetOf(token), "value is nested too deeply");
-                    }
-                }
-                else if (token.kind == TokenKind::close)
-                {
-                    if (closing.empty() || closing.back() != token.text[0])
-                    {
-                        throw FormatError(OffsetOf(token), "\"" + std::string(token.text) + "\" closes nothing here");
-                    }
-                    closing.pop_back();
-                }
-            }
-            std::string_view key = literal.text.substr(1);
-            key.remove_prefix(StartsWith(key, "/") ? 1 : 0);
-            begin = begin == nullptr ? end : begin;
-            Keep({key, std::string_view(begin, static_cast<std::size_t>(end - begin))});
-        }
-
         void DocumentReader::Keep(const Entry& entry)
         {
             Section& section = m_sections.back();
@@ -296,8 +257,8 @@ namespace ppf
             if (isLong)
             {
                 m_document.remarks.push_back(
-                    {offset, "value of /" + std::string(entry.key.substr(0, 100)) + " has " +
-                                 std::to_string(entry.value.size()) + " bytes and is left out"});
+                    {offset, "value of /" + Shown(entry.key) + " has " + std::to_string(entry.value.size()) +
+                                 " bytes and is left out"});
                 return;
             }
             (ofSheet ? m_document.sheets.back().entries : CurrentSurface().entries).push_back(entry);
@@ -310,9 +271,9 @@ namespace ppf
             if (!MayStandIn(kind, outer.kind))
             {
                 throw FormatError(
-                    offset, "CIP3Begin" + std::string(name) + " stands " +
+                    offset, "CIP3Begin" + Shown(name) + " stands " +
                                 (outer.kind == Kind::file ? "outside the section that it belongs to"
-                                                          : "within CIP3Begin" + std::string(outer.name)));
+                                                          : "within CIP3Begin" + Shown(outer.name)));
             }
             if (m_sections.size() > deepestNesting)
             {
@@ -345,11 +306,10 @@ namespace ppf
             if (section.kind == Kind::file || section.name != name)
             {
                 throw FormatError(
-                    offset, "CIP3End" + std::string(name) +
+                    offset, "CIP3End" + Shown(name) +
                                 (section.kind == Kind::file ? " ends no section"
-                                                            : " stands where CIP3End" + std::string(section.name) +
-                                                                  " is due, for the section that begins at byte " +
-                                                                  std::to_string(section.offset)));
+                                                            : " stands where CIP3End" + Shown(section.name) +
+                                                                  " is due, the end of " + Described(section)));
             }
             if (section.kind == Kind::separation && !section.hasImage)
             {
@@ -364,25 +324,10 @@ namespace ppf
 
         void DocumentReader::EndSheet()
         {
-            const std::string_view bytes = m_document.bytes;
-            // Behind blanks and one line end, or back at the start if no line end follows.
-            const auto behindLine = [&](std::uint64_t start)
-            {
-                auto at = static_cast<std::size_t>(start);
-                while (at < bytes.size() && (bytes[at] == ' ' || bytes[at] == '\t'))
-                {
-                    ++at;
-                }
-                if (bytes.substr(at, 2) == "\r\n")
-                {
-                    return std::uint64_t{at + 2};
-                }
-                return at < bytes.size() && (bytes[at] == '\n' || bytes[at] == '\r') ? std::uint64_t{at + 1} : start;
-            };
             Sheet& sheet = m_document.sheets.back();
             sheet.endOfWord = m_scanner.Position();
-            sheet.endOfLine = behindLine(sheet.endOfWord);
-            sheet.length = behindLine(sheet.endOfLine) - sheet.offset;
+            sheet.endOfLine = BehindLineEnd(m_document.bytes, sheet.endOfWord);
+            sheet.length = BehindLineEnd(m_document.bytes, sheet.endOfLine) - sheet.offset;
         }
 
         void DocumentReader::ReadDirectoryEntry(std::uint64_t offset)
@@ -442,9 +387,7 @@ namespace ppf
             const Section& section = m_sections.back();
             if (section.kind != Kind::file)
             {
-                throw FormatError(
-                    OffsetOf(comment), "file ends within the section CIP3Begin" + std::string(section.name) +
-                                           " that begins at byte " + std::to_string(section.offset));
+                throw FormatError(OffsetOf(comment), "file ends within " + Described(section));
             }
             return true;
         }

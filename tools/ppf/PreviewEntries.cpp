@@ -1,10 +1,12 @@
 #include "ppf/PreviewEntries.h"
 
+#include <array>
 #include <limits>
 #include <string>
 #include <utility>
 
 #include "ppf/Keywords.h"
+#include "ppf/Number.h"
 #include "ppf/Scanner.h"
 
 namespace ppf
@@ -38,31 +40,33 @@ namespace ppf
                 {
                     Fail(key, value, "a name");
                 }
-                return tokens[0].text.substr(1);
+                // No filter has a name longer than this.
+                constexpr std::size_t longestName = 100;
+                return tokens[0].text.substr(1, longestName);
             }
 
-            /// Fills an array of as many numbers, or nothing if the entry is not there at all.
-            template <typename Numbers>
-            std::optional<Numbers> Array(std::string_view key, std::string_view value, std::size_t count) const
+            /// An array of as many numbers, or nothing if the entry is not there at all.
+            template <std::size_t Count>
+            std::optional<std::array<double, Count>> Array(std::string_view key, std::string_view value) const
             {
                 if (value.data() == nullptr)
                 {
                     return std::nullopt;
                 }
-                const std::vector<Token> tokens = TokensOf(value, count + 2);
-                bool isArray = tokens.size() == count + 2 && tokens.front().kind == TokenKind::open &&
+                // The numbers stand between brackets.
+                const std::vector<Token> tokens = TokensOf(value, Count + 2);
+                bool isArray = tokens.size() == Count + 2 && tokens.front().kind == TokenKind::open &&
                                tokens.front().text != "<<" && tokens.back().kind == TokenKind::close;
-                Numbers numbers = {};
-                double* const fields = reinterpret_cast<double*>(&numbers);
-                for (std::size_t i = 0; isArray && i < count; ++i)
+                std::array<double, Count> numbers = {};
+                for (std::size_t i = 0; isArray && i < Count; ++i)
                 {
                     const std::optional<double> number = NumberOf(tokens[i + 1].text);
                     isArray = number.has_value();
-                    fields[i] = number.value_or(0);
+                    numbers[i] = number.value_or(0);
                 }
                 if (!isArray)
                 {
-                    Fail(key, value, "an array of " + std::to_string(count) + " numbers");
+                    Fail(key, value, "an array of " + std::to_string(Count) + " numbers");
                 }
                 return numbers;
             }
@@ -133,15 +137,19 @@ namespace ppf
         }
         preview.components = static_cast<unsigned>(components);
 
-        preview.matrix = values.Array<Matrix>(key::matrix, m_matrix, 6);
+        preview.matrix = values.Array<6>(key::matrix, m_matrix);
         if (preview.matrix && !IsOrthogonal(*preview.matrix))
         {
             values.Fail(key::matrix, m_matrix, "one of the eight orientations");
         }
-        preview.resolution = values.Array<Resolution>(key::resolution, m_resolution, 2);
-        if (preview.resolution && !(preview.resolution->x > 0 && preview.resolution->y > 0))
+        if (const auto resolution = values.Array<2>(key::resolution, m_resolution))
         {
-            values.Fail(key::resolution, m_resolution, "two numbers above 0");
+            const auto [x, y] = *resolution;
+            if (!(x > 0 && y > 0))
+            {
+                values.Fail(key::resolution, m_resolution, "two numbers above 0");
+            }
+            preview.resolution = {x, y};
         }
 
         preview.compressionName = values.Name(key::compression, m_compression);

@@ -1,11 +1,9 @@
 #include "ppf/Scanner.h"
 
 #include <array>
-#include <charconv>
-#include <cmath>
-#include <cstring>
 
 #include "ppf/Failure.h"
+#include "ppf/Number.h"
 
 namespace ppf
 {
@@ -39,182 +37,24 @@ namespace ppf
             return classes[static_cast<unsigned char>(c)];
         }
 
-        /// Value of a digit in bases up to 36, or 36.
-        unsigned DigitOf(char c)
-        {
-            if (c >= '0' && c <= '9')
-            {
-                return static_cast<unsigned>(c - '0');
-            }
-            if (c >= 'a' && c <= 'z')
-            {
-                return static_cast<unsigned>(c - 'a') + 10;
-            }
-            if (c >= 'A' && c <= 'Z')
-            {
-                return static_cast<unsigned>(c - 'A') + 10;
-            }
-            return 36;
-        }
-
-        bool IsOctal(char c)
-        {
-            return c >= '0' && c <= '7';
-        }
-
-        std::optional<double> RadixNumberOf(std::string_view text)
-        {
-            const std::size_t mark = text.find('#');
-            if (mark == std::string_view::npos || mark + 1 == text.size())
-            {
-                return std::nullopt;
-            }
-            unsigned base = 0;
-            const auto parsed = std::from_chars(text.data(), text.data() + mark, base);
-            if (parsed.ec != std::errc() || parsed.ptr != text.data() + mark || base < 2 || base > 36)
-            {
-                return std::nullopt;
-            }
-            std::uint64_t value = 0;
-            const char* end = text.data() + text.size();
-            const auto digits = std::from_chars(text.data() + mark + 1, end, value, static_cast<int>(base));
-            if (digits.ec != std::errc() || digits.ptr != end)
-            {
-                return std::nullopt;
-            }
-            return static_cast<double>(value);
-        }
-
-        std::string ParenthesisedContent(std::string_view content)
-        {
-            std::string bytes;
-            for (std::size_t i = 0; i < content.size(); ++i)
-            {
-                char c = content[i];
-                const auto next = [&]() -> char { return i + 1 < content.size() ? content[i + 1] : '\0'; };
-                if (c == '\r')
-                {
-                    // Every line end within a string reads as LF.
-                    i += next() == '\n' ? 1u : 0u;
-                    bytes += '\n';
-                    continue;
-                }
-                if (c != '\\')
-                {
-                    bytes += c;
-                    continue;
-                }
-                if (i + 1 == content.size())
-                {
-                    break;
-                }
-                c = content[++i];
-                if (c == '\r' || c == '\n')
-                {
-                    i += c == '\r' && next() == '\n' ? 1u : 0u;
-                }
-                else if (IsOctal(c))
-                {
-                    unsigned value = DigitOf(c);
-                    for (int digits = 1; digits < 3 && IsOctal(next()); ++digits)
-                    {
-                        value = value * 8 + DigitOf(content[++i]);
-                    }
-                    bytes += static_cast<char>(value & 0xFF);
-                }
-                else
-                {
-                    constexpr std::string_view letters = "nrtbf";
-                    constexpr std::string_view meanings = "\n\r\t\b\f";
-                    const std::size_t found = letters.find(c);
-                    bytes += found == std::string_view::npos ? c : meanings[found];
-                }
-            }
-            return bytes;
-        }
-
-        std::string HexContent(std::string_view content)
-        {
-            std::string bytes;
-            unsigned high = 16;
-            for (const char c : content)
-            {
-                const unsigned digit = DigitOf(c);
-                if (digit >= 16)
-                {
-                    continue;
-                }
-                if (high == 16)
-                {
-                    high = digit;
-                    continue;
-                }
-                bytes += static_cast<char>(high * 16 + digit);
-                high = 16;
-            }
-            if (high != 16)
-            {
-                bytes += static_cast<char>(high * 16);
-            }
-            return bytes;
-        }
-
-        /// Nothing if the content is no ASCII85.
-        std::optional<std::string> Ascii85Content(std::string_view content)
-        {
-            std::string bytes;
-            std::uint64_t group = 0;
-            unsigned count = 0;
-            const auto put = [&](unsigned digits)
-            {
-                for (unsigned i = 0; i + 1 < digits; ++i)
-                {
-                    bytes += static_cast<char>(group >> (24 - 8 * i) & 0xFF);
-                }
-                group = 0;
-                count = 0;
-            };
-            for (const char c : content)
-            {
-                if (IsWhiteSpace(c))
-                {
-                    continue;
-                }
-                if (c == 'z' && count == 0)
-                {
-                    put(5);
-                    continue;
-                }
-                if (c < '!' || c > 'u')
-                {
-                    return std::nullopt;
-                }
-                group = group * 85 + static_cast<unsigned>(c - '!');
-                if (++count == 5)
-                {
-                    put(5);
-                }
-            }
-            if (count == 1)
-            {
-                return std::nullopt;
-            }
-            if (count > 1)
-            {
-                const unsigned digits = count;
-                for (; count < 5; ++count)
-                {
-                    group = group * 85 + 84;
-                }
-                put(digits);
-            }
-            return bytes;
-        }
     }
 
     bool IsWhiteSpace(char c)
     {
         return ClassOf(c) == whiteSpace;
+    }
+
+    std::string_view Trimmed(std::string_view text)
+    {
+        while (!text.empty() && IsWhiteSpace(text.front()))
+        {
+            text.remove_prefix(1);
+        }
+        while (!text.empty() && IsWhiteSpace(text.back()))
+        {
+            text.remove_suffix(1);
+        }
+        return text;
     }
 
     Scanner::Scanner(std::string_view bytes, std::uint64_t begin)
@@ -331,60 +171,6 @@ namespace ppf
             ++end;
         }
         return end;
-    }
-
-    std::optional<double> NumberOf(std::string_view text)
-    {
-        // The longest form that is worth reading: anything longer is a word.
-        constexpr std::size_t longestNumber = 512;
-        if (text.empty() || text.size() > longestNumber)
-        {
-            return std::nullopt;
-        }
-        const bool isSigned = text[0] == '+' || text[0] == '-';
-        const std::string_view unsignedText = text.substr(isSigned ? 1 : 0);
-        // Rules out the words that from_chars would read: inf and nan.
-        if (unsignedText.empty() || (unsignedText[0] != '.' && DigitOf(unsignedText[0]) >= 10))
-        {
-            return std::nullopt;
-        }
-        double value = 0;
-        const char* end = unsignedText.data() + unsignedText.size();
-        const auto parsed = std::from_chars(unsignedText.data(), end, value);
-        if (parsed.ec == std::errc() && parsed.ptr == end)
-        {
-            return text[0] == '-' ? -value : value;
-        }
-        return isSigned ? std::nullopt : RadixNumberOf(text);
-    }
-
-    std::optional<std::int64_t> IntegerOf(std::string_view text)
-    {
-        // Up to here every whole number has a double of its own.
-        constexpr double greatest = 9007199254740992.0;
-        const std::optional<double> value = NumberOf(text);
-        if (!value || *value != std::floor(*value) || std::abs(*value) > greatest)
-        {
-            return std::nullopt;
-        }
-        return static_cast<std::int64_t>(*value);
-    }
-
-    std::optional<std::string> StringOf(std::string_view text)
-    {
-        if (text.size() >= 2 && text.front() == '(' && text.back() == ')')
-        {
-            return ParenthesisedContent(text.substr(1, text.size() - 2));
-        }
-        if (text.size() >= 4 && text.substr(0, 2) == "<~")
-        {
-            return Ascii85Content(text.substr(2, text.size() - 4));
-        }
-        if (text.size() >= 2 && text.front() == '<' && text.back() == '>' && text[1] != '<')
-        {
-            return HexContent(text.substr(1, text.size() - 2));
-        }
-        return std::nullopt;
     }
 
     std::vector<Token> TokensOf(std::string_view text, std::size_t most)

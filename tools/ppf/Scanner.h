@@ -4,8 +4,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <optional>
-#include <string>
 #include <string_view>
 #include <vector>
 
@@ -33,6 +31,9 @@ namespace ppf
     /// White space of PostScript: NUL, TAB, LF, FF, CR and blank.
     bool IsWhiteSpace(char c);
 
+    /// The text without white space around it.
+    std::string_view Trimmed(std::string_view text);
+
     /// Reads tokens from a range of bytes, one per Next. Holds a reference to the bytes only.
     class Scanner
     {
@@ -57,15 +58,6 @@ namespace ppf
         std::string_view m_bytes;
         std::size_t m_position;
     };
-
-    /// The value of a number token ("12", "-.5", "1e+06", "16#FF"), or nothing for other text.
-    std::optional<double> NumberOf(std::string_view text);
-
-    /// The same, if the number is whole and exact: "4" and "4.0", but not "4.5".
-    std::optional<std::int64_t> IntegerOf(std::string_view text);
-
-    /// The bytes that a string token stands for: escapes, line ends and digits resolved. Nothing for other text.
-    std::optional<std::string> StringOf(std::string_view text);
 
     /// The tokens of a value, comments left out; an empty list if the text is no sequence of tokens or holds more than
     /// `most`.

@@ -17,8 +17,8 @@ namespace ppfinfo
     namespace
     {
         /// Longer side of the pictures in pixels: enough for a wide screen, small enough for a page to be mailed.
-        constexpr std::uint64_t compositeSide = 1400;
-        constexpr std::uint64_t separationSide = 900;
+        constexpr std::uint64_t compositeSide = 1600;
+        constexpr std::uint64_t separationSide = 1200;
         /// Pictures below this width are shown with hard pixels.
         constexpr std::uint64_t smallWidth = 300;
         /// The most common width of ink keys.

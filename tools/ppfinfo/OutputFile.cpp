@@ -12,17 +12,26 @@ namespace ppfinfo
 {
     namespace
     {
+        namespace fs = std::filesystem;
+
+        /// The file that a link leads to; any other path as it is.
+        std::string TargetOf(const std::string& path)
+        {
+            std::error_code failure;
+            const fs::path target = fs::canonical(path, failure);
+            return failure ? path : target.string();
+        }
+
         std::string DraftOf(const std::string& path)
         {
             std::error_code none;
-            const auto type = std::filesystem::status(path, none).type();
-            if (type != std::filesystem::file_type::not_found && type != std::filesystem::file_type::regular)
+            const auto type = fs::status(path, none).type();
+            if (type != fs::file_type::not_found && type != fs::file_type::regular)
             {
                 return path;
             }
             // A name of its own, so that a long one leaves room and two runs do not meet.
-            const std::filesystem::path place(path);
-            return (place.parent_path() / (".ppfinfo-" + std::to_string(getpid()) + ".part")).string();
+            return (fs::path(path).parent_path() / (".ppfinfo-" + std::to_string(getpid()) + ".part")).string();
         }
 
         [[noreturn]] void Fail(const std::string& path)
@@ -32,8 +41,8 @@ namespace ppfinfo
     }
 
     OutputFile::OutputFile(const std::string& path)
-        : m_path(path)
-        , m_draft(DraftOf(path))
+        : m_path(TargetOf(path))
+        , m_draft(DraftOf(m_path))
     {
         errno = 0;
         m_stream.open(m_draft, std::ios::binary | std::ios::trunc);
@@ -48,7 +57,7 @@ namespace ppfinfo
         if (!m_committed && m_draft != m_path)
         {
             std::error_code none;
-            std::filesystem::remove(m_draft, none);
+            fs::remove(m_draft, none);
         }
     }
 
@@ -63,7 +72,11 @@ namespace ppfinfo
         std::error_code failure;
         if (m_draft != m_path)
         {
-            std::filesystem::rename(m_draft, m_path, failure);
+            if (const fs::file_status old = fs::status(m_path, failure); fs::is_regular_file(old))
+            {
+                fs::permissions(m_draft, old.permissions(), failure);
+            }
+            fs::rename(m_draft, m_path, failure);
         }
         if (failure)
         {

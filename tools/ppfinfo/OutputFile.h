@@ -8,7 +8,8 @@
 namespace ppfinfo
 {
     /// Written beside its place under a hidden name and renamed into place by Commit; without Commit nothing is left.
-    /// A path that exists and is no regular file, a pipe for one, is written directly.
+    /// A file that is replaced passes on its permissions, and a link stays one. A path that exists and is no regular
+    /// file, a pipe for one, is written directly.
     class OutputFile
     {
     public:

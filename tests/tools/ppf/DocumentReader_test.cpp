@@ -89,7 +89,7 @@ namespace ppf::test
                 "%!PS-Adobe-3.0\r%%Creator: (someone\r%%CIP3-File Version 2.1\r"
                 "/inch { 72 mul } bind def /CIP3BeginSheet { % not a section\r CIP3BeginSheet } def\r"
                 "CIP3BeginPPFDirectory 233 1 (A) CIP3PPFDirEntry 16#FF 2 <42> CIP3PPFDirEntry CIP3EndPPFDirectory\r"
-                "CIP3BeginSheet /CIP3AdmPSExtent[72 inch 1.0e2]def/CIP3AdmTool << /a (>>) /b [1 {def}] >> def\r"
+                "CIP3BeginSheet /CIP3AdmPSExtent[72 inch 1.0e2]def/CIP3AdmTool << /CIP3a (>>) /b [1 {def}] >> def\r"
                 "/CIP3AdmJobName <4a6f62> def /CIP3PreviewImageBitsPerComp 8 def\r"
                 "CIP3BeginCutData /CIP3AdmJobName (other) def CIP3BeginBlock 1 2 CIP3BlockTrf CIP3EndBlock "
                 "(CIP3EndCutData) pop CIP3EndCutData\r"
@@ -97,7 +97,7 @@ namespace ppf::test
                 "/CIP3PreviewImageComponents 1 def /CIP3PreviewImageEncoding /ASCII85Decode def\r"
                 "/CIP3PreviewImageWidth 9 def /CIP3PreviewImageResolution { 72. 36 } def\r"
                 "CIP3BeginSeparation /CIP3PreviewImageWidth 4 def /CIP3PreviewImageCompression/None def\r"
-                "CIP3PreviewImage <~!<N?+~>CIP3EndSeparation\r"
+                "CIP3PreviewImage<~!<N?+~>CIP3EndSeparation\r"
                 "CIP3EndPreviewImage /CIP3AdmSeparationNames [ (K\\(1\\)) ] def CIP3EndBack CIP3EndSheet "
                 "%%CIP3EndOfFile";
             const Document document = ReadDocument(bytes);
@@ -111,7 +111,7 @@ namespace ppf::test
             EXPECT_EQ(sheet.JobName(), "Job");
             EXPECT_EQ(sheet.Extent(), "72 inch 1.0e2");
             ASSERT_EQ(sheet.Parameters().size(), 1u);
-            EXPECT_EQ(sheet.Parameters()[0].value, "<< /a (>>) /b [1 {def}] >>");
+            EXPECT_EQ(sheet.Parameters()[0].value, "<< /CIP3a (>>) /b [1 {def}] >>");
             const Preview& preview = sheet.surfaces.at(0).previews.at(0);
             EXPECT_THAT(preview.inks, ElementsAre("K(1)"));
             EXPECT_EQ(preview.width, 4u);

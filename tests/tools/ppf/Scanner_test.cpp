@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 
 #include "ppf/Failure.h"
+#include "ppf/Number.h"
+#include "ppf/StringLiteral.h"
 
 namespace ppf::test
 {

@@ -160,6 +160,23 @@ namespace ppfinfo::test
             EXPECT_THAT(folder.Names(), ElementsAre("out"));
         }
 
+        TEST(OutputFile, LinkStaysAndPermissionsPassOn)
+        {
+            namespace fs = std::filesystem;
+            const Folder folder;
+            const std::string target = folder.Write("target", "old");
+            constexpr fs::perms onlyOwner = fs::perms::owner_read | fs::perms::owner_write;
+            fs::permissions(target, onlyOwner);
+            fs::create_symlink("target", folder.Path("link"));
+            OutputFile file(folder.Path("link"));
+            file.Stream() << "new";
+            file.Commit();
+            EXPECT_TRUE(fs::is_symlink(folder.Path("link")));
+            EXPECT_EQ(folder.Read("target"), "new");
+            EXPECT_EQ(fs::status(target).permissions(), onlyOwner);
+            EXPECT_THAT(folder.Names(), ElementsAre("link", "target"));
+        }
+
         TEST(OutputFile, FailuresNameThePlace)
         {
             EXPECT_THROW(OutputFile("/nowhere/out"), std::runtime_error);

@@ -62,6 +62,16 @@ namespace ppfinfo::test
             EXPECT_EQ(json["directory"].dump(), "[]");
         }
 
+        TEST(JsonOutput, OnlyATransferCurveThatDoesSomethingIsAParameter)
+        {
+            std::string bytes = TwoSheets();
+            const std::string straight = "/CIP3TransferFilmCurveData [0.0 0.0 1.0 1.0]";
+            bytes.replace(bytes.find(straight), straight.size(), "/CIP3TransferFilmCurveData [0.0 0.1 1.0 1.0]");
+            EXPECT_EQ(
+                JsonOf(bytes)["sheets"][0]["parameters"].dump(),
+                R"({"CIP3TransferFilmCurveData":"[0.0 0.1 1.0 1.0]"})");
+        }
+
         TEST(JsonOutput, DataBytesCountTheEndMarkAndNoWhiteSpace)
         {
             const auto bytesOf =
