@@ -5,6 +5,7 @@
 #include "LibraryRun.h"
 #include "Output.h"
 #include "Progress.h"
+#include "ReadBack.h"
 #include "SeparationPlaces.h"
 #include "SizeCheck.h"
 #include "Text.h"
@@ -90,9 +91,11 @@ namespace Tiff2Ppf
             throw ConversionError(failure.what() + (": " + output.Name()) + (obstacle.empty() ? "" : ": " + obstacle));
         }
 
-        void CheckWritten(const Output& output, const Job& job)
+        void CheckWritten(const Output& output, const Job& job, bool mixedSizes)
         {
-            const std::string fault = FaultOfWrittenFile(output.Work().Path(), job);
+            std::string fault = FaultOfWrittenFile(output.Work().Path(), job);
+            if (fault.empty() && !mixedSizes && IsReadable(job))
+                fault = FaultOnReadingBack(output.Work().Path(), job);
             if (fault.empty())
                 return;
             const std::string obstacle = output.ObstacleToWriting();
@@ -124,7 +127,7 @@ namespace Tiff2Ppf
                 FailAs(failure, job, *output);
             }
         }
-        CheckWritten(*output, job);
+        CheckWritten(*output, job, settings.mixedSizes);
         output->Publish();
     }
 }

@@ -1,0 +1,93 @@
+#include "ReadBack.h"
+
+#include "ppf/Check.h"
+#include "ppf/Definition.h"
+#include "ppf/DocumentReader.h"
+#include "ppf/FileMap.h"
+#include "ppf/Scanner.h"
+
+#include <cstdint>
+#include <system_error>
+
+namespace Tiff2Ppf
+{
+    namespace
+    {
+        std::string FaultAt(std::uint64_t offset, const std::string& text)
+        {
+            return "byte " + std::to_string(offset) + ": " + text;
+        }
+
+        bool IsOneEntry(const std::string& key, const std::string& value)
+        {
+            const std::string text = '/' + key + ' ' + value + " def\n";
+            try
+            {
+                ppf::Scanner scanner(text);
+                const ppf::Token name = scanner.Next();
+                ppf::ReadDefinition(scanner, name, text);
+                return name.text == '/' + key && scanner.Next().kind == ppf::TokenKind::end;
+            }
+            catch (const ppf::FormatError&)
+            {
+                return false;
+            }
+        }
+
+        std::size_t SeparationsOf(const ppf::Sheet& sheet, ppf::Side side)
+        {
+            std::size_t count = 0;
+            for (const ppf::Surface& surface : sheet.surfaces)
+                if (surface.side == side)
+                    count += surface.previews.size();
+            return count;
+        }
+
+        std::string FaultAgainstJob(const ppf::Document& document, const Job& job)
+        {
+            if (document.sheets.size() != job.sheets.size())
+                return FaultAt(
+                    document.end, "the file has " + std::to_string(document.sheets.size()) + " of the job's " +
+                                      std::to_string(job.sheets.size()) + " sheets");
+            for (std::size_t i = 0; i < job.sheets.size(); ++i)
+            {
+                const ppf::Sheet& sheet = document.sheets[i];
+                if (SeparationsOf(sheet, ppf::Side::front) != job.sheets[i].front.size() ||
+                    SeparationsOf(sheet, ppf::Side::back) != job.sheets[i].back.size())
+                    return FaultAt(
+                        sheet.offset,
+                        "the section of sheet " + std::to_string(i + 1) + " does not have the separations of the job");
+            }
+            return {};
+        }
+    }
+
+    bool IsReadable(const Job& job)
+    {
+        for (const Sheet& sheet : job.sheets)
+            for (const auto& [key, value] : sheet.parameters)
+            {
+                const auto* const text = std::get_if<std::string>(&value);
+                const auto* const measure = std::get_if<Measure>(&value);
+                if (!IsOneEntry(key, text != nullptr ? *text : measure != nullptr ? "0 " + measure->units : "0"))
+                    return false;
+            }
+        return true;
+    }
+
+    std::string FaultOnReadingBack(const std::string& path, const Job& job)
+    {
+        try
+        {
+            const ppf::FileMap file(path);
+            const ppf::Document document = ppf::ReadDocument(file.Bytes());
+            const auto findings = ppf::Check(document, ppf::CheckDepth::structure);
+            return findings.empty() ? FaultAgainstJob(document, job)
+                                    : FaultAt(findings.front().offset, findings.front().text);
+        }
+        catch (const std::system_error& error)
+        {
+            return "the file cannot be read: " + error.code().message();
+        }
+    }
+}
