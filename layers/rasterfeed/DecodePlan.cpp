@@ -10,7 +10,7 @@
 
 namespace
 {
-    constexpr std::uint64_t mebibyte = 1024 * 1024;
+    constexpr std::uint64_t mebibyte = 1024ull * 1024;
 
     // Of the 256 MiB that a file may take beyond its rows; the rest is for libtiff's own state and transient copies.
     constexpr std::uint64_t mostMemory = 216 * mebibyte;

@@ -30,7 +30,7 @@ struct DirectoryFacts
 
 /// A value that libtiff would have to allocate more for than this is never loaded: its tag is passed over, or, where the
 /// image needs the tag, the file is refused. Bytes.
-constexpr std::uint64_t largestTag = 16u * 1024 * 1024;
+constexpr std::uint64_t largestTag = 16ull * 1024 * 1024;
 
 /// Reads the directory at `offset`. A value of more than largestTag bytes does not count in tagBytes. Throws Refusal if the
 /// file ends inside the directory.

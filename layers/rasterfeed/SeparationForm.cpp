@@ -11,7 +11,7 @@
 namespace
 {
     constexpr std::uint32_t largestSide = 2147483647;          // pixels
-    constexpr std::uint64_t largestRow = 1024u * 1024u * 1024; // bytes, stored or delivered
+    constexpr std::uint64_t largestRow = 1024ull * 1024 * 1024; // bytes, stored or delivered
     constexpr std::uint32_t widestFaxRow = 1000000;            // pixels; libtiff takes 16 bytes for each, in one piece
     constexpr double resolutionOfNone = 72;                    // pixels per inch
 

@@ -10,7 +10,7 @@
 namespace
 {
     // Large enough that reading line by line costs few system calls, small enough to stay in the processor's cache.
-    constexpr std::size_t windowBytes = 64 * 1024;
+    constexpr std::size_t windowBytes = std::size_t{64} * 1024;
 }
 
 SourceFile::SourceFile(const RasterFeedCallbacks& hostCallbacks, FileBlock opened)

@@ -12,7 +12,7 @@
 namespace
 {
     // All metadata of one directory together. Profiles and previews take a few MiB; more is an attack on memory.
-    constexpr std::uint64_t mostTagBytes = 32u * 1024 * 1024;
+    constexpr std::uint64_t mostTagBytes = 32ull * 1024 * 1024;
 
     // Reduced images and masks in front of the image proper. Real files have a handful.
     constexpr int mostDirectories = 64;
