@@ -1,7 +1,7 @@
 // The kernels on every kind of vectors that this machine has, line by line over a whole separation, beside memcpy of the
 // same lines. Each is checked against the plain loop before it is timed.
 #include "PlainLoops.h"
-#include "PreviewImage.h"
+#include "Plates.h"
 #include "cip3output/kernels/ASCII85.h"
 #include "cip3output/kernels/ASCIIHex.h"
 #include "cip3output/kernels/Invert.h"
@@ -18,9 +18,10 @@
 namespace
 {
     using namespace RasterOutput;
-    using Kind = PreviewImage::Kind;
+    using Pages::Kind;
 
-    constexpr std::size_t Width = PreviewImage::Width;
+    using Plates::Height;
+    using Plates::Width;
 
     /// What is done to one line: gives what has become of it, in the line itself or in `output`, which has twice its room.
     struct Result
@@ -87,7 +88,7 @@ namespace
 
     bool IsRight(const Step& step, std::string& image, std::vector<unsigned char>& output)
     {
-        for (std::size_t y = 0; y < PreviewImage::Height; ++y)
+        for (std::size_t y = 0; y < Height; ++y)
         {
             const std::string line = image.substr(y * Width, Width);
             const Result result = step.run(LineOf(image, y), output.data());
@@ -101,7 +102,8 @@ namespace
 
     void RunSteps(benchmark::State& state, const Step& step, Kind kind, std::int64_t target)
     {
-        std::string image = PreviewImage::Of(kind).bytes;
+        const std::vector<std::uint8_t>& plate = Plates::Of(kind);
+        std::string image(plate.begin(), plate.end());
         std::vector<unsigned char> output(2 * Width);
         SelectTarget(target);
         if (!IsRight(step, image, output))
@@ -111,7 +113,7 @@ namespace
         }
         for (auto _ : state)
         {
-            for (std::size_t y = 0; y < PreviewImage::Height; ++y)
+            for (std::size_t y = 0; y < Height; ++y)
             {
                 benchmark::DoNotOptimize(step.run(LineOf(image, y), output.data()));
                 benchmark::ClobberMemory();
@@ -119,16 +121,16 @@ namespace
         }
         SelectTarget(0);
         state.SetBytesProcessed(
-            state.iterations() * static_cast<std::int64_t>(Width) * static_cast<std::int64_t>(PreviewImage::Height));
+            state.iterations() * static_cast<std::int64_t>(Width) * static_cast<std::int64_t>(Height));
     }
 
     const bool Registered = []
     {
-        for (const Kind kind : {Kind::Flat, Kind::Photo, Kind::Noise})
+        for (const Kind kind : Plates::Kinds)
         {
             const auto add = [kind](const Step& step, const std::string& targetName, std::int64_t target)
             {
-                const std::string name = std::string(step.name) + "/" + targetName + "/" + PreviewImage::NameOf(kind);
+                const std::string name = std::string(step.name) + "/" + targetName + "/" + Pages::Name(kind);
                 benchmark::RegisterBenchmark(
                     name.c_str(),
                     [step, kind, target](benchmark::State& state) { RunSteps(state, step, kind, target); })

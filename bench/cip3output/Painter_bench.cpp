@@ -1,7 +1,7 @@
 // The whole road of a scan line, from the decoder's buffer into the document: invert, compress, encode, append. The
 // document's memory is new each time, as it is in a conversion; its file is the null device.
 #include "PlainLoops.h"
-#include "PreviewImage.h"
+#include "Plates.h"
 #include "cip3output/CIP3Painter.h"
 #include "cip3output/CIP3ParameterExtractor.h"
 #include "rasteroutput/ExtractionDispatcher.h"
@@ -21,7 +21,10 @@
 namespace
 {
     using namespace RasterOutput;
-    using Kind = PreviewImage::Kind;
+    using Pages::Kind;
+    using Plates::Height;
+    using Plates::Width;
+    using Plate = std::vector<std::uint8_t>;
 
     struct Form
     {
@@ -41,13 +44,13 @@ namespace
         {"none+binary", CIP3CompressionValue::None, CIP3EncodingValue::Binary},
     };
 
-    void Paint(const PreviewImage& image, const Form& form, const std::wstring& path)
+    void Paint(const Plate& plate, const Form& form, const std::wstring& path)
     {
         Sheetvane::CIP3ParameterExtractor extractor;
         extractor.painterParameters = {path, 1, form.compression, form.encoding};
         ProcessorParameters raster;
-        raster.width = static_cast<std::int32_t>(PreviewImage::Width);
-        raster.height = static_cast<std::int32_t>(PreviewImage::Height);
+        raster.width = static_cast<std::int32_t>(Width);
+        raster.height = static_cast<std::int32_t>(Height);
         raster.bitsPerComponent = 8;
         raster.planar = 1;
         CIP3SheetParameters sheet;
@@ -62,17 +65,17 @@ namespace
         painter.BeginSheet(sheet);
         painter.BeginSurface(surface);
         painter.BeginSeparation();
-        std::vector<unsigned char> buffer(PreviewImage::Width);
+        std::vector<unsigned char> buffer(Width);
         ScanLineRef line;
         line.componentsPerSample = 1;
         line.bitsPerComponent = 8;
-        line.width = static_cast<std::int32_t>(PreviewImage::Width);
+        line.width = static_cast<std::int32_t>(Width);
         line.ResetPlanes();
         line[0].SetRange(buffer.data(), buffer.data() + buffer.size());
-        for (std::size_t y = 0; y < PreviewImage::Height; ++y)
+        for (std::size_t y = 0; y < Height; ++y)
         {
             // Stands for the decoder.
-            std::memcpy(buffer.data(), image.Line(y), PreviewImage::Width);
+            std::memcpy(buffer.data(), plate.data() + y * Width, Width);
             painter.ProcessScanLine(line);
         }
         painter.EndSeparation();
@@ -82,18 +85,18 @@ namespace
     }
 
     /// Whether the default form is what the plain loops make of the lines.
-    bool IsRight(const PreviewImage& image)
+    bool IsRight(const Plate& plate)
     {
         const std::filesystem::path path = std::filesystem::temp_directory_path() / "cip3output_bench.ppf";
-        Paint(image, RunLengthASCII85, path.wstring());
+        Paint(plate, RunLengthASCII85, path.wstring());
         std::ifstream file(path, std::ios::binary);
         std::string document(std::istreambuf_iterator<char>(file), {});
         std::filesystem::remove(path);
 
         std::string tokens;
-        for (std::size_t y = 0; y < PreviewImage::Height; ++y)
+        for (std::size_t y = 0; y < Height; ++y)
         {
-            const std::string line(reinterpret_cast<const char*>(image.Line(y)), PreviewImage::Width);
+            const std::string line(reinterpret_cast<const char*>(plate.data()) + y * Width, Width);
             tokens += PlainLoops::RunLength(PlainLoops::Invert(line));
         }
         const std::string expected = PlainLoops::ASCII85(tokens);
@@ -106,27 +109,26 @@ namespace
     void RunPainter(benchmark::State& state, const Form& form, Kind kind)
     {
         ExtractionDispatcher::Instance().Add<CIP3Painter, Sheetvane::CIP3ParameterExtractor>(&ApplyParameters);
-        const PreviewImage& image = PreviewImage::Of(kind);
-        if (&form == &Forms[0] && !IsRight(image))
+        const Plate& plate = Plates::Of(kind);
+        if (&form == &Forms[0] && !IsRight(plate))
         {
             state.SkipWithError("differs from the plain loops");
             return;
         }
         for (auto _ : state)
         {
-            Paint(image, form, L"/dev/null");
+            Paint(plate, form, L"/dev/null");
         }
-        state.SetBytesProcessed(
-            state.iterations() * static_cast<std::int64_t>(PreviewImage::Width * PreviewImage::Height));
+        state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(Width * Height));
     }
 
     const bool Registered = []
     {
-        for (const Kind kind : {Kind::Flat, Kind::Photo, Kind::Noise})
+        for (const Kind kind : Plates::Kinds)
         {
             for (const Form& form : Forms)
             {
-                const std::string name = std::string("painter/") + form.name + "/" + PreviewImage::NameOf(kind);
+                const std::string name = std::string("painter/") + form.name + "/" + Pages::Name(kind);
                 benchmark::RegisterBenchmark(
                     name.c_str(), [&form, kind](benchmark::State& state) { RunPainter(state, form, kind); })
                     ->Unit(benchmark::kMillisecond);

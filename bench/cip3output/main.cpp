@@ -1,5 +1,5 @@
 // Says what is measured, and on what, before Google Benchmark measures it.
-#include "PreviewImage.h"
+#include "Plates.h"
 
 #include <benchmark/benchmark.h>
 #include <hwy/highway.h>
@@ -16,13 +16,12 @@ int main(int argc, char** argv)
 #endif
     const std::int64_t targets = hwy::SupportedTargets();
     benchmark::AddCustomContext("target of this machine", hwy::TargetName(targets & -targets));
-    for (const PreviewImage::Kind kind :
-         {PreviewImage::Kind::Flat, PreviewImage::Kind::Photo, PreviewImage::Kind::Noise})
+    for (const Pages::Kind kind : Plates::Kinds)
     {
         benchmark::AddCustomContext(
-            PreviewImage::NameOf(kind), std::to_string(PreviewImage::Width) + " x " +
-                                            std::to_string(PreviewImage::Height) + ", equal neighbours " +
-                                            std::to_string(PreviewImage::Of(kind).EqualNeighbours()));
+            Pages::Name(kind), std::to_string(Plates::Width) + " x " + std::to_string(Plates::Height) + ", " +
+                                   std::to_string(Pages::EqualNeighbours(Plates::Of(kind), Plates::Width)) +
+                                   " of the bytes equal their neighbour");
     }
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))

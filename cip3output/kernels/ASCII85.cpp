@@ -7,6 +7,7 @@
 #include "cip3output/kernels/ASCII85.h"
 
 #include "cip3output/PpfFormat.h"
+#include "cip3output/kernels/Opaque.h"
 
 #include <array>
 #include <cstdint>
@@ -46,14 +47,6 @@ namespace RasterOutput::Kernels
 
         /// Takes the bytes of each 32-bit lane in reverse order.
         constexpr std::array<unsigned char, 16> ReversedLanes = {3, 2, 1, 0, 7, 6, 5, 4, 11, 10, 9, 8, 15, 14, 13, 12};
-
-        /// `value`, which the compiler is kept from knowing: it would make known constants anew in every round of a loop.
-        template <class T>
-        T Opaque(T value)
-        {
-            const volatile T hidden = value;
-            return hidden;
-        }
 
         /// Groups of a 128-bit block, and the characters that they become at most.
         constexpr std::size_t BlockGroups = 4;
