@@ -186,8 +186,14 @@ DirectoryFacts ReadDirectoryFacts(SourceFile& file, const TiffPreamble& preamble
     const unsigned wordWidth = preamble.big ? 8 : 4;
     const unsigned entryBytes = 4 + 2 * wordWidth;
 
-    if (offset == 0 || offset >= file.Size())
+    if (offset == 0)
         throw Refusal("no image; a TIFF with one is needed");
+    if (offset >= file.Size())
+    {
+        throw Refusal(
+            "a directory at byte " + std::to_string(offset) + ", beyond the end of the file of " +
+            std::to_string(file.Size()) + " bytes; a whole TIFF is needed");
+    }
     const std::uint64_t entries = numbers.At(offset, countWidth);
     if (entries == 0 || entries > mostEntries)
         throw Refusal("damaged directory with " + std::to_string(entries) + " entries; 1 to 4096 are accepted");

@@ -139,6 +139,9 @@ TEST(Refusals, WhatIsNoTiffOrNoImage)
     ExpectRefused("II*", "not a TIFF file; TIFF and BigTIFF are accepted");
     ExpectRefused("%!PS-Adobe-3.0", "not a TIFF file; TIFF and BigTIFF are accepted");
     ExpectRefused(std::string("II*\0\0\0\0\0", 8), "no image; a TIFF with one is needed");
+    ExpectRefused(
+        std::string("MM\0*\0\0\0\x09", 8),
+        "a directory at byte 9, beyond the end of the file of 8 bytes; a whole TIFF is needed");
     ExpectRefused(sound.substr(0, sound.size() - 40), "the file ends inside its directory; a whole TIFF is needed");
     ExpectRefused(
         Edited([](TiffEditor& editor) { editor.Remove(TIFFTAG_STRIPOFFSETS); }),
