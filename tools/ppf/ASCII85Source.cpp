@@ -13,7 +13,7 @@ namespace ppf
         constexpr char firstDigit = '!';
         constexpr char lastDigit = 'u';
         constexpr char zeroGroup = 'z';
-        constexpr unsigned base = 85;
+        constexpr std::uint64_t base = 85;
         constexpr std::uint64_t greatestGroup = 0xFFFFFFFF;
 
         void StoreBigEndian(unsigned char* out, std::uint32_t value)
@@ -30,7 +30,7 @@ namespace ppf
 
         Characters Load(const char* text)
         {
-            std::array<unsigned char, 8> bytes;
+            std::array<unsigned char, 8> bytes = {};
             std::memcpy(bytes.data(), text, bytes.size());
             Characters characters = 0;
             for (unsigned i = 0; i < bytes.size(); ++i)

@@ -26,7 +26,7 @@ namespace ppf
         /// False if one of the characters is no digit.
         bool DecodeBlock(const char* text, unsigned char* out)
         {
-            std::array<std::uint8_t, blockDigits> digits;
+            std::array<std::uint8_t, blockDigits> digits = {};
             std::uint8_t all = 0;
             for (std::size_t i = 0; i < blockDigits; ++i)
             {

@@ -194,7 +194,8 @@ namespace ppf
             {
                 Add(end, "ASCIIHex data has no end mark \">\"");
             }
-            if (preview.encoding == Encoding::ascii85 && !endsWith(filter::asciiHexEnd))
+            // White space may stand within "~>", so its last character has to do.
+            if (preview.encoding == Encoding::ascii85 && !endsWith(filter::ascii85End.substr(1)))
             {
                 Add(end, "ASCII85 data has no end mark \"~>\"");
             }

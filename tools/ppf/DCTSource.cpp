@@ -195,7 +195,7 @@ namespace ppf
         jpeg_error_mgr m_errors = {};
         jpeg_source_mgr m_input = {};
         jpeg_progress_mgr m_progress = {};
-        std::array<unsigned char, blockSize> m_block;
+        std::array<unsigned char, blockSize> m_block = {};
         std::jmp_buf m_return = {};
         char m_message[JMSG_LENGTH_MAX] = {};
         std::exception_ptr m_failure;

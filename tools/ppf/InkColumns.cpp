@@ -147,10 +147,12 @@ namespace ppf
 
     std::vector<double> EdgesOfZones(std::uint64_t columns, double width)
     {
+        const auto count = static_cast<std::size_t>(CountOfZones(columns, width));
         std::vector<double> edges;
-        for (double i = 0; i < CountOfZones(columns, width); ++i)
+        edges.reserve(count + 1);
+        for (std::size_t i = 0; i < count; ++i)
         {
-            edges.push_back(i * width);
+            edges.push_back(static_cast<double>(i) * width);
         }
         edges.push_back(static_cast<double>(columns));
         return edges;

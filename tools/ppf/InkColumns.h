@@ -34,7 +34,7 @@ namespace ppf
     /// rounding.
     double CountOfZones(std::uint64_t columns, double width);
 
-    /// Their edges, from the left; the last zone may be narrower.
+    /// Their edges, from the left; the last zone may be narrower. The caller sees to it that they are not too many.
     std::vector<double> EdgesOfZones(std::uint64_t columns, double width);
 
     /// What decoding a preview in full tells about it.

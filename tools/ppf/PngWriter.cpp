@@ -116,7 +116,7 @@ namespace ppf
                     ColourType(colours), PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
                 if (colours == Colours::palette)
                 {
-                    std::array<png_color, std::tuple_size<Palette>::value> entries;
+                    std::array<png_color, std::tuple_size<Palette>::value> entries = {};
                     for (std::size_t i = 0; i < entries.size(); ++i)
                     {
                         entries[i] = {palette[i][0], palette[i][1], palette[i][2]};

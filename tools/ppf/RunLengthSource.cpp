@@ -77,7 +77,7 @@ namespace ppf
             const std::uint64_t repeated = (*token * everyByte) & ~ofLiteral;
             for (unsigned i = 0; i < run.Run(); i += stride)
             {
-                std::array<std::uint64_t, 2> bytes;
+                std::array<std::uint64_t, 2> bytes = {};
                 static_assert(sizeof bytes == stride);
                 std::memcpy(bytes.data(), token + i, stride);
                 bytes = {(bytes[0] & ofLiteral) | repeated, (bytes[1] & ofLiteral) | repeated};

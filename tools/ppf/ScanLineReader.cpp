@@ -24,7 +24,7 @@ namespace ppf
         constexpr std::uint64_t runLengthGrowth = 64;
         /// A block of 64 pixels takes at least two bits where every code is the shortest; sampling factors stretch
         /// what a block covers up to eightfold. What a progressive picture adds to this the decoder's memory limits.
-        constexpr std::uint64_t dctGrowth = 64 * 4 * 8;
+        constexpr std::uint64_t dctGrowth = std::uint64_t{64} * 4 * 8;
 
         std::uint64_t MostDecodedBytes(const Preview& preview)
         {
@@ -162,7 +162,7 @@ namespace ppf
     std::uint64_t ScanLineReader::CountExcess()
     {
         std::uint64_t excess = 0;
-        std::array<unsigned char, 4096> bytes;
+        std::array<unsigned char, 4096> bytes = {};
         for (std::size_t got = bytes.size(); got == bytes.size() && !m_isDct; excess += got)
         {
             got = m_source->Read(bytes.data(), bytes.size());

@@ -172,12 +172,11 @@ namespace ppfinfo
         {
             m_out << "<section class=\"side\">\n<h3>" << NameOf(surface.side) << "</h3>\n";
             const std::vector<SideInk> inks = MeasureSide(surface);
-            std::vector<InkZones> zones;
+            double top = 0;
             for (const SideInk& ink : inks)
             {
-                zones.push_back(ink.zones);
+                top = std::max(top, TopOf(ink.zones));
             }
-            const double top = TopOf(zones);
             if (inks.empty())
             {
                 m_out << "<p class=\"soft\">No separation.</p>\n";

@@ -39,7 +39,7 @@ namespace ppfinfo
         std::optional<ppf::Finding> WriteReportFile(const Options& options, const ppf::Document& document)
         {
             OutputFile file(options.reportTo);
-            const auto fault = WriteHtmlReport(options.file, document, options.zones, file.Stream());
+            auto fault = WriteHtmlReport(options.file, document, options.zones, file.Stream());
             file.Commit();
             return fault;
         }

@@ -131,7 +131,7 @@ namespace ppfinfo
     std::string Fixed(double value, int digits)
     {
         // Room for the greatest double in full.
-        std::array<char, 400> text;
+        std::array<char, 400> text = {};
         const auto result =
             std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed, digits);
         return {text.data(), result.ptr};
@@ -139,7 +139,7 @@ namespace ppfinfo
 
     std::string Shortest(double value)
     {
-        std::array<char, 64> text;
+        std::array<char, 64> text = {};
         const auto result = std::to_chars(text.data(), text.data() + text.size(), value);
         return {text.data(), result.ptr};
     }

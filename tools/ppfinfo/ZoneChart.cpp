@@ -19,10 +19,10 @@ namespace ppfinfo
         std::string GridLines(double top)
         {
             std::string svg;
-            for (const int quarter : {1, 2, 3})
+            for (const char* const y : {"25%", "50%", "75%"})
             {
-                const std::string y = std::to_string(100 - 25 * quarter) + "%";
-                svg += "<line class=\"grid\" x1=\"0\" x2=\"100%\" y1=\"" + y + "\" y2=\"" + y + "\"/>";
+                svg.append("<line class=\"grid\" x1=\"0\" x2=\"100%\" y1=\"").append(y).append("\" y2=\"").append(y);
+                svg += "\"/>";
             }
             return svg + "<text class=\"scale\" x=\"4\" y=\"11\">" + Shortest(top) + " %</text>";
         }
@@ -77,16 +77,10 @@ namespace ppfinfo
         }
     }
 
-    double TopOf(const std::vector<InkZones>& inks)
+    double TopOf(const InkZones& zones)
     {
-        double greatest = 0;
-        for (const InkZones& zones : inks)
-        {
-            for (const double coverage : zones.coverage)
-            {
-                greatest = std::max(greatest, coverage);
-            }
-        }
+        const auto highest = std::max_element(zones.coverage.begin(), zones.coverage.end());
+        const double greatest = highest == zones.coverage.end() ? 0 : *highest;
         constexpr std::array<double, 6> tops = {5, 10, 20, 40, 60, 80};
         const auto found = std::find_if(tops.begin(), tops.end(), [&](double top) { return greatest <= top; });
         return found == tops.end() ? 100 : *found;

@@ -30,8 +30,9 @@ namespace ppfinfo
         std::optional<double> resolution;
     };
 
-    /// The least round number of per cents that no zone exceeds, so that the charts of one side can be compared.
-    double TopOf(const std::vector<InkZones>& inks);
+    /// The least round number of per cents that no zone exceeds. The charts of one side have the greatest of its inks,
+    /// so that they can be compared.
+    double TopOf(const InkZones& zones);
 
     /// The chart as an svg element. Bars of several inks stand side by side within their zone. Every zone tells its
     /// number and per cent when it is pointed at.

@@ -93,7 +93,7 @@ namespace ppfinfo::test
 
         TEST(ZoneChart, TopIsTheNextRoundPerCent)
         {
-            const auto topOf = [](double greatest) { return TopOf({InkZones{"", {}, {0, 1, 2}, {0.1, greatest}}}); };
+            const auto topOf = [](double greatest) { return TopOf({"", {}, {0, 1, 2}, {0.1, greatest}}); };
             EXPECT_EQ(topOf(0.2), 5);
             EXPECT_EQ(topOf(20), 20);
             EXPECT_EQ(topOf(20.1), 40);
