@@ -107,6 +107,9 @@ namespace ppf::test
             EXPECT_THAT(
                 Findings(without(without(good, " (Gold)"), "/CIP3PreviewImageMatrix [2 0 0 -1 0 1] def\n")),
                 ElementsAre(HasSubstr("preview image has no /CIP3PreviewImageMatrix")));
+            std::string shifted = without(good, " (Gold)");
+            shifted.replace(shifted.find("[2 0 0 -1 0 1]"), 14, "[2 0 0 -1 1 1]");
+            EXPECT_THAT(Findings(shifted), ElementsAre(HasSubstr("does not fit the image's width and height")));
             EXPECT_THAT(
                 Findings(without(without(good, " (Gold)"), "0 -")),
                 ElementsAre(HasSubstr("is not an array of 6 numbers")));

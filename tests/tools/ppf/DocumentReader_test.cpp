@@ -91,7 +91,7 @@ namespace ppf::test
                 "CIP3BeginPPFDirectory 233 1 (A) CIP3PPFDirEntry 16#FF 2 <42> CIP3PPFDirEntry CIP3EndPPFDirectory\r"
                 "CIP3BeginSheet /CIP3AdmPSExtent[72 inch 1.0e2]def/CIP3AdmTool << /CIP3a (>>) /b [1 {def}] >> def\r"
                 "/CIP3AdmJobName <4a6f62> def /CIP3PreviewImageBitsPerComp 8 def\r"
-                "CIP3BeginCutData /CIP3AdmJobName (other) def CIP3BeginBlock 1 2 CIP3BlockTrf CIP3EndBlock "
+                "CIP3BeginCutData /CIP3AdmJobName (other) def CIP3BeginSheet 1 2 CIP3BlockTrf CIP3EndSheet "
                 "(CIP3EndCutData) pop CIP3EndCutData\r"
                 "CIP3BeginBack CIP3BeginPreviewImage /CIP3PreviewImageHeight 2#1 def\r"
                 "/CIP3PreviewImageComponents 1 def /CIP3PreviewImageEncoding /ASCII85Decode def\r"
@@ -247,6 +247,27 @@ namespace ppf::test
             const Document document = ReadDocument(bytes);
             EXPECT_THAT(Text(document.damage), HasSubstr("more sections and entries than any job"));
             EXPECT_LT(document.sheets.size() * sizeof(Sheet), 16u << 20);
+        }
+
+        TEST(DocumentReader, NamesOfASheetAreNotKeptForEverySideWithoutBound)
+        {
+            std::string names;
+            for (int i = 0; i < 900; ++i)
+            {
+                names += "(Ink " + std::to_string(i) + ")";
+            }
+            std::string sides;
+            for (int i = 0; i < 200; ++i)
+            {
+                sides += "CIP3BeginBack CIP3EndBack\n";
+            }
+            const std::string bytes = Header() + "CIP3BeginSheet /CIP3AdmSeparationNames [" + names + "] def\n" +
+                                      sides + "CIP3EndSheet " + Closing();
+            const Document document = ReadDocument(bytes);
+            EXPECT_THAT(Text(document.damage), HasSubstr("more separation names than any job"));
+            EXPECT_EQ(document.sheets[0].surfaces.size(), 200u);
+            EXPECT_THAT(document.sheets[0].surfaces[0].separationNames, testing::SizeIs(900));
+            EXPECT_THAT(document.sheets[0].surfaces[199].separationNames, IsEmpty());
         }
 
         TEST(DocumentReader, LongValueIsLeftOutAndSaid)

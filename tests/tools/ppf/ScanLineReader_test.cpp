@@ -41,6 +41,32 @@ namespace ppf::test
                 RowsOf(Separation(5, 2, "RunLengthDecode", "ASCIIHexDecode", "feff010001\n0002fdff80>")), expected);
         }
 
+        TEST(ScanLineReader, RunsMayCrossRowsAndBlocks)
+        {
+            // 400 x 1000 pixels, more than one pull through the decoders, in runs of 128 that no row begins with.
+            constexpr std::size_t size = 400 * 1000;
+            std::string tokens;
+            for (std::size_t i = 0; i < size / 128; ++i)
+            {
+                tokens += '\x81';
+                tokens += static_cast<char>(i & 0xFF);
+            }
+            const std::string bytes =
+                FrontOf("(K)", Separation(400, 1000, "RunLengthDecode", "Binary", tokens + "\x80"));
+            const Document document = ReadDocument(bytes);
+            ScanLineReader reader(document, document.sheets.at(0).surfaces.at(0).previews.at(0));
+            std::size_t pixel = 0;
+            while (const unsigned char* row = reader.Next())
+            {
+                for (std::size_t x = 0; x < 400; ++x, ++pixel)
+                {
+                    ASSERT_EQ(row[x], pixel / 128 & 0xFF) << "pixel " << pixel;
+                }
+            }
+            EXPECT_EQ(pixel, size);
+            EXPECT_EQ(reader.CountExcess(), 0u);
+        }
+
         TEST(ScanLineReader, OneBitRowsBeginAtFullBytes)
         {
             const std::string oneBit = "/CIP3PreviewImageBitsPerComp 1 def\n";

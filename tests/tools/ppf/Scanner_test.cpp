@@ -95,7 +95,7 @@ namespace ppf::test
                 {"()", ""},
                 {"(a(b)c)", "a(b)c"},
                 {"(\\(\\)\\\\\\n\\t\\q)", "()\\\n\tq"},
-                {"(\\101\\7\\0539\\400)", std::string("A\a+9\0", 5)},
+                {"(\\101\\7\\0539\\400\\1012)", std::string("A\a+9\0A2", 7)},
                 {"(one\\\ntwo\\\r\nthree\\\rfour)", "onetwothreefour"},
                 {"(a\rb\r\nc\nd)", "a\nb\nc\nd"},
                 {"<4 1\n42>", "AB"},

@@ -65,6 +65,17 @@ namespace ppfinfo::test
             EXPECT_THAT(folder.Names(), ElementsAre("1-front-01-Black.png", "2-back-01-Black.png"));
         }
 
+        TEST(Extract, TwoSectionsOfOneSideAreCountedOn)
+        {
+            const Folder folder;
+            std::string bytes = FrontOf("(A)", Separation(1, 1, "None", "ASCIIHexDecode", "00>"));
+            const std::size_t begin = bytes.find("CIP3BeginFront");
+            const std::string side = bytes.substr(begin, bytes.find("CIP3EndSheet") - begin);
+            bytes.insert(begin, side);
+            EXPECT_EQ(RunOn(bytes, {"--extract", folder.Path("")}).status, 0);
+            EXPECT_THAT(folder.Names(), ElementsAre("1-front-01-A.png", "1-front-02-A.png"));
+        }
+
         TEST(Extract, DamagedPreviewLeavesNoFile)
         {
             const Folder folder;
@@ -110,6 +121,23 @@ namespace ppfinfo::test
                     << name;
             }
             EXPECT_THAT(folder.Names(), ElementsAre("r.html"));
+        }
+
+        TEST(HtmlReport, ZonesAreOfAUsualWidthOrElseOfAUsualNumber)
+        {
+            const Folder folder;
+            // 288 pixels at 72 per inch are 101.6 mm: three zones of 32.5 mm and one that is narrower.
+            std::string bytes = FrontOf(
+                "(C) (M) (Y) (K)",
+                Separation(
+                    288, 1, "RunLengthDecode", "ASCIIHexDecode", "81ff 81ff 81ff 81ff 81ff 81ff 81ff 81ff 81ff 80>",
+                    "/CIP3PreviewImageComponents 4 def\n"));
+            EXPECT_EQ(RunOn(bytes, {"--report", folder.Path("r.html")}).status, 0);
+            EXPECT_EQ(CountOf(folder.Read("r.html"), "class=\"bar\""), 2u * 4 * 4);
+            EXPECT_THAT(folder.Read("r.html"), HasSubstr("zone 4 (97.5 to 101.6 mm): 100.00 %"));
+            bytes.erase(bytes.find("/CIP3PreviewImageResolution"), 40);
+            EXPECT_EQ(RunOn(bytes, {"--report", folder.Path("r.html")}).status, 0);
+            EXPECT_EQ(CountOf(folder.Read("r.html"), "class=\"bar\""), 2u * 4 * 32);
         }
 
         TEST(HtmlReport, TextOfTheFileIsNoMarkup)

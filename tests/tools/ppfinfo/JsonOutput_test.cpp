@@ -104,7 +104,11 @@ namespace ppfinfo::test
 
         TEST(JsonOutput, SeparationThatIsDamagedHasNoCoverage)
         {
-            Json json = JsonOf(FrontOf("(K)", Separation(2, 1, "None", "ASCIIHexDecode", "0>")), {"--zones", "2"});
+            const std::string bytes = FrontOf("(K)", Separation(2, 1, "None", "ASCIIHexDecode", "0>"));
+            const Outcome outcome = RunOn(bytes, {"--json", "--zones", "2"});
+            EXPECT_EQ(outcome.status, 1);
+            EXPECT_THAT(outcome.errors, testing::HasSubstr("preview's data ends in row 1 of 1"));
+            Json json = Json::parse(outcome.out);
             EXPECT_TRUE(SeparationOf(json, 0)["coverage"].is_null());
             EXPECT_EQ(SeparationOf(json, 0)["zones"].dump(), "[]");
         }
