@@ -167,10 +167,11 @@ namespace ppf
             throw FormatError(
                 preview.offset, "preview is " + std::to_string(columns) + " pixels wide, which no sheet needs");
         }
+        // First of all, since it holds the size against the data before memory is taken for it.
+        ScanLineReader rows(document, preview);
         InkColumns empty;
         empty.sums.resize(static_cast<std::size_t>(columns));
         empty.rows = preview.UprightHeight();
-        ScanLineReader rows(document, preview);
         Measurement measurement;
         std::vector<InkColumns>& inks = measurement.inks;
         inks.assign(preview.components, empty);
