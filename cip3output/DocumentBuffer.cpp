@@ -17,7 +17,7 @@ namespace RasterOutput
         constexpr std::size_t LargestBlockSize = std::size_t{64} << 20;
         constexpr std::size_t GrowthFactor = 4;
         /// From this size on a block is worth large pages: the one that is begun and not filled is little beside it.
-        constexpr std::size_t LargePageThreshold = 2 * Platform::LargePageSize;
+        constexpr std::size_t LargePageThreshold = 4 * Platform::LargePageSize;
         /// One for all blocks, so that they are released without knowing their size.
         constexpr std::align_val_t Alignment{Platform::LargePageSize};
     }
