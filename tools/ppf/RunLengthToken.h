@@ -6,31 +6,30 @@
 namespace ppf
 {
     /// A length byte other than the end mark. Which kind of run comes next is noise to a branch predictor, so all of
-    /// this is arithmetic with masks.
+    /// this is arithmetic with masks, and what leads to the next token takes the fewest steps.
     class RunLengthToken
     {
     public:
         explicit RunLengthToken(unsigned char length)
             : m_length(length)
-            , m_ofRepeat(0u - (length >> 7))
+            , m_ofLiteral(static_cast<std::uint64_t>(length >> 7) - 1)
         {
         }
 
         /// Bytes that it stands for, 1 to 128: one more than the length byte of a literal run, 257 less that of a repeat
         /// run, which is the same of its complement.
-        unsigned Run() const { return (m_length ^ m_ofRepeat) + 1 + (m_ofRepeat & 257); }
+        std::uint64_t Run() const { return (m_length ^ ~m_ofLiteral) + 1 + (~m_ofLiteral & 257); }
 
         /// Bytes behind it: those of a literal run, or the one that is repeated.
-        unsigned DataBytes() const { return 1 + (m_length & ~m_ofRepeat); }
+        std::uint64_t DataBytes() const { return 1 + (m_length & m_ofLiteral); }
 
-        bool IsLiteral() const { return m_ofRepeat == 0; }
+        bool IsLiteral() const { return m_ofLiteral != 0; }
 
         /// Every bit set for a literal run, none for a repeat run.
-        std::uint64_t LiteralMask() const { return ~static_cast<std::uint64_t>(static_cast<std::int32_t>(m_ofRepeat)); }
+        std::uint64_t LiteralMask() const { return m_ofLiteral; }
 
     private:
-        std::uint32_t m_length;
-        /// Every bit set for a repeat run, none for a literal run.
-        std::uint32_t m_ofRepeat;
+        std::uint64_t m_length;
+        std::uint64_t m_ofLiteral;
     };
 }
