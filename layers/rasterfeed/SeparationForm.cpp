@@ -10,10 +10,10 @@
 
 namespace
 {
-    constexpr std::uint32_t largestSide = 2147483647;          // pixels
+    constexpr std::uint32_t largestSide = 2147483647;           // pixels
     constexpr std::uint64_t largestRow = 1024ull * 1024 * 1024; // bytes, stored or delivered
-    constexpr std::uint32_t widestFaxRow = 1000000;            // pixels; libtiff takes 16 bytes for each, in one piece
-    constexpr double resolutionOfNone = 72;                    // pixels per inch
+    constexpr std::uint32_t widestFaxRow = 1000000;             // pixels; libtiff takes 16 bytes for each, in one piece
+    constexpr double resolutionOfNone = 72;                     // pixels per inch
 
     const char* const acceptedPhotometric = "; MinIsBlack, MinIsWhite and Separated with one ink are accepted";
     const char* const acceptedCompression =
