@@ -11,7 +11,7 @@
 #include <cstdint>
 
 #if HWY_ARCH_X86
-#include <cpuid.h>
+#include <sys/platform/x86.h>
 #endif
 
 namespace hwy
@@ -22,76 +22,32 @@ namespace hwy
         std::atomic<std::int64_t> targetsForTest{0};
 
 #if HWY_ARCH_X86
-        // The registers of one leaf of CPUID, zeros where the machine has no such leaf.
-        struct Leaf
-        {
-            Leaf(unsigned number, unsigned subNumber)
-            {
-                if (__get_cpuid_count(number, subNumber, &eax, &ebx, &ecx, &edx) == 0)
-                {
-                    eax = ebx = ecx = edx = 0;
-                }
-            }
-
-            unsigned eax = 0, ebx = 0, ecx = 0, edx = 0;
-        };
-
-        constexpr bool HasAll(unsigned word, unsigned bits)
-        {
-            return (word & bits) == bits;
-        }
-
-        // The state components that the operating system saves: XCR0, read only if OSXSAVE says that it may be.
-        std::uint32_t SavedState(unsigned featuresEcx)
-        {
-            constexpr unsigned osXsave = 1u << 27;
-            if (!HasAll(featuresEcx, osXsave))
-            {
-                return 0;
-            }
-            std::uint32_t low = 0;
-            std::uint32_t high = 0;
-            __asm__("xgetbv" : "=a"(low), "=d"(high) : "c"(0));
-            return low;
-        }
-
-        // Bits of CPUID: Intel 64 and IA-32 Architectures Software Developer's Manual, volume 2A, table 3-8 (leaf 1: SSSE3
-        // to RDRAND in ECX; leaf 7: EBX and ECX; leaf 7, sub-leaf 1: EAX); LZCNT is AMD's, leaf 80000001H, ECX.
+        // The C library asked the processor and the operating system once, when the process started. Asking the processor
+        // again would leave a virtual machine for its host each time, some ten microseconds.
         std::int64_t DetectTargets()
         {
-            const Leaf features(1, 0);
-            const Leaf extended(7, 0);
-            const Leaf further(7, 1);
-            const Leaf amd(0x80000001, 0);
-            const std::uint32_t saved = SavedState(features.ecx);
-
-            constexpr unsigned ssse3 = 1u << 9;
-            constexpr unsigned pclmul = 1u << 1, sse41 = 1u << 19, sse42 = 1u << 20, aes = 1u << 25;
-            constexpr unsigned fma = 1u << 12, avx = 1u << 28, f16c = 1u << 29;
-            constexpr unsigned bmi = 1u << 3, avx2 = 1u << 5, bmi2 = 1u << 8;
-            constexpr unsigned lzcnt = 1u << 5;
-            constexpr unsigned avx512f = 1u << 16, avx512dq = 1u << 17, avx512bw = 1u << 30, avx512vl = 1u << 31;
-            constexpr unsigned vbmi = 1u << 1, vbmi2 = 1u << 6, gfni = 1u << 8, vaes = 1u << 9, vpclmul = 1u << 10;
-            constexpr unsigned vnni = 1u << 11, bitalg = 1u << 12, vpopcntdq = 1u << 14;
-            constexpr unsigned avxVnni = 1u << 4;
-            constexpr std::uint32_t ymmState = 0x06, zmmState = 0xE6;
-
             std::int64_t targets = 0;
-            const auto add = [&targets](bool present, std::int64_t target)
+            const auto add = [&targets](bool active, std::int64_t target)
             {
-                targets |= present ? target : 0;
-                return present;
+                targets |= active ? target : 0;
+                return active;
             };
-            if (add(HasAll(features.ecx, ssse3), HWY_SSSE3) &&
-                add(HasAll(features.ecx, pclmul | sse41 | sse42 | aes), HWY_SSE4) &&
-                add(HasAll(saved, ymmState) && HasAll(features.ecx, fma | avx | f16c) &&
-                        HasAll(extended.ebx, bmi | avx2 | bmi2) && HasAll(amd.ecx, lzcnt),
+            if (add(CPU_FEATURE_ACTIVE(SSSE3), HWY_SSSE3) &&
+                add(CPU_FEATURE_ACTIVE(SSE4_1) && CPU_FEATURE_ACTIVE(SSE4_2) && CPU_FEATURE_ACTIVE(PCLMULQDQ) &&
+                        CPU_FEATURE_ACTIVE(AES),
+                    HWY_SSE4) &&
+                add(CPU_FEATURE_ACTIVE(AVX) && CPU_FEATURE_ACTIVE(AVX2) && CPU_FEATURE_ACTIVE(FMA) &&
+                        CPU_FEATURE_ACTIVE(F16C) && CPU_FEATURE_ACTIVE(BMI1) && CPU_FEATURE_ACTIVE(BMI2) &&
+                        CPU_FEATURE_ACTIVE(LZCNT),
                     HWY_AVX2) &&
-                add(HasAll(saved, zmmState) && HasAll(extended.ebx, avx512f | avx512dq | avx512bw | avx512vl),
+                add(CPU_FEATURE_ACTIVE(AVX512F) && CPU_FEATURE_ACTIVE(AVX512DQ) && CPU_FEATURE_ACTIVE(AVX512BW) &&
+                        CPU_FEATURE_ACTIVE(AVX512VL),
                     HWY_AVX3))
             {
-                add(HasAll(extended.ecx, vbmi | vbmi2 | gfni | vaes | vpclmul | vnni | bitalg | vpopcntdq) &&
-                        HasAll(further.eax, avxVnni),
+                add(CPU_FEATURE_ACTIVE(AVX512_VBMI) && CPU_FEATURE_ACTIVE(AVX512_VBMI2) && CPU_FEATURE_ACTIVE(GFNI) &&
+                        CPU_FEATURE_ACTIVE(VAES) && CPU_FEATURE_ACTIVE(VPCLMULQDQ) && CPU_FEATURE_ACTIVE(AVX512_VNNI) &&
+                        CPU_FEATURE_ACTIVE(AVX512_BITALG) && CPU_FEATURE_ACTIVE(AVX512_VPOPCNTDQ) &&
+                        CPU_FEATURE_ACTIVE(AVX_VNNI),
                     HWY_AVX3_DL);
             }
             return targets;
