@@ -4,6 +4,7 @@
 #include <string>
 
 #include "ppf/Keywords.h"
+#include "ppf/RunLengthLanes.h"
 #include "ppf/RunLengthToken.h"
 #include "ppf/Scanner.h"
 
@@ -114,8 +115,9 @@ namespace ppf
 
     std::size_t DataFinder::RunLengthEnd(std::size_t begin, const Preview& preview) const
     {
-        std::uint64_t wanted = preview.StoredBytes();
-        for (std::size_t i = begin; i < m_bytes.size();)
+        const RunLengthPlace place = PassTokens(m_bytes, begin, preview.StoredBytes());
+        std::uint64_t wanted = preview.StoredBytes() - place.passed;
+        for (std::size_t i = place.at; i < m_bytes.size();)
         {
             const auto length = static_cast<unsigned char>(m_bytes[i]);
             if (length == filter::runLengthEnd)

@@ -1,4 +1,4 @@
-// The length byte of run-length data, read by the decoder and by the search for the end of the data.
+// The length byte of run-length data, read by the decoder and by the searches for the end of the data.
 #pragma once
 
 #include <cstdint>
@@ -10,7 +10,7 @@ namespace ppf
     class RunLengthToken
     {
     public:
-        explicit RunLengthToken(unsigned char length)
+        constexpr explicit RunLengthToken(unsigned char length)
             : m_length(length)
             , m_ofLiteral(static_cast<std::uint64_t>(length >> 7) - 1)
         {
@@ -18,10 +18,10 @@ namespace ppf
 
         /// Bytes that it stands for, 1 to 128: one more than the length byte of a literal run, 257 less that of a repeat
         /// run, which is the same of its complement.
-        std::uint64_t Run() const { return (m_length ^ ~m_ofLiteral) + 1 + (~m_ofLiteral & 257); }
+        constexpr std::uint64_t Run() const { return (m_length ^ ~m_ofLiteral) + 1 + (~m_ofLiteral & 257); }
 
         /// Bytes behind it: those of a literal run, or the one that is repeated.
-        std::uint64_t DataBytes() const { return 1 + (m_length & m_ofLiteral); }
+        constexpr std::uint64_t DataBytes() const { return 1 + (m_length & m_ofLiteral); }
 
         bool IsLiteral() const { return m_ofLiteral != 0; }
 

@@ -1,0 +1,154 @@
+// Where a token begins is known only when the one before it has been read, so a walk of one token after the other waits
+// for memory most of the time. Walks that begin at different bytes nearly always fall into step with each other after a
+// few tokens. So a block is walked in lanes that begin apart, each somewhere in the data, and a lane counts from the token
+// at which the walk through the lane before it falls into step.
+#include "ppf/RunLengthLanes.h"
+
+#include <algorithm>
+#include <array>
+#include <limits>
+
+#include "ppf/Keywords.h"
+#include "ppf/RunLengthToken.h"
+
+namespace ppf
+{
+    namespace
+    {
+        constexpr std::size_t laneCount = 8;
+        /// Long enough that falling into step, some dozens of tokens in data that is mostly short ones, costs little.
+        constexpr std::size_t laneSize = 8192;
+        constexpr std::size_t blockSize = laneCount * laneSize;
+        /// A length byte and the longest literal run.
+        constexpr std::size_t longestToken = 129;
+
+        /// Three counts in one number, so that a step is one addition: in its low bits the place in the block, then how
+        /// many bytes the tokens so far stand for, then the end marks met on the way.
+        constexpr unsigned passedShift = 24;
+        constexpr unsigned endMarksShift = 48;
+        constexpr std::uint64_t countMask = (std::uint64_t{1} << passedShift) - 1;
+        static_assert((blockSize + longestToken) / 2 * 128 <= countMask, "a block of repeat runs can be counted");
+
+        constexpr std::array<std::uint64_t, 256> MakeSteps()
+        {
+            std::array<std::uint64_t, 256> made{};
+            for (std::size_t length = 0; length < made.size(); ++length)
+            {
+                const RunLengthToken token(static_cast<unsigned char>(length));
+                const std::uint64_t endMarks = length == filter::runLengthEnd ? 1 : 0;
+                made[length] = (1 + token.DataBytes()) | token.Run() << passedShift | endMarks << endMarksShift;
+            }
+            return made;
+        }
+
+        /// What a step adds, by the length byte. An end mark is passed like a repeat run.
+        constexpr std::array<std::uint64_t, 256> steps = MakeSteps();
+
+        /// A walk from some byte of a block on, which may or may not be in step with the tokens.
+        class Walk
+        {
+        public:
+            explicit Walk(std::size_t place = 0)
+                : m_counts(place)
+            {
+            }
+
+            void Step(const char* block) { m_counts += steps[static_cast<unsigned char>(block[Place()])]; }
+
+            std::size_t Place() const { return m_counts & countMask; }
+            std::size_t Passed() const { return m_counts >> passedShift & countMask; }
+            bool HasMetEndMark() const { return m_counts >> endMarksShift != 0; }
+
+            /// Takes over what `other` has counted since it stood where this walk and `then` stand.
+            void GoOnAs(const Walk& other, const Walk& then) { m_counts += other.m_counts - then.m_counts; }
+
+        private:
+            std::uint64_t m_counts;
+        };
+
+        using Lanes = std::array<Walk, laneCount>;
+
+        constexpr std::size_t EndOf(std::size_t lane)
+        {
+            return (lane + 1) * laneSize;
+        }
+
+        Lanes WalkLanes(const char* block)
+        {
+            Lanes lanes;
+            for (std::size_t i = 0; i < laneCount; ++i)
+            {
+                lanes[i] = Walk(i * laneSize);
+            }
+            // As many steps together as bring none of them past its end.
+            for (std::size_t together = laneSize / longestToken; together != 0;)
+            {
+                for (std::size_t step = 0; step < together; ++step)
+                {
+                    for (Walk& lane : lanes)
+                    {
+                        lane.Step(block);
+                    }
+                }
+                together = std::numeric_limits<std::size_t>::max();
+                for (std::size_t i = 0; i < laneCount; ++i)
+                {
+                    together = std::min(together, (EndOf(i) - lanes[i].Place()) / longestToken);
+                }
+            }
+            for (std::size_t i = 0; i < laneCount; ++i)
+            {
+                while (lanes[i].Place() < EndOf(i))
+                {
+                    lanes[i].Step(block);
+                }
+            }
+            return lanes;
+        }
+
+        /// Takes `walk`, which is in step with the data, through the lane that began at `laneBegin` and came to `lane`:
+        /// token by token until they meet, and on with what the lane has counted since. False if they never meet; then
+        /// `walk` stands about at the lane's end all the same.
+        bool Join(Walk& walk, const char* block, std::size_t laneBegin, const Walk& lane)
+        {
+            Walk follower(laneBegin);
+            while (walk.Place() != follower.Place() && follower.Place() < lane.Place())
+            {
+                (walk.Place() < follower.Place() ? walk : follower).Step(block);
+            }
+            if (walk.Place() != follower.Place())
+            {
+                return false;
+            }
+            walk.GoOnAs(lane, follower);
+            return true;
+        }
+    }
+
+    RunLengthPlace PassTokens(std::string_view bytes, std::size_t begin, std::uint64_t wanted)
+    {
+        RunLengthPlace place{begin, 0};
+        while (place.at < bytes.size() && bytes.size() - place.at >= blockSize)
+        {
+            const RunLengthPlace blockBegin = place;
+            const char* const block = bytes.data() + blockBegin.at;
+            const Lanes lanes = WalkLanes(block);
+            Walk walk = lanes[0];
+            bool inStep = true;
+            for (std::size_t next = 1;; ++next)
+            {
+                if (walk.HasMetEndMark() || blockBegin.passed + walk.Passed() >= wanted)
+                {
+                    return place;
+                }
+                place = {blockBegin.at + walk.Place(), blockBegin.passed + walk.Passed()};
+                if (!inStep || next == laneCount)
+                {
+                    break;
+                }
+                inStep = Join(walk, block, next * laneSize, lanes[next]);
+            }
+        }
+        return place;
+    }
+}
