@@ -4,17 +4,22 @@
 # The include folder is a folder of links in the build tree: rooms/<room>/<room> points at the room, so that
 # `#include "rasteroutput/Processor.h"` resolves for a target linked to `rasteroutput` and fails for all others.
 
-# sheetvane_room(<name> SOURCES <file>... [MAY_USE <target>...] [KEEPS <target>...])
+# sheetvane_room(<name> SOURCES <file>... [MAY_USE <target>...] [KEEPS <target>...] [HOT <file>...] [SMALL])
 # An object library for the room in the current folder. MAY_USE targets are visible in its headers too, KEEPS targets
-# in its sources alone.
+# in its sources alone. A release build optimises HOT sources, those with loops over pixels, for speed before all, and a
+# SMALL room for size.
 function(sheetvane_room name)
-  cmake_parse_arguments(PARSE_ARGV 1 room "" "" "SOURCES;MAY_USE;KEEPS")
+  cmake_parse_arguments(PARSE_ARGV 1 room "SMALL" "" "SOURCES;MAY_USE;KEEPS;HOT")
   set(root "${PROJECT_BINARY_DIR}/rooms/${name}")
   file(MAKE_DIRECTORY "${root}")
   file(CREATE_LINK "${CMAKE_CURRENT_SOURCE_DIR}" "${root}/${name}" SYMBOLIC)
   add_library(${name} OBJECT ${room_SOURCES})
   target_include_directories(${name} PUBLIC "${root}")
   target_link_libraries(${name} PUBLIC ${room_MAY_USE} PRIVATE ${room_KEEPS})
+  set_source_files_properties(${room_HOT} PROPERTIES COMPILE_OPTIONS $<$<CONFIG:Release>:-O3>)
+  if(room_SMALL)
+    target_compile_options(${name} PRIVATE $<$<CONFIG:Release>:-Os>)
+  endif()
 endfunction()
 
 # sheetvane_interface(<name> <header>)
