@@ -12,6 +12,7 @@
 #include "cip3output/RunLengthFilter.h"
 #include "rasteroutput/Painter.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <vector>
@@ -79,6 +80,7 @@ namespace RasterOutput
         void WriteExtent(const CIP3SheetParameters& sheet);
         void WriteEncoded(const DataRef& data);
         void WriteEndOfData();
+        void TellDocumentWhatToExpect();
 
         DocumentBuffer& Document() { return outputFile->document; }
 
@@ -94,6 +96,11 @@ namespace RasterOutput
         std::uint32_t sheetIndex = 0;
         /// What the last BeginSurface was given.
         CIP3SurfaceParameters surface;
+        /// Separations of the surface behind the one being written.
+        std::size_t separationsToCome = 0;
+        /// currentY and the document's size when the separation began.
+        std::int32_t firstRow = 0;
+        std::size_t sizeBeforeRows = 0;
         /// These exist from BeginSeparation to EndSeparation, as far as the document's parameters ask for them.
         std::unique_ptr<RunLengthFilter> runLengthFilter;
         std::unique_ptr<ASCIIHexFilter> asciiHexFilter;

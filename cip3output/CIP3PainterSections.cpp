@@ -6,6 +6,7 @@
 #include "cip3output/kernels/Invert.h"
 #include "rasteroutput/ScanLineRef.h"
 
+#include <algorithm>
 #include <initializer_list>
 #include <map>
 #include <string>
@@ -18,6 +19,9 @@ namespace RasterOutput
         using Entries = std::map<std::string, std::string>;
 
         constexpr std::int32_t FrontSide = 0;
+
+        /// Rows from one estimate of the document's growth to the next; a power of 2.
+        constexpr std::int32_t RowsPerEstimate = 16;
 
         std::string_view UnitName(CIP3Units units)
         {
@@ -154,6 +158,7 @@ namespace RasterOutput
         }
         Document().Write(PpfFormat::BeginPreviewImage);
         surface = newSurface;
+        separationsToCome = surface.separationNames.size();
     }
 
     void CIP3Painter::BeginSeparation()
@@ -197,6 +202,9 @@ namespace RasterOutput
                          EncodingName(painterParameters.encoding),
                          " def\n",
                          PpfFormat::PreviewImage});
+        separationsToCome -= separationsToCome != 0 ? 1 : 0;
+        firstRow = currentY;
+        sizeBeforeRows = Document().Size();
 
         const auto filterIf = [](auto& filter, bool wanted)
         {
@@ -232,6 +240,25 @@ namespace RasterOutput
             Document().Write(PpfFormat::LineEnd);
         }
         WriteEncoded(data);
+        if (currentY % RowsPerEstimate == 0)
+        {
+            TellDocumentWhatToExpect();
+        }
+    }
+
+    /// The rows to come are taken to need what those of this separation have needed on average. Only the last sheet can
+    /// be the document's end.
+    void CIP3Painter::TellDocumentWhatToExpect()
+    {
+        if (sheetIndex + 1 < directory.size())
+        {
+            return;
+        }
+        const double rows = 1.0 + (static_cast<std::uint32_t>(currentY) - static_cast<std::uint32_t>(firstRow));
+        const double rowsToCome = static_cast<double>(separationsToCome + 1) * parameters.height - rows;
+        const double bytesPerRow = static_cast<double>(Document().Size() - sizeBeforeRows) / rows;
+        const double most = static_cast<double>(PpfFormat::MaxDocumentSize);
+        Document().Expect(static_cast<std::size_t>(std::clamp(rowsToCome * bytesPerRow, 0.0, most)));
     }
 
     void CIP3Painter::WriteEncoded(const DataRef& data)

@@ -18,13 +18,13 @@ namespace RasterOutput
         constexpr std::size_t GrowthFactor = 4;
         /// From this size on a block is worth large pages: the one that is begun and not filled is little beside it.
         constexpr std::size_t LargePageThreshold = 4 * Platform::LargePageSize;
-        /// One for all blocks, so that they are released without knowing their size.
-        constexpr std::align_val_t Alignment{Platform::LargePageSize};
+        constexpr std::align_val_t LargeAlignment{Platform::LargePageSize};
+        constexpr std::align_val_t SmallAlignment{__STDCPP_DEFAULT_NEW_ALIGNMENT__};
     }
 
     void DocumentBuffer::Release::operator()(unsigned char* bytes) const noexcept
     {
-        ::operator delete(bytes, Alignment);
+        ::operator delete(bytes, alignment);
     }
 
     void DocumentBuffer::Write(std::string_view bytes)
@@ -49,9 +49,9 @@ namespace RasterOutput
             AddBlock(capacity);
         }
         Block& block = blocks.back();
-        if (block.used + capacity > block.touched)
+        if (block.used + capacity > block.settled)
         {
-            TouchLargePage(block, capacity);
+            SettlePage(block, capacity);
         }
         return block.bytes.get() + block.used;
     }
@@ -72,32 +72,35 @@ namespace RasterOutput
         const std::size_t next =
             blocks.empty() ? FirstBlockSize : std::min(blocks.back().capacity * GrowthFactor, LargestBlockSize);
         const std::size_t chosen = std::max(next, capacity);
-        blocks.reserve(blocks.size() + 1);
-        std::unique_ptr<unsigned char[], Release> bytes(static_cast<unsigned char*>(::operator new(chosen, Alignment)));
         const bool isLarge = chosen >= LargePageThreshold;
-        if (isLarge)
-        {
-            Platform::AdviseLargePages(bytes.get(), chosen - chosen % Platform::LargePageSize);
-        }
+        const Release release{isLarge ? LargeAlignment : SmallAlignment};
+        blocks.reserve(blocks.size() + 1);
+        std::unique_ptr<unsigned char[], Release> bytes(
+            static_cast<unsigned char*>(::operator new(chosen, release.alignment)), release);
         blocks.push_back({std::move(bytes), chosen, 0, isLarge ? 0 : chosen});
     }
 
+    /// Decides about one page at most, so that room that is asked for and not used takes no memory.
+    ///
     /// The first touch of a large page makes the system clear it, and it goes from both ends towards the place that was
     /// touched: the cache then holds what is wanted next. Touched at its end, the page is cleared from front to back.
-    /// Where a virtual machine's memory comes from its host piece by piece, that is four times as fast. One page at most,
-    /// so that room that is asked for and not used takes no memory.
-    void DocumentBuffer::TouchLargePage(Block& block, std::size_t capacity) noexcept
+    /// Where a virtual machine's memory comes from its host piece by piece, that is four times as fast.
+    void DocumentBuffer::SettlePage(Block& block, std::size_t capacity) const noexcept
     {
-        const std::size_t page = std::max(block.touched, block.used - block.used % Platform::LargePageSize);
+        const std::size_t page = std::max(block.settled, block.used - block.used % Platform::LargePageSize);
         const std::size_t end = page + Platform::LargePageSize;
         if (end > block.capacity)
         {
-            block.touched = block.capacity;
+            block.settled = block.capacity;
         }
         else if (block.used + capacity > page)
         {
-            block.bytes[end - 1] = 0;
-            block.touched = end;
+            if (expected >= Platform::LargePageSize)
+            {
+                Platform::AdviseLargePage(block.bytes.get() + page);
+                block.bytes[end - 1] = 0;
+            }
+            block.settled = end;
         }
     }
 

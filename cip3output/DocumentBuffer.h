@@ -5,6 +5,7 @@
 #include "cip3output/PpfFormat.h"
 
 #include <cstddef>
+#include <limits>
 #include <memory>
 #include <new>
 #include <string_view>
@@ -35,6 +36,10 @@ namespace RasterOutput
         /// position behind them. Throws std::length_error if the document would pass its limit.
         void Commit(std::size_t count);
 
+        /// Tells about how many more bytes the document will get; until told, many. Memory is taken in large pages only
+        /// as far as they will be filled, so that the last one is not mostly waste.
+        void Expect(std::size_t bytes) noexcept { expected = bytes; }
+
         /// Moves the write position to `newPosition`, which is at most Size().
         void Seek(std::size_t newPosition) noexcept { position = newPosition; }
 
@@ -57,6 +62,9 @@ namespace RasterOutput
     private:
         struct Release
         {
+            /// What the bytes were asked for with.
+            std::align_val_t alignment;
+
             void operator()(unsigned char* bytes) const noexcept;
         };
 
@@ -66,12 +74,12 @@ namespace RasterOutput
             std::unique_ptr<unsigned char[], Release> bytes;
             std::size_t capacity;
             std::size_t used;
-            /// End of the large pages that have been touched; none are where this is the capacity from the start.
-            std::size_t touched;
+            /// In front of this offset it is settled in which size of pages the memory comes.
+            std::size_t settled;
         };
 
         void AddBlock(std::size_t capacity);
-        static void TouchLargePage(Block& block, std::size_t capacity) noexcept;
+        void SettlePage(Block& block, std::size_t capacity) const noexcept;
         void RefuseBeyondLimit(std::size_t extra) const;
         /// Writes as much as lies in front of the document's end; gives the rest.
         std::string_view Overwrite(std::string_view bytes) noexcept;
@@ -82,6 +90,8 @@ namespace RasterOutput
         std::size_t position = 0;
         /// Sum of what the blocks hold.
         std::size_t size = 0;
+        /// What Expect was last told.
+        std::size_t expected = std::numeric_limits<std::size_t>::max();
         /// In document order; the last one grows.
         std::vector<Block> blocks;
     };

@@ -33,13 +33,12 @@ namespace RasterOutput::Platform
         }
     }
 
-    void AdviseLargePages(void* begin, std::size_t size) noexcept
+    void AdviseLargePage(void* begin) noexcept
     {
 #ifdef __linux__
-        madvise(begin, size, MADV_HUGEPAGE);
+        madvise(begin, LargePageSize, MADV_HUGEPAGE);
 #else
         static_cast<void>(begin);
-        static_cast<void>(size);
 #endif
     }
 }
