@@ -11,6 +11,8 @@
 #include <cstdint>
 
 #if HWY_ARCH_X86
+// The header has C's name for the type, which C++ compilers offer only as an extension.
+#define _Bool bool
 #include <sys/platform/x86.h>
 #endif
 
