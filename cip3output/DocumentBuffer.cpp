@@ -80,12 +80,8 @@ namespace RasterOutput
         blocks.push_back({std::move(bytes), chosen, 0, isLarge ? 0 : chosen});
     }
 
-    /// Decides about one page at most, so that room that is asked for and not used takes no memory.
-    ///
-    /// The first touch of a large page makes the system clear it, and it goes from both ends towards the place that was
-    /// touched: the cache then holds what is wanted next. Touched at its end, the page is cleared from front to back.
-    /// Where a virtual machine's memory comes from its host piece by piece, that is four times as fast.
-    void DocumentBuffer::SettlePage(Block& block, std::size_t capacity) const noexcept
+    /// One large page at most, so that room that is asked for and not used takes no memory.
+    void DocumentBuffer::SettlePage(Block& block, std::size_t capacity) noexcept
     {
         const std::size_t page = std::max(block.settled, block.used - block.used % Platform::LargePageSize);
         const std::size_t end = page + Platform::LargePageSize;
@@ -97,8 +93,7 @@ namespace RasterOutput
         {
             if (expected >= Platform::LargePageSize)
             {
-                Platform::AdviseLargePage(block.bytes.get() + page);
-                block.bytes[end - 1] = 0;
+                largePages.Make(block.bytes.get() + page);
             }
             block.settled = end;
         }

@@ -2,6 +2,7 @@
 // ever copied and the memory in use stays close to the size of the document, whatever that is.
 #pragma once
 
+#include "cip3output/LargePages.h"
 #include "cip3output/PpfFormat.h"
 
 #include <cstddef>
@@ -79,7 +80,7 @@ namespace RasterOutput
         };
 
         void AddBlock(std::size_t capacity);
-        void SettlePage(Block& block, std::size_t capacity) const noexcept;
+        void SettlePage(Block& block, std::size_t capacity) noexcept;
         void RefuseBeyondLimit(std::size_t extra) const;
         /// Writes as much as lies in front of the document's end; gives the rest.
         std::string_view Overwrite(std::string_view bytes) noexcept;
@@ -92,6 +93,7 @@ namespace RasterOutput
         std::size_t size = 0;
         /// What Expect was last told.
         std::size_t expected = std::numeric_limits<std::size_t>::max();
+        LargePages largePages;
         /// In document order; the last one grows.
         std::vector<Block> blocks;
     };
