@@ -43,9 +43,8 @@ namespace RasterOutput
         directoryOffset = 0;
 
         std::ofstream& file = outputFile->file;
-        Document().ForEachPiece(
-            [&file](const unsigned char* begin, std::size_t size)
-            { file.write(reinterpret_cast<const char*>(begin), static_cast<std::streamsize>(size)); });
+        Document().Drain([&file](const unsigned char* begin, std::size_t size)
+                         { file.write(reinterpret_cast<const char*>(begin), static_cast<std::streamsize>(size)); });
         outputFile.reset();
 
         sheetIndex = 0;

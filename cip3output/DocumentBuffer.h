@@ -50,14 +50,19 @@ namespace RasterOutput
         /// Bytes of the document: the highest position ever written.
         std::size_t Size() const noexcept { return size; }
 
-        /// Calls `sink(const unsigned char* begin, std::size_t count)` on the whole document, piece by piece.
+        /// Empties the document: calls `sink(const unsigned char* begin, std::size_t count)` on it piece by piece, from
+        /// front to back, and gives back each piece's memory before the next call, which may so use it again.
         template <class Sink>
-        void ForEachPiece(Sink sink) const
+        void Drain(Sink sink)
         {
-            for (const Block& block : blocks)
+            for (Block& block : blocks)
             {
                 sink(block.bytes.get(), block.used);
+                block.bytes.reset();
             }
+            blocks.clear();
+            size = 0;
+            position = 0;
         }
 
     private:
