@@ -131,7 +131,7 @@ namespace ppf::test
         {
             const std::string bytes = Noise(4099);
             const std::string text = AsAscii85(bytes);
-            for (const std::size_t step : {1, 2, 3, 5, 7, 64, 1000, 10000})
+            for (const std::size_t step : {1U, 2U, 3U, 5U, 7U, 64U, 1000U, 10000U})
             {
                 EXPECT_TRUE(Decoded<ASCII85Source>(text, step) == bytes) << "reads of " << step;
             }
@@ -175,7 +175,7 @@ namespace ppf::test
             };
             for (const auto& [tokens, bytes] : cases)
             {
-                for (const std::size_t step : {1, 3, 1000})
+                for (const std::size_t step : {1U, 3U, 1000U})
                 {
                     EXPECT_EQ(Expanded(tokens, step), bytes)
                         << testing::PrintToString(tokens) << " in reads of " << step;
@@ -207,7 +207,7 @@ namespace ppf::test
                 bytes += literal;
             }
             tokens += '\x80';
-            for (const std::size_t step : {97, 4096, 65536, 1000000})
+            for (const std::size_t step : {97U, 4096U, 65536U, 1000000U})
             {
                 EXPECT_TRUE(Expanded(tokens, step) == bytes) << "reads of " << step;
             }
