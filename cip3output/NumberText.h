@@ -25,7 +25,7 @@ namespace RasterOutput
         NumberText() = default;
 
         /// Holds any 64-bit number with its sign, and 6 digits with sign, point and exponent.
-        std::array<char, 24> characters;
+        std::array<char, 24> characters{};
         std::size_t length = 0;
     };
 }

@@ -81,9 +81,8 @@ namespace RasterOutput::Kernels
         /// The same for the last `count` bytes of the input, 64 at most. The very last one equals nothing.
         HWY_INLINE std::uint64_t EqualToNextAtEnd(const unsigned char* place, std::size_t count)
         {
-            std::array<unsigned char, 64 + 1> padded;
+            std::array<unsigned char, 64 + 1> padded{};
             std::memcpy(padded.data(), place, count);
-            std::fill(padded.begin() + count, padded.end(), static_cast<unsigned char>(~place[count - 1]));
             return EqualToNext(padded.data()) & ((std::uint64_t{1} << (count - 1)) - 1);
         }
 
@@ -160,7 +159,7 @@ namespace RasterOutput::Kernels
             const std::size_t rest = length % MaxTokenRun;
             output[0] = static_cast<unsigned char>(RepeatBias - rest);
             output[1] = value;
-            return output + 2 * (rest != 0);
+            return rest != 0 ? output + 2 : output;
         }
 
         /// Writes a literal run of any length; LiteralStep bytes behind it are still input.
