@@ -7,7 +7,6 @@
 
 #include <hwy/highway.h>
 
-#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstring>
