@@ -1,5 +1,7 @@
 #include "ppfinfo/Options.h"
 
+#include <memory>
+
 #include <CLI/CLI.hpp>
 
 namespace ppfinfo
@@ -31,11 +33,31 @@ namespace ppfinfo
             return "";
         }
 
+        std::string CheckCount(const std::string& text)
+        {
+            const bool isNumber =
+                !text.empty() && text.size() < 10 && text.find_first_not_of("0123456789") == text.npos;
+            const bool fits = isNumber && std::stoul(text) >= 1 && std::stoul(text) <= mostZones;
+            return fits ? "" : "needs a number of zones from 1 to " + std::to_string(mostZones);
+        }
+
         std::string CheckLength(const std::string& text)
         {
             return ParseLength(text) ? ""
                                      : "needs a length above 0 with its unit, as in 32.5mm (mm, cm, inch or point)";
         }
+
+        class HelpFormatter : public CLI::Formatter
+        {
+        public:
+            std::string make_usage(const CLI::App*, std::string) const override
+            {
+                return "Usage: ppfinfo [--json] [--zones N | --zone-width WIDTH] FILE.ppf\n"
+                       "       ppfinfo --check FILE.ppf\n"
+                       "       ppfinfo --extract DIR FILE.ppf\n"
+                       "       ppfinfo --report OUT.html [--zones N | --zone-width WIDTH] FILE.ppf\n";
+            }
+        };
     }
 
     CommandLine ReadCommandLine(int argc, const char* const* argv)
@@ -48,8 +70,15 @@ namespace ppfinfo
             "Looks into a print production (PPF) file: what it holds, whether it is well formed, and how much "
             "ink it asks for.",
             "ppfinfo");
-        app.set_version_flag("--version", "ppfinfo " SHEETVANE_VERSION);
-        app.add_option("FILE", options.file, "The file to look into")->required();
+        app.formatter(std::make_shared<HelpFormatter>());
+        app.footer("Example:\n  ppfinfo --report cover.html --zone-width 32.5mm cover.ppf\n\n"
+                   "Exit status: 0 nothing is wrong with what was read, 1 the file is damaged or cannot be read, or "
+                   "output cannot\n"
+                   "be written, 2 the command line is wrong.");
+        app.set_help_flag("-h,--help", "Print this text and end");
+        app.set_version_flag("--version", "ppfinfo " SHEETVANE_VERSION, "Print the version and end");
+        const CLI::Option* const file =
+            app.add_option("FILE.ppf", options.file, "The file to look into, - for standard input")->type_name("");
         app.add_flag("--json", options.json, "Write what the file holds as JSON");
         app.add_flag("--check", options.check, "Say whether the file is well formed, by exit status and findings");
         app.add_option("--extract", options.extractTo, "Write each separation's preview as PNG into this folder")
@@ -60,15 +89,16 @@ namespace ppfinfo
             ->check(CLI::Validator(CheckPlace, ""));
         app.add_option("--zones", options.zones.count, "Mean ink coverage of each of N equal zones")
             ->type_name("N")
-            ->check(CLI::Validator(CLI::Range(std::uint64_t{1}, mostZones)).description(""));
-        app.add_option("--zone-width", zoneWidth, "The same with zones of this width, as in 32.5mm")
+            ->check(CLI::Validator(CheckCount, ""));
+        app.add_option(
+               "--zone-width", zoneWidth, "The same with zones of this width: a number with mm, cm, inch or point")
             ->type_name("WIDTH")
             ->check(CLI::Validator(CheckLength, ""));
         try
         {
             app.parse(argc, argv);
             options.zones.width = ParseLength(zoneWidth).value_or(0);
-            line.text = Contradiction(options);
+            line.text = file->empty() ? "no file: name the one to look into" : Contradiction(options);
             line.outcome = line.text.empty() ? CommandLine::Outcome::run : CommandLine::Outcome::usageError;
         }
         catch (const CLI::CallForHelp&)

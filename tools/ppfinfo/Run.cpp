@@ -1,7 +1,11 @@
 #include "ppfinfo/Run.h"
 
 #include <exception>
+#include <filesystem>
+#include <fstream>
 #include <new>
+#include <stdexcept>
+#include <string_view>
 #include <system_error>
 #include <vector>
 
@@ -36,8 +40,24 @@ namespace ppfinfo
             return findings.empty() ? std::nullopt : std::optional<ppf::Finding>(findings.front());
         }
 
+        /// Whether the file at `path` begins as PostScript files do.
+        bool IsPostScript(const std::string& path)
+        {
+            constexpr std::string_view mark = "%!PS";
+            std::ifstream file(path, std::ios::binary);
+            std::string begin(mark.size(), '\0');
+            return file.read(begin.data(), static_cast<std::streamsize>(begin.size())) && begin == mark;
+        }
+
         std::optional<ppf::Finding> WriteReportFile(const Options& options, const ppf::Document& document)
         {
+            // The place of the page is easily forgotten, and the next argument taken for it.
+            if (std::filesystem::is_regular_file(options.reportTo) && IsPostScript(options.reportTo))
+            {
+                throw std::runtime_error(
+                    "--report: " + options.reportTo +
+                    " is a PostScript or PPF file, which the page would replace; name the page, as in report.html");
+            }
             OutputFile file(options.reportTo);
             auto fault = WriteHtmlReport(options.file, document, options.zones, file.Stream());
             file.Commit();
@@ -72,8 +92,13 @@ namespace ppfinfo
         };
         try
         {
-            const ppf::FileMap file(options.file);
+            const ppf::FileMap file(options.file == "-" ? "/dev/stdin" : options.file);
             const ppf::Document document = ppf::ReadDocument(file.Bytes());
+            // Of a file that does not begin as one there is nothing to show.
+            if (document.version.empty() && document.damage && !options.check)
+            {
+                return fail(ToPrintable(options.file) + ": " + At(*document.damage));
+            }
             const std::optional<ppf::Finding> fault = Write(options, document, out);
             out.flush();
             if (!out)

@@ -171,6 +171,16 @@ namespace ppfinfo::test
             EXPECT_EQ(CountOf(page, "<img"), 2u);
         }
 
+        TEST(HtmlReport, AnotherPrintFileIsNotTakenForThePage)
+        {
+            const Folder folder;
+            const std::string other = folder.Write("other.ppf", TwoSheets());
+            const Outcome outcome = RunOn(TwoSheets(), {"--report", other});
+            EXPECT_EQ(outcome.status, 1);
+            EXPECT_THAT(outcome.errors, HasSubstr("name the page"));
+            EXPECT_EQ(folder.Read("other.ppf"), TwoSheets());
+        }
+
         TEST(OutputFile, AppearsWholeOrNotAtAll)
         {
             const Folder folder;

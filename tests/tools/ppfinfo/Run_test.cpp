@@ -185,6 +185,7 @@ namespace ppfinfo::test
             EXPECT_EQ(outcome.status, 1);
             EXPECT_EQ(outcome.errors, "ppfinfo: error: /nowhere/job.ppf: No such file or directory\n");
             EXPECT_THAT(RunOn("", {}).errors, HasSubstr("byte 0: not a print production file"));
+            EXPECT_EQ(RunOn("II*", {}).out, "");
         }
 
         TEST(Run, OutputThatCannotBeWrittenIsAFailure)
