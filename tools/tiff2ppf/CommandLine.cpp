@@ -71,6 +71,11 @@ namespace Tiff2Ppf
             std::string make_usage(const CLI::App*, std::string) const override { return Usage; }
         };
 
+        [[noreturn]] void Refuse(const std::string& why)
+        {
+            throw UsageError(why + "; see tiff2ppf --help");
+        }
+
         std::string ResultOf(const CLI::Option* option)
         {
             return option->empty() ? std::string() : option->results().back();
@@ -135,7 +140,7 @@ namespace Tiff2Ppf
                 }
                 catch (const CLI::ParseError& error)
                 {
-                    throw UsageError(error.what());
+                    Refuse(error.what());
                 }
                 return {};
             }
@@ -145,7 +150,7 @@ namespace Tiff2Ppf
                 CommandLine line;
                 line.output = ResultOf(m_output);
                 if (line.output.empty())
-                    throw UsageError("no output: name the file to write with -o");
+                    Refuse("no output: name the file to write with -o");
                 line.compression = ChoiceOf(m_compression, &CompressionOfWord, CompressionWords);
                 line.encoding = ChoiceOf(m_encoding, &EncodingOfWord, EncodingWords);
                 line.mixedSizes = !m_mixedSizes->empty();
@@ -156,11 +161,11 @@ namespace Tiff2Ppf
                       m_parameter->empty());
                 line.jobFile = ResultOf(m_jobFile);
                 if (hasJob && !m_jobFile->empty())
-                    throw UsageError(
+                    Refuse(
                         "both a job file, " + Quoted(line.jobFile) +
                         ", and a job on the command line: one of them is wanted");
                 if (!hasJob && line.jobFile.empty())
-                    throw UsageError("no job: name a job file, or open a sheet with --sheet");
+                    Refuse("no job: name a job file, or open a sheet with --sheet");
                 if (hasJob)
                     line.job = JobInOrder();
                 return line;

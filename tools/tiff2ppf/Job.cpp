@@ -18,7 +18,7 @@ namespace Tiff2Ppf
             { throw UsageError(SheetForPerson(job, index) + ": " + why); };
 
             if (sheet.jobName.empty())
-                refuse("the job name is empty");
+                refuse("the job name is empty; --job or the job file's jobName gives it");
             if (sheet.front.empty() && sheet.back.empty())
                 refuse("neither front nor back has a file");
             if (sheet.sheetName.empty() && job.sheets.size() > 1)

@@ -9,9 +9,11 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <filesystem>
 #include <fstream>
 #include <initializer_list>
 #include <limits>
+#include <string_view>
 #include <system_error>
 
 namespace Tiff2Ppf
@@ -34,7 +36,11 @@ namespace Tiff2Ppf
 
         [[noreturn]] void RefuseType(const Node& node, const std::string& wanted)
         {
-            Refuse(node, wanted + " is needed, not " + node.value.type_name());
+            const std::string type = node.value.type_name();
+            const bool startsWithVowel = node.value.is_object() || node.value.is_array();
+            Refuse(
+                node,
+                wanted + " is needed, not " + (node.value.is_null() ? type : (startsWithVowel ? "an " : "a ") + type));
         }
 
         /// Refuses a node that is no object, or has a member that is not among `known`.
@@ -44,7 +50,12 @@ namespace Tiff2Ppf
                 RefuseType(object, "an object");
             for (const auto& [key, value] : object.value.items())
                 if (std::find(known.begin(), known.end(), key) == known.end())
-                    Refuse({value, PlaceOfMember(object.place, key)}, "there is no such member in a job");
+                {
+                    std::string why = "there is no such member here; known are";
+                    for (const char* const name : known)
+                        why += std::string(name == *known.begin() ? " " : ", ") + name;
+                    Refuse({value, PlaceOfMember(object.place, key)}, why);
+                }
         }
 
         Node MemberOf(const Node& object, const char* key)
@@ -205,6 +216,17 @@ namespace Tiff2Ppf
             return path.rfind("/dev/", 0) == 0 || path.rfind("/proc/", 0) == 0;
         }
 
+        /// Whether the file begins as TIFF does; its reading goes on from the start.
+        bool IsTiff(std::ifstream& file)
+        {
+            char begin[4] = {};
+            const std::string_view mark(begin, file.read(begin, sizeof begin) ? sizeof begin : 0);
+            file.clear();
+            file.seekg(0);
+            return mark == std::string_view("II*\0", 4) || mark == std::string_view("MM\0*", 4) ||
+                   mark == std::string_view("II+\0", 4) || mark == std::string_view("MM\0+", 4);
+        }
+
         Job LoadFrom(std::istream& in, const std::string& folder)
         {
             Job job = ReadJob(in, folder);
@@ -239,6 +261,8 @@ namespace Tiff2Ppf
             std::ifstream file(path, std::ios::binary);
             if (!file)
                 throw std::ios_base::failure("open", std::error_code(errno, std::generic_category()));
+            if (std::filesystem::is_regular_file(path) && IsTiff(file))
+                throw UsageError("this is a TIFF, not a job file; a separation is given as --front INK=FILE");
             return LoadFrom(file, IsDescriptor(path) ? current : FolderOf(path));
         }
         catch (const UsageError& error)

@@ -4,6 +4,9 @@
 
 #include <gmock/gmock.h>
 
+#include <cstdio>
+#include <fstream>
+
 #include <sstream>
 
 namespace
@@ -120,17 +123,17 @@ namespace
             {"{\"jobName\":\"caf\xE9\"}", "a JSON text is UTF-8"},
             {std::string(100000, '['), "is nested deeper than any job"},
             // Not a job.
-            {"[]", "an object is needed, not array"},
-            {R"({"jobname":"J"})", "jobname: there is no such member in a job"},
+            {"[]", "an object is needed, not an array"},
+            {R"({"jobname":"J"})", "jobname: there is no such member here; known are jobName"},
             {R"({"jobName":"J","sheets":[],"jobName":"J"})", "jobName: this member is repeated"},
             {R"({"jobName":null})", "jobName: a string is needed, not null"},
             {R"({"jobName":"a\u0000b"})", "jobName: a string may not hold the character \\u0000"},
-            {R"({"sheets":{}})", "sheets: an array is needed, not object"},
+            {R"({"sheets":{}})", "sheets: an array is needed, not an object"},
             {R"({"compression":"zip"})", R"(compression: "zip" is none of: none, runlength)"},
-            {R"({"encoding":2})", "encoding: a string is needed, not number"},
+            {R"({"encoding":2})", "encoding: a string is needed, not a number"},
             // Inside a sheet.
-            {R"({"sheets":["S"]})", "sheets[0]: an object is needed, not string"},
-            {SheetWith(R"("a b":1)"), R"(sheets[0]["a b"]: there is no such member in a job)"},
+            {R"({"sheets":["S"]})", "sheets[0]: an object is needed, not a string"},
+            {SheetWith(R"("a b":1)"), R"(sheets[0]["a b"]: there is no such member here; known are jobName)"},
             {SheetWith(R"("back":[{"separation":"K"}])"), R"(sheets[0].back[0]: the member "file" is missing)"},
             {SheetWith(R"("back":[{"separation":"K","file":""}])"), "sheets[0].back[0].file: the file name is empty"},
             {SheetWith(R"("back":[{"separation":"K","file":"a"},{"file":"b","file":"c"}])"),
@@ -149,28 +152,40 @@ namespace
             {SheetWith(R"("parameters":{"A":{"value":1}})"), "sheets[0].parameters.A: an object here has exactly"},
             {SheetWith(R"("parameters":{"A":{"value":1,"units":"g","x":0}})"), "A: an object here has exactly"},
             {SheetWith(R"("parameters":{"A":{"value":"1","units":"g"}})"),
-             "sheets[0].parameters.A.value: a number is needed, not string"},
+             "sheets[0].parameters.A.value: a number is needed, not a string"},
             {SheetWith(R"("parameters":{"A":{"value":1,"units":2}})"),
-             "sheets[0].parameters.A.units: a string is needed, not number"},
+             "sheets[0].parameters.A.units: a string is needed, not a number"},
             {SheetWith(R"("parameters":{"A":{"value":4294967296,"units":"g"}})"), "A.value: the integer 4294967296"},
         };
         for (const Fault& fault : faults)
             EXPECT_THAT(FaultOf(fault.text), HasSubstr(fault.said)) << fault.text.substr(0, 200);
     }
 
-    TEST(JobFile, UnreadableFileIsNamed)
+    std::string FaultOfFile(const std::string& name)
     {
         std::istringstream none;
-        EXPECT_THROW(LoadJobFile("/no/such/job.json", none), UsageError);
         try
         {
-            LoadJobFile("/", none);
-            FAIL() << "a folder was read";
+            LoadJobFile(name, none);
+            return "it was taken";
         }
         catch (const UsageError& error)
         {
-            EXPECT_STREQ(error.what(), "/: the job file cannot be read: Is a directory");
+            return error.what();
         }
+    }
+
+    TEST(JobFile, FileThatIsNoneIsNamed)
+    {
+        EXPECT_EQ(
+            FaultOfFile("/no/such/job.json"),
+            "/no/such/job.json: the job file cannot be read: No such file or directory");
+        EXPECT_EQ(FaultOfFile("/"), "/: the job file cannot be read: Is a directory");
+        const std::string tiff = testing::TempDir() + "job_file_test.tif";
+        std::ofstream(tiff, std::ios::binary).write("II*\0\x08\0\0\0", 8);
+        EXPECT_EQ(
+            FaultOfFile(tiff), tiff + ": this is a TIFF, not a job file; a separation is given as --front INK=FILE");
+        std::remove(tiff.c_str());
     }
 
     TEST(JobFile, FaultOfTheWholeJobNamesTheFile)
