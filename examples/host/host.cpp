@@ -2,6 +2,7 @@
 //     host SEPARATION.tif OUT.ppf
 
 #include <Sheetvane/SheetvaneConverter.h>
+#include <rasteroutput/Exception.h>
 
 #include <filesystem>
 #include <iostream>
@@ -62,6 +63,11 @@ int main(int argc, char** argv)
     catch (const KX_EException& failure) // a KX_ECIP3Exception from the converter, or one from kxtypes
     {
         std::cerr << failure.ClassName() << ": " << failure.KX_Message().c_str() << '\n';
+        return 1;
+    }
+    catch (const RasterOutput::Exception& failure) // a second converter beside the first
+    {
+        std::cerr << failure.what() << '\n';
         return 1;
     }
     catch (const std::exception& failure) // a path that cannot be looked up, exhausted memory
