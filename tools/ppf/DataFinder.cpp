@@ -17,6 +17,13 @@ namespace ppf
         /// Line ends and a blank that may stand between the word and binary data.
         constexpr std::size_t longestGap = 3;
 
+        /// How well a start fits that leads to data of the preview's size with one line end behind it.
+        constexpr int bestFit = 3;
+
+        /// How often the walks through run-length data may pass over as many bytes as the file has before the first
+        /// start has to do. Only a file made for it brings walks that begin at the wrong byte past their own data.
+        constexpr std::uint64_t mostWalks = 16;
+
         /// White space that is looked through behind data, in bytes. A bound, so that previews which all claim to end
         /// in the same wide blank cost no more than they have bytes.
         constexpr std::size_t longestWhiteSpace = 4096;
@@ -28,6 +35,13 @@ namespace ppf
         bool IsLineEnd(std::string_view text)
         {
             return text == "\n" || text == "\r" || text == "\r\n";
+        }
+
+        /// What stands between the word and its data where that is more than one character: a line end, with a blank in
+        /// front of it at most.
+        bool IsUsualGap(std::string_view text)
+        {
+            return IsLineEnd(text.substr(text.substr(0, 1) == " " ? 1 : 0));
         }
 
         /// What closes the section that a preview image stands in, behind "CIP3End".
@@ -49,7 +63,7 @@ namespace ppf
         }
     }
 
-    std::string_view DataFinder::Find(std::uint64_t begin, const Preview& preview) const
+    std::string_view DataFinder::Find(std::uint64_t begin, const Preview& preview)
     {
         auto at = static_cast<std::size_t>(begin);
         if (preview.encoding != Encoding::binary)
@@ -63,24 +77,32 @@ namespace ppf
         {
             throw FormatError(begin, "no white space stands between CIP3PreviewImage and its data");
         }
-        // The one white space character behind the word belongs to it. Some writers put a whole line end there. Data
-        // with one line end behind it is preferred to data with other white space, which may be pixels: 0 is both.
+        // The one white space character behind the word belongs to it. Some writers put a whole line end there, which
+        // can be data as well: 10 is a length byte, and 0 as a pixel is white space. What is told apart by is the size
+        // of the data, then that one line end stands behind it. The start right behind one character is the first.
         const std::size_t first = std::min(at + 1, m_bytes.size());
         const std::size_t gapEnd = std::min(first + longestGap, m_bytes.size());
         std::string_view found;
+        int foundFit = -1;
         for (std::size_t start = first;; ++start)
         {
-            const std::size_t end = BinaryEnd(start, preview);
-            if (end != notFound && SectionEndsAfter(end))
+            const DataEnd end = BinaryEnd(start, preview);
+            if (end.at != notFound && SectionEndsAfter(end.at))
             {
-                const std::string_view data = m_bytes.substr(start, end - start);
-                if (IsLineEnd(m_bytes.substr(end, SkipWhiteSpace(end, longestWhiteSpace) - end)))
+                const std::string_view behind =
+                    m_bytes.substr(end.at, SkipWhiteSpace(end.at, longestWhiteSpace) - end.at);
+                const bool isUsual =
+                    IsLineEnd(behind) && (start == first || IsUsualGap(m_bytes.substr(at, start - at)));
+                const int fit = (end.hasSize ? 2 : 0) + (isUsual ? 1 : 0);
+                if (fit > foundFit)
                 {
-                    return data;
+                    found = m_bytes.substr(start, end.at - start);
+                    foundFit = fit;
                 }
-                found = found.data() == nullptr ? data : found;
             }
-            if (start == gapEnd || (m_bytes[start] != '\n' && m_bytes[start] != '\r' && m_bytes[start] != ' '))
+            const bool mayGoOn =
+                start != gapEnd && (m_bytes[start] == '\n' || m_bytes[start] == '\r' || m_bytes[start] == ' ');
+            if (foundFit == bestFit || !mayGoOn || m_walked / mostWalks > m_bytes.size())
             {
                 break;
             }
@@ -97,47 +119,52 @@ namespace ppf
         return m_bytes.substr(first, EndBySection(first) - first);
     }
 
-    std::size_t DataFinder::BinaryEnd(std::size_t begin, const Preview& preview) const
+    DataFinder::DataEnd DataFinder::BinaryEnd(std::size_t begin, const Preview& preview)
     {
         switch (preview.compression)
         {
         case Compression::runLength:
-            return RunLengthEnd(begin, preview);
+        {
+            const DataEnd end = RunLengthEnd(begin, preview);
+            m_walked += std::min(end.at, m_bytes.size()) - begin;
+            return end;
+        }
         case Compression::dct:
-            return DctEnd(begin);
+            return {DctEnd(begin), true};
         default:
         {
             const bool fits = preview.StoredBytes() <= m_bytes.size() - begin;
-            return fits ? begin + static_cast<std::size_t>(preview.StoredBytes()) : notFound;
+            return {fits ? begin + static_cast<std::size_t>(preview.StoredBytes()) : notFound, true};
         }
         }
     }
 
-    std::size_t DataFinder::RunLengthEnd(std::size_t begin, const Preview& preview) const
+    DataFinder::DataEnd DataFinder::RunLengthEnd(std::size_t begin, const Preview& preview) const
     {
-        const RunLengthPlace place = PassTokens(m_bytes, begin, preview.StoredBytes());
-        std::uint64_t wanted = preview.StoredBytes() - place.passed;
+        const std::uint64_t size = preview.StoredBytes();
+        const RunLengthPlace place = PassTokens(m_bytes, begin, size);
+        std::uint64_t passed = place.passed;
         for (std::size_t i = place.at; i < m_bytes.size();)
         {
             const auto length = static_cast<unsigned char>(m_bytes[i]);
             if (length == filter::runLengthEnd)
             {
-                return i + 1;
+                return {i + 1, passed == size};
             }
             const RunLengthToken token(length);
-            const std::uint64_t run = token.Run();
+            const bool wasIncomplete = passed < size;
+            passed += token.Run();
             i += 1 + token.DataBytes();
             // A file may leave the end mark out where the size is complete. Looked at once: data that goes on behind
             // its size needs the mark.
-            if (wanted > 0 && run >= wanted && i <= m_bytes.size() &&
+            if (wasIncomplete && passed >= size && i <= m_bytes.size() &&
                 (i == m_bytes.size() || static_cast<unsigned char>(m_bytes[i]) != filter::runLengthEnd) &&
                 SectionEndsAfter(i))
             {
-                return i;
+                return {i, passed == size};
             }
-            wanted -= std::min(run, wanted);
         }
-        return notFound;
+        return {notFound, false};
     }
 
     std::size_t DataFinder::DctEnd(std::size_t begin) const

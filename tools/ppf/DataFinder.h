@@ -23,11 +23,18 @@ namespace ppf
         /// or uncompressed data does not lead to the end of its section, the section's end word limits it, and
         /// decoding it will fail or give another size than the preview has. Throws FormatError if the data cannot be
         /// told from what follows.
-        std::string_view Find(std::uint64_t begin, const Preview& preview) const;
+        std::string_view Find(std::uint64_t begin, const Preview& preview);
 
     private:
-        std::size_t BinaryEnd(std::size_t begin, const Preview& preview) const;
-        std::size_t RunLengthEnd(std::size_t begin, const Preview& preview) const;
+        /// Where binary data ends, and whether what it stands for has the preview's size.
+        struct DataEnd
+        {
+            std::size_t at;
+            bool hasSize;
+        };
+
+        DataEnd BinaryEnd(std::size_t begin, const Preview& preview);
+        DataEnd RunLengthEnd(std::size_t begin, const Preview& preview) const;
         std::size_t DctEnd(std::size_t begin) const;
         std::size_t TextEnd(std::size_t begin, std::string_view mark) const;
         std::size_t EndBySection(std::size_t begin) const;
@@ -35,5 +42,7 @@ namespace ppf
         std::size_t SkipWhiteSpace(std::size_t begin, std::size_t most) const;
 
         std::string_view m_bytes;
+        /// Bytes that walks through run-length data have passed over so far.
+        std::uint64_t m_walked = 0;
     };
 }

@@ -161,6 +161,47 @@ namespace ppf::test
             }
         }
 
+        TEST(DocumentReader, BinaryDataBehindALineEndIsToldByItsSize)
+        {
+            // The line feed as a length byte leads into step with the tokens, and to 12 bytes instead of 8.
+            const std::string runLength("\x02\x2a\x6c\x15\x04\xe0\x4d\xa1\x47\x46\x80", 11);
+            for (const std::string gap : {"\n", " \n", " \r\n", "\r\n"})
+            {
+                const std::string file = Replaced(
+                    FrontOf("(K)", Separation(8, 1, "RunLengthDecode", "Binary", runLength)), "CIP3PreviewImage\n",
+                    "CIP3PreviewImage" + gap);
+                const Document document = ReadDocument(file);
+                ASSERT_EQ(Text(document.damage), "");
+                EXPECT_EQ(document.sheets[0].surfaces[0].previews[0].data, runLength) << testing::PrintToString(gap);
+            }
+        }
+
+        /// Whatever the pixels, one blank and the data at once is what this system writes.
+        TEST(DocumentReader, BinaryDataBehindOneBlankIsNeverTakenForALineEnd)
+        {
+            // Behind its first byte, the length byte 10, this is data of 12 bytes as well.
+            const std::string lineFeed(
+                "\x0a\x07"
+                "12345678\xfe"
+                "x\0y\x80",
+                15);
+            const std::tuple<std::string, std::string, std::string> forms[] = {
+                {"RunLengthDecode", lineFeed, ""},
+                {"None", "\n23456789 1\n", ""},
+                {"None", "\r\n3456789 1\r", "\r"},
+                // A gap of two blanks would leave one line end behind the data.
+                {"None", " 23456789 1 ", " "}};
+            for (const auto& [compression, data, behind] : forms)
+            {
+                const std::string file = Replaced(
+                    FrontOf("(K)", Separation(12, 1, compression, "Binary", data + behind)), "CIP3PreviewImage\n",
+                    "CIP3PreviewImage ");
+                const Document document = ReadDocument(file);
+                ASSERT_EQ(Text(document.damage), "");
+                EXPECT_EQ(document.sheets[0].surfaces[0].previews[0].data, data) << testing::PrintToString(data);
+            }
+        }
+
         TEST(DocumentReader, PreviewWithoutSeparationSectionIsRead)
         {
             std::string section = Separation(1, 1, "None", "ASCIIHexDecode", "7f>");
