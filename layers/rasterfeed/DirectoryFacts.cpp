@@ -137,12 +137,18 @@ namespace
         }
     }
 
+    bool IsWhole(std::uint16_t type)
+    {
+        return type == TIFF_BYTE || type == TIFF_SHORT || type == TIFF_LONG || type == TIFF_LONG8;
+    }
+
     /// An unsigned whole number, as tags with one small value have it.
     std::optional<std::uint32_t> ReadWhole(const Numbers& numbers, const Entry& entry)
     {
-        if (entry.count == 0 || (entry.type != TIFF_BYTE && entry.type != TIFF_SHORT && entry.type != TIFF_LONG))
+        if (entry.count == 0 || !IsWhole(entry.type))
             return std::nullopt;
-        return static_cast<std::uint32_t>(numbers.At(entry.value, SizeOf(entry.type)));
+        const std::uint64_t number = numbers.At(entry.value, SizeOf(entry.type));
+        return number <= 0xFFFFFFFF ? std::optional(static_cast<std::uint32_t>(number)) : std::nullopt;
     }
 
     double PixelsPerInch(const Ratio& resolution, std::uint32_t unit)
@@ -179,6 +185,11 @@ TiffPreamble ReadPreamble(SourceFile& file)
     return preamble;
 }
 
+std::uint64_t NumberInList(SourceFile& file, const TiffPreamble& preamble, const NumberList& list, std::uint64_t index)
+{
+    return Numbers(file, preamble.bigEndian).At(list.position + index * list.width, list.width);
+}
+
 DirectoryFacts ReadDirectoryFacts(SourceFile& file, const TiffPreamble& preamble, std::uint64_t offset)
 {
     const Numbers numbers(file, preamble.bigEndian);
@@ -201,6 +212,8 @@ DirectoryFacts ReadDirectoryFacts(SourceFile& file, const TiffPreamble& preamble
     DirectoryFacts facts;
     Ratio resolution;
     std::uint32_t unit = RESUNIT_INCH;
+    std::optional<std::uint32_t> oldSubfileType;
+    bool subfileTypeSeen = false;
     bool resolutionSeen = false;
     bool unitSeen = false;
     const std::uint64_t first = offset + countWidth;
@@ -234,8 +247,18 @@ DirectoryFacts ReadDirectoryFacts(SourceFile& file, const TiffPreamble& preamble
                 unit = ReadWhole(numbers, entry).value_or(RESUNIT_NONE);
             unitSeen = true;
             break;
-        case TIFFTAG_STRIPOFFSETS:
+        case TIFFTAG_SUBFILETYPE:
+            subfileTypeSeen = true;
+            break;
+        case TIFFTAG_OSUBFILETYPE:
+            if (!oldSubfileType)
+                oldSubfileType = ReadWhole(numbers, entry);
+            break;
         case TIFFTAG_STRIPBYTECOUNTS:
+            if (facts.stripBytes.count == 0 && IsWhole(entry.type))
+                facts.stripBytes = {entry.value, entry.count, size};
+            continue;
+        case TIFFTAG_STRIPOFFSETS:
         case TIFFTAG_TILEOFFSETS:
         case TIFFTAG_TILEBYTECOUNTS:
             continue;
@@ -246,6 +269,7 @@ DirectoryFacts ReadDirectoryFacts(SourceFile& file, const TiffPreamble& preamble
             facts.tagBytes += entry.count * size;
     }
     facts.resolution = PixelsPerInch(resolution, unit);
+    facts.isReducedImage = !subfileTypeSeen && oldSubfileType == OFILETYPE_REDUCEDIMAGE;
     // A file may end with its last directory's last entry.
     const std::uint64_t end = first + entries * entryBytes;
     facts.next = end + wordWidth <= file.Size() ? numbers.At(end, wordWidth) : 0;

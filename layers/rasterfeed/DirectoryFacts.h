@@ -19,9 +19,19 @@ struct TiffPreamble
 /// Reads a TIFF's preamble. Throws Refusal for a file that is no TIFF.
 TiffPreamble ReadPreamble(SourceFile& file);
 
+/// Whole numbers that stand one behind the other in the file.
+struct NumberList
+{
+    std::uint64_t position = 0; ///< of the first, bytes from the start of the file
+    std::uint64_t count = 0;
+    unsigned width = 0; ///< bytes of each
+};
+
 /// The facts of one directory.
 struct DirectoryFacts
 {
+    bool isReducedImage = false;              ///< by the old SubfileType, where the directory has no NewSubfileType
+    NumberList stripBytes;                    ///< StripByteCounts as stated; libtiff replaces those that it disbelieves
     std::optional<std::uint32_t> photometric; ///< PhotometricInterpretation, as stated
     double resolution = 0;                    ///< pixels per inch across; 0 if the file states none that makes sense
     std::uint64_t tagBytes = 0; ///< bytes of values outside the directory, without the lists of strips or tiles
@@ -31,6 +41,9 @@ struct DirectoryFacts
 /// A value that libtiff would have to allocate more for than this is never loaded: its tag is passed over, or, where the
 /// image needs the tag, the file is refused. Bytes.
 constexpr std::uint64_t largestTag = 16ull * 1024 * 1024;
+
+/// The number at `index`, less than the list's count. Throws Refusal if the file ends in front of it.
+std::uint64_t NumberInList(SourceFile& file, const TiffPreamble& preamble, const NumberList& list, std::uint64_t index);
 
 /// Reads the directory at `offset`. A value of more than largestTag bytes does not count in tagBytes. Throws Refusal if the
 /// file ends inside the directory.

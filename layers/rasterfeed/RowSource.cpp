@@ -13,7 +13,7 @@ std::unique_ptr<RowSource> MakeRowSource(TiffFile& file, const SeparationForm& f
     case DecodeWay::Stored:
         return std::make_unique<StoredRows>(file, form);
     case DecodeWay::Scanlines:
-        return std::make_unique<ScanlineRows>(file);
+        return std::make_unique<ScanlineRows>(file, form);
     case DecodeWay::Strips:
         return std::make_unique<StripRows>(file, form, plan.blockBytes);
     case DecodeWay::Tiles:

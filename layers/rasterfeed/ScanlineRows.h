@@ -2,16 +2,21 @@
 // read as fast this way.
 #pragma once
 
+#include "DeflateCheck.h"
 #include "RowSource.h"
+
+#include <optional>
 
 /// Rows in the order in which they are stored only.
 class ScanlineRows : public RowSource
 {
 public:
-    explicit ScanlineRows(TiffFile& file);
+    ScanlineRows(TiffFile& file, const SeparationForm& form);
 
     const unsigned char* Row(std::uint32_t row, unsigned char* room) override;
 
 private:
     TiffFile& file;
+    SeparationForm form;
+    std::optional<DeflateCheck> check; ///< of Deflate alone
 };

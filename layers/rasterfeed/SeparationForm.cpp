@@ -149,6 +149,7 @@ namespace
                 "predictor " + std::to_string(predictor) + " of " + std::to_string(form.bits) +
                 " bits per sample; 1, and 2 of 8 or 16 bits, are accepted");
         }
+        form.differences = predictor == PREDICTOR_HORIZONTAL;
     }
 
     void CheckSize(const TiffFile& file, SeparationForm& form)
@@ -190,6 +191,11 @@ bool SeparationForm::IsFax() const
 {
     return compression == COMPRESSION_CCITTRLE || compression == COMPRESSION_CCITTFAX3 ||
            compression == COMPRESSION_CCITTFAX4;
+}
+
+bool SeparationForm::IsDeflate() const
+{
+    return compression == COMPRESSION_ADOBE_DEFLATE || compression == COMPRESSION_DEFLATE;
 }
 
 SeparationForm InspectForm(const TiffFile& file)

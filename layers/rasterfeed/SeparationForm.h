@@ -18,6 +18,7 @@ struct SeparationForm
     bool bottomUp;             ///< the first stored row is the lowest
     bool lowestBitFirst;       ///< FillOrder 2
     bool byteSwapped;          ///< 16-bit samples have the other byte order than the machine
+    bool differences;          ///< predictor 2: samples are compressed as differences from the one before
     double resolution;         ///< pixels per inch, above 0 and finite
 
     bool tiled;
@@ -26,6 +27,9 @@ struct SeparationForm
 
     /// Whether the compression is one of the CCITT's.
     bool IsFax() const;
+
+    /// Whether it is Deflate, by either of its two numbers.
+    bool IsDeflate() const;
 
     /// Bytes of a stored row: of the image, and of one strip or tile.
     std::uint64_t RowBytes() const { return (std::uint64_t{width} * bits + 7) / 8; }

@@ -8,6 +8,8 @@ StripRows::StripRows(TiffFile& tiff, const SeparationForm& imageForm, std::size_
     , form(imageForm)
     , block(new unsigned char[blockBytes])
 {
+    if (form.IsDeflate())
+        check.emplace(file, form);
 }
 
 const unsigned char* StripRows::Row(std::uint32_t row, unsigned char*)
@@ -16,7 +18,13 @@ const unsigned char* StripRows::Row(std::uint32_t row, unsigned char*)
     if (present != strip)
     {
         present.reset();
-        DecodeStrip(file, strip, block.get(), form.RowBytes() * form.RowsOf(strip));
+        const std::uint64_t bytes = form.RowBytes() * form.RowsOf(strip);
+        DecodeStrip(file, strip, block.get(), bytes);
+        if (check)
+        {
+            check->Take(block.get(), bytes);
+            check->Finish(strip);
+        }
         present = strip;
     }
     return block.get() + row % form.chunkHeight * form.RowBytes();

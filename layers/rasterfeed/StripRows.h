@@ -2,6 +2,7 @@
 // has a way of its own for it, and the only way to begin with a strip's last row.
 #pragma once
 
+#include "DeflateCheck.h"
 #include "RowSource.h"
 
 #include <cstddef>
@@ -18,6 +19,7 @@ public:
 private:
     TiffFile& file;
     SeparationForm form;
+    std::optional<DeflateCheck> check; ///< of Deflate alone
     std::unique_ptr<unsigned char[]> block;
     std::optional<std::uint32_t> present; ///< the strip in the block
 };

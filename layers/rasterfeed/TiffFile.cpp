@@ -48,7 +48,7 @@ void TiffFile::SelectImage()
     for (int looked = 1;; ++looked)
     {
         const auto kind = Field<std::uint32_t>(TIFFTAG_SUBFILETYPE, 0);
-        if ((kind & (FILETYPE_REDUCEDIMAGE | FILETYPE_MASK)) == 0)
+        if ((kind & (FILETYPE_REDUCEDIMAGE | FILETYPE_MASK)) == 0 && !facts.isReducedImage)
             return;
         if (facts.next == 0 || looked == mostDirectories)
             throw Refusal("only reduced-resolution images and masks; one image of full resolution is needed");
@@ -66,6 +66,13 @@ std::uint16_t TiffFile::Predictor(std::uint16_t compression) const
         compression == COMPRESSION_DEFLATE || compression == COMPRESSION_ZSTD || compression == COMPRESSION_LZMA)
         TIFFGetField(handle.get(), TIFFTAG_PREDICTOR, &predictor);
     return predictor;
+}
+
+std::optional<std::uint64_t> TiffFile::StatedStripBytes(std::uint32_t strip) const
+{
+    const NumberList& list = facts.stripBytes;
+    const std::uint64_t bytes = strip < list.count ? NumberInList(source, preamble, list, strip) : 0;
+    return bytes != 0 ? std::optional(bytes) : std::nullopt;
 }
 
 std::uint64_t TiffFile::DecodedRowBytes() const

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <exception>
 #include <memory>
+#include <optional>
 #include <string>
 #include <tiffio.h>
 
@@ -50,6 +51,9 @@ public:
     /// Where a strip or tile is, and how long: bytes.
     std::uint64_t ChunkOffset(std::uint32_t chunk) const { return TIFFGetStrileOffset(handle.get(), chunk); }
     std::uint64_t ChunkBytes(std::uint32_t chunk) const { return TIFFGetStrileByteCount(handle.get(), chunk); }
+
+    /// The length of a strip as the directory states it; nothing where it states none.
+    std::optional<std::uint64_t> StatedStripBytes(std::uint32_t strip) const;
 
     /// Bytes of a decoded row of the image or, if it is tiled, of a tile.
     std::uint64_t DecodedRowBytes() const;

@@ -11,6 +11,8 @@ TileRows::TileRows(TiffFile& tiff, const SeparationForm& imageForm, std::size_t 
     , form(imageForm)
     , block(new unsigned char[blockBytes])
 {
+    if (form.IsDeflate())
+        check.emplace(file, form);
 }
 
 const unsigned char* TileRows::Row(std::uint32_t row, unsigned char* room)
@@ -21,7 +23,16 @@ const unsigned char* TileRows::Row(std::uint32_t row, unsigned char* room)
         present.reset();
         const std::uint32_t across = form.ChunksAcross();
         for (std::uint32_t i = 0; i < across; ++i)
-            DecodeTile(file, down * across + i, block.get() + i * form.ChunkBytes(), form.ChunkBytes());
+        {
+            const std::uint32_t tile = down * across + i;
+            unsigned char* const to = block.get() + i * form.ChunkBytes();
+            DecodeTile(file, tile, to, form.ChunkBytes());
+            if (check)
+            {
+                check->Take(to, form.ChunkBytes());
+                check->Finish(tile);
+            }
+        }
         present = down;
     }
     const auto tileRow = static_cast<std::size_t>(form.ChunkRowBytes());

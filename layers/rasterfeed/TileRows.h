@@ -1,6 +1,7 @@
 // Tiles: one row of them is kept decoded, one tile behind the other, while the rows that run through them are asked for.
 #pragma once
 
+#include "DeflateCheck.h"
 #include "RowSource.h"
 
 #include <cstddef>
@@ -17,6 +18,7 @@ public:
 private:
     TiffFile& file;
     SeparationForm form;
+    std::optional<DeflateCheck> check; ///< of Deflate alone
     std::unique_ptr<unsigned char[]> block;
     std::optional<std::uint32_t> present; ///< the row of tiles in the block, counted from the first stored
 };

@@ -228,6 +228,21 @@ TEST(AcceptedForms, OldStyleLzwIsRead)
     EXPECT_EQ(delivery.lines, (std::vector<std::string>{{10, 20}, {30, 40}}));
 }
 
+TEST(AcceptedForms, StripMayHoldMoreRowsThanTheImage)
+{
+    TiffForm form;
+    form.compression = COMPRESSION_ADOBE_DEFLATE;
+    form.rowsPerStrip = form.height;
+    const SampleRule rule = MixedSamples(8);
+    std::vector<std::string> lines = ExpectedLines(form, rule);
+    TiffEditor editor(MakeTiff(form, rule));
+    editor.Set(TIFFTAG_IMAGELENGTH, TIFF_LONG, {form.height - 2});
+    lines.resize(form.height - 2);
+    const Delivery delivery = Deliver(editor.Bytes());
+    ASSERT_TRUE(delivery.IsComplete());
+    EXPECT_EQ(delivery.lines, lines);
+}
+
 TEST(AcceptedForms, FirstImageOfFullResolutionIsTaken)
 {
     TiffForm page;
@@ -239,6 +254,11 @@ TEST(AcceptedForms, FirstImageOfFullResolutionIsTaken)
     other.subfileType = FILETYPE_REDUCEDIMAGE;
     EXPECT_EQ(Deliver(MakeTiff(page, other, rule)).header.lineLength, 7u);
     EXPECT_EQ(Deliver(MakeTiff(other, page, rule)).header.lineLength, 7u);
+    TiffEditor old(MakeTiff(other, page, rule));
+    old.Remove(TIFFTAG_SUBFILETYPE);
+    EXPECT_EQ(Deliver(old.Bytes()).header.lineLength, 9u);
+    old.Set(TIFFTAG_OSUBFILETYPE, TIFF_SHORT, {OFILETYPE_REDUCEDIMAGE});
+    EXPECT_EQ(Deliver(old.Bytes()).header.lineLength, 7u);
     other.subfileType = FILETYPE_MASK;
     const Delivery behindMask = Deliver(MakeTiff(other, page, rule));
     EXPECT_EQ(behindMask.header.lineLength, 7u);

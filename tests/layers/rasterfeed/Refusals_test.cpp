@@ -194,6 +194,83 @@ TEST(Refusals, DataThatIsNotAllThere)
     }
 }
 
+TEST(Refusals, StatedLengthsThatAreTooShortAreNotWorkedOutInstead)
+{
+    // libtiff disbelieves the lengths of an image in one strip, and those that differ from strip to strip.
+    TiffForm form;
+    form.height = 20;
+    for (const std::uint32_t rows : {20u, 5u})
+    {
+        form.rowsPerStrip = rows;
+        TiffEditor editor(Made(form));
+        std::vector<std::uint64_t> lengths(20 / rows, form.width * rows);
+        lengths[0] = 100;
+        editor.Set(TIFFTAG_STRIPBYTECOUNTS, TIFF_LONG, lengths);
+        ExpectRefused(editor.Bytes() + std::string(1000, 'x'), HasSubstr(" has 100 bytes of "));
+        lengths[0] = 0xffffffff;
+        editor.Set(TIFFTAG_STRIPBYTECOUNTS, TIFF_LONG, lengths);
+        ExpectRefused(
+            editor.Bytes(), HasSubstr("strip 1 of " + std::to_string(lengths.size()) + " of 4294967295 bytes"));
+    }
+}
+
+/// Delivers the file with its first strip or tile cut at its end and damaged in every byte, and asserts that what comes is
+/// the same lines or a refusal.
+void ExpectNoOtherPixels(const std::string& sound, std::uint16_t offsetTag, std::uint16_t lengthTag)
+{
+    const Delivery whole = Deliver(sound);
+    ASSERT_TRUE(whole.IsComplete());
+    const TiffEditor editor(sound);
+    const std::size_t begin = editor.Get(offsetTag);
+    const std::size_t length = editor.Get(lengthTag);
+    for (std::size_t i = 0; i < length; i += 1 + length / 2000)
+    {
+        std::string damaged = sound;
+        damaged[begin + i] = static_cast<char>(damaged[begin + i] ^ 1 << i % 8);
+        const Delivery delivery = Deliver(damaged);
+        ASSERT_TRUE(!delivery.IsComplete() || delivery.lines == whole.lines) << "damaged at " << i << " of " << length;
+        std::string cut = sound;
+        cut.replace(begin + length - i % 32, i % 32, i % 32, '\0');
+        const Delivery delivered = Deliver(cut);
+        ASSERT_TRUE(!delivered.IsComplete() || delivered.lines == whole.lines) << i % 32 << " bytes cut";
+    }
+}
+
+TEST(Refusals, DamagedDeflateIsNotDeliveredAsOtherPixels)
+{
+    TiffForm form;
+    form.compression = COMPRESSION_ADOBE_DEFLATE;
+    form.width = 300;
+    form.rowsPerStrip = form.height;
+    ExpectNoOtherPixels(Made(form), TIFFTAG_STRIPOFFSETS, TIFFTAG_STRIPBYTECOUNTS);
+    form.predictor = PREDICTOR_HORIZONTAL;
+    form.fillOrder = FILLORDER_LSB2MSB;
+    ExpectNoOtherPixels(Made(form), TIFFTAG_STRIPOFFSETS, TIFFTAG_STRIPBYTECOUNTS);
+    form.bits = 16;
+    form.bigEndian = true;
+    ExpectNoOtherPixels(Made(form), TIFFTAG_STRIPOFFSETS, TIFFTAG_STRIPBYTECOUNTS);
+    form.predictor = 0;
+    form.tileWidth = 304;
+    form.tileLength = 32;
+    ExpectNoOtherPixels(Made(form), TIFFTAG_TILEOFFSETS, TIFFTAG_TILEBYTECOUNTS);
+}
+
+TEST(Refusals, DamagedDeflateIsFoundLineByLineToo)
+{
+    // A strip that is too large to be decoded at once.
+    TiffForm form;
+    form.compression = COMPRESSION_ADOBE_DEFLATE;
+    form.width = 4000;
+    form.height = 9000;
+    form.rowsPerStrip = form.height;
+    const std::string sound = MakeTiff(form, [](std::uint32_t x, std::uint32_t y) { return (x * y >> 9) & 255; });
+    EXPECT_TRUE(Deliver(sound).IsComplete());
+    const TiffEditor editor(sound);
+    std::string damaged = sound;
+    damaged[editor.Get(TIFFTAG_STRIPOFFSETS) + editor.Get(TIFFTAG_STRIPBYTECOUNTS) - 1] ^= 1;
+    EXPECT_EQ(Deliver(damaged).end, Delivery::End::LineFailed);
+}
+
 TEST(Refusals, MissingGroupFourLinesAreNotDeliveredAsWhite)
 {
     // libtiff reports success and gives white lines where it meets the end mark early, or zeros: what a copy leaves that
