@@ -8,15 +8,6 @@ namespace ppf
 {
     namespace
     {
-        constexpr std::size_t deepestNesting = 100;
-        /// What a message repeats of a key, in bytes.
-        constexpr std::size_t longestShown = 100;
-
-        bool StartsWith(std::string_view text, std::string_view start)
-        {
-            return text.substr(0, start.size()) == start;
-        }
-
         bool IsSectionWord(const Token& token)
         {
             return token.kind == TokenKind::executableName &&
@@ -31,8 +22,8 @@ namespace ppf
             bool IsOpen() const { return !m_awaited.empty(); }
             bool IsInProcedure() const { return m_awaited.find('}') != std::string::npos; }
 
-            /// Throws FormatError at the offset of a delimiter that does not match or nests too deeply.
-            void Take(const Token& token, std::uint64_t offset)
+            /// False if the token is a closing delimiter that does not match. Throws FormatError if it nests too deeply.
+            bool Take(const Token& token, std::uint64_t offset)
             {
                 if (token.kind == TokenKind::open)
                 {
@@ -46,10 +37,11 @@ namespace ppf
                 {
                     if (m_awaited.empty() || m_awaited.back() != token.text[0])
                     {
-                        throw FormatError(offset, "\"" + std::string(token.text) + "\" closes nothing here");
+                        return false;
                     }
                     m_awaited.pop_back();
                 }
+                return true;
             }
 
         private:
@@ -57,14 +49,13 @@ namespace ppf
         };
     }
 
-    Entry ReadDefinition(Scanner& scanner, const Token& key, std::string_view file)
+    Definition TryDefinition(Scanner& scanner, const Token& key, std::string_view file)
     {
-        const auto offsetOf = [&](const Token& token)
-        { return static_cast<std::uint64_t>(token.text.data() - file.data()); };
         Nesting nesting;
         std::string_view first;
         std::string_view last = key.text.substr(key.text.size());
-        for (Token token = scanner.Next();; token = scanner.Next())
+        Token token = scanner.Next();
+        for (;; token = scanner.Next())
         {
             const bool isDef = token.kind == TokenKind::executableName && token.text == word::def;
             if (isDef && !nesting.IsOpen())
@@ -76,13 +67,14 @@ namespace ppf
                                    first.data() != nullptr && !nesting.IsOpen();
             if (token.kind == TokenKind::end || isNextKey || (IsSectionWord(token) && !nesting.IsInProcedure()))
             {
-                throw FormatError(
-                    offsetOf(key),
-                    "definition of " + std::string(key.text.substr(0, longestShown)) + " is not closed by \"def\"");
+                return {std::nullopt, token};
             }
             if (token.kind != TokenKind::comment)
             {
-                nesting.Take(token, offsetOf(token));
+                if (!nesting.Take(token, static_cast<std::uint64_t>(token.text.data() - file.data())))
+                {
+                    return {std::nullopt, token};
+                }
                 first = first.data() == nullptr ? token.text : first;
                 last = token.text;
             }
@@ -90,6 +82,22 @@ namespace ppf
         const char* const begin = first.data() == nullptr ? last.data() : first.data();
         const char* const end = last.data() + last.size();
         const std::size_t slashes = StartsWith(key.text, "//") ? 2 : 1;
-        return {key.text.substr(slashes), std::string_view(begin, static_cast<std::size_t>(end - begin))};
+        return {Entry{key.text.substr(slashes), std::string_view(begin, static_cast<std::size_t>(end - begin))}, token};
+    }
+
+    Entry ReadDefinition(Scanner& scanner, const Token& key, std::string_view file)
+    {
+        const auto offsetOf = [&](const Token& token)
+        { return static_cast<std::uint64_t>(token.text.data() - file.data()); };
+        const Definition definition = TryDefinition(scanner, key, file);
+        if (!definition.entry && definition.last.kind == TokenKind::close)
+        {
+            throw FormatError(offsetOf(definition.last), "\"" + Shown(definition.last.text) + "\" closes nothing here");
+        }
+        if (!definition.entry)
+        {
+            throw FormatError(offsetOf(key), "definition of " + Shown(key.text) + " is not closed by \"def\"");
+        }
+        return *definition.entry;
     }
 }

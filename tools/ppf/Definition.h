@@ -2,6 +2,8 @@
 // object, nested as it likes, and only here is known where it stops.
 #pragma once
 
+#include <cstddef>
+#include <optional>
 #include <string_view>
 
 #include "ppf/Document.h"
@@ -9,6 +11,23 @@
 
 namespace ppf
 {
+    /// Sections within sections and brackets within brackets that no file needs more of.
+    constexpr std::size_t deepestNesting = 100;
+
+    /// What stands behind a name.
+    struct Definition
+    {
+        /// Nothing if the name is no key of an entry.
+        std::optional<Entry> entry;
+        /// The "def", or the token that no value can hold: the next entry's key, a section word, a delimiter without its
+        /// opening one, or the end of the file.
+        Token last;
+    };
+
+    /// Reads up to the "def" that makes the name which the scanner has just given the key of an entry, or to the token
+    /// that shows it is none. Throws FormatError if brackets nest too deeply.
+    Definition TryDefinition(Scanner& scanner, const Token& key, std::string_view file);
+
     /// Reads up to the "def" of the entry whose key the scanner has just given, and returns the entry. Throws
     /// FormatError if it has none before the next entry or section word, or if brackets do not match.
     Entry ReadDefinition(Scanner& scanner, const Token& key, std::string_view file);

@@ -19,9 +19,6 @@ namespace ppf
         constexpr std::size_t memoryLimit = 16u << 20;
         /// The longest value that is kept as an entry, in bytes.
         constexpr std::size_t longestValue = 64u << 10;
-        constexpr std::size_t deepestNesting = 100;
-        /// What a message repeats of the file, in bytes.
-        constexpr std::size_t longestShown = 100;
 
         enum class Kind
         {
@@ -45,11 +42,6 @@ namespace ppf
             bool hasImage = false;
         };
 
-        bool StartsWith(std::string_view text, std::string_view start)
-        {
-            return text.substr(0, start.size()) == start;
-        }
-
         Kind KindOf(std::string_view name)
         {
             return name == word::directory                     ? Kind::directory
@@ -60,16 +52,17 @@ namespace ppf
                                                                : Kind::unknown;
         }
 
-        /// The beginning of a text from the file, for a message.
-        std::string Shown(std::string_view text)
-        {
-            return std::string(text.substr(0, longestShown));
-        }
-
         std::string Described(const Section& section)
         {
             return "the section CIP3Begin" + Shown(section.name) + " that begins at byte " +
                    std::to_string(section.offset);
+        }
+
+        /// Whether the reader cannot do without the entry once its key stands there.
+        bool IsNeeded(std::string_view key)
+        {
+            return key == key::jobName || key == key::sheetName || key == key::extent || key == key::separationNames ||
+                   PreviewEntries().Take({key, {}});
         }
 
         bool MayStandIn(Kind inner, Kind outer)
@@ -135,6 +128,8 @@ namespace ppf
         private:
             void ReadHeader();
             bool ReadStatement();
+            void ReadName(const Token& name);
+            void SkipProcedure(const Token& begin);
             void ReadWord(std::string_view text);
             void Keep(const Entry& entry);
             void BeginSection(std::string_view name, std::uint64_t offset);
@@ -154,6 +149,8 @@ namespace ppf
             std::vector<Section> m_sections;
             /// The last tokens of the directory that are no word: the operands of its next entry.
             std::vector<Token> m_operands;
+            /// Offset up to which a search for a "def" has found none.
+            std::uint64_t m_searchedTo = 0;
             std::size_t m_charged = 0;
         };
 
@@ -198,10 +195,16 @@ namespace ppf
             case TokenKind::comment:
                 return !EndDocument(token);
             case TokenKind::literalName:
-                Keep(ReadDefinition(m_scanner, token, m_document.bytes));
+                ReadName(token);
                 return true;
             case TokenKind::executableName:
                 ReadWord(token.text);
+                return true;
+            case TokenKind::open:
+                if (token.text == "{")
+                {
+                    SkipProcedure(token);
+                }
                 return true;
             default:
                 if (section.kind == Kind::directory)
@@ -214,6 +217,47 @@ namespace ppf
                     }
                 }
                 return true;
+            }
+        }
+
+        /// A name is the key of an entry or an operand of some other word: "/cross 5 Mark", "/Helvetica findfont".
+        void DocumentReader::ReadName(const Token& name)
+        {
+            if (m_sections.back().kind == Kind::unknown)
+            {
+                return;
+            }
+            if (IsNeeded(name.text.substr(1)))
+            {
+                Keep(ReadDefinition(m_scanner, name, m_document.bytes));
+            }
+            // A name that another search for a "def" has passed over in vain would send out the same search again.
+            else if (OffsetOf(name) >= m_searchedTo)
+            {
+                const std::uint64_t behind = m_scanner.Position();
+                const Definition definition = TryDefinition(m_scanner, name, m_document.bytes);
+                if (definition.entry)
+                {
+                    Keep(*definition.entry);
+                    return;
+                }
+                m_searchedTo = OffsetOf(definition.last);
+                m_scanner.MoveTo(behind);
+            }
+        }
+
+        /// Passes over a procedure that is no entry's value: its words are not executed here.
+        void DocumentReader::SkipProcedure(const Token& begin)
+        {
+            for (std::uint64_t depth = 1; depth > 0;)
+            {
+                const Token token = m_scanner.Next();
+                if (token.kind == TokenKind::end)
+                {
+                    throw FormatError(OffsetOf(begin), "procedure is not closed");
+                }
+                depth += token.text == "{" ? 1u : 0u;
+                depth -= token.text == "}" ? 1u : 0u;
             }
         }
 

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 namespace ppf
 {
@@ -16,6 +17,13 @@ namespace ppf
         /// What is wrong, in one line without a full stop.
         std::string text;
     };
+
+    /// The beginning of a text from the file, as much of it as a message repeats.
+    inline std::string Shown(std::string_view text)
+    {
+        constexpr std::size_t longestShown = 100;
+        return std::string(text.substr(0, longestShown));
+    }
 
     /// Ends the reading of a damaged document or preview.
     class FormatError : public std::runtime_error

@@ -34,6 +34,11 @@ namespace ppf
     /// The text without white space around it.
     std::string_view Trimmed(std::string_view text);
 
+    inline bool StartsWith(std::string_view text, std::string_view start)
+    {
+        return text.substr(0, start.size()) == start;
+    }
+
     /// Reads tokens from a range of bytes, one per Next. Holds a reference to the bytes only.
     class Scanner
     {

@@ -36,8 +36,7 @@ namespace Tiff2Ppf
             for (const SeparationPlace& place : PlacesOf(job))
                 if (const std::string fault = Fault(place, depth); !fault.empty())
                     return PlaceForPerson(job, place) + ": " + fault;
-        return "every separation can be read by itself; memory has run out, or the file would have more than "
-               "4294967295 "
-               "bytes";
+        return "every separation can be read now; a file could not be for a moment, memory has run out, or the output "
+               "would have more than 4294967295 bytes";
     }
 }

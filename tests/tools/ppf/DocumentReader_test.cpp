@@ -253,6 +253,36 @@ namespace ppf::test
             }
         }
 
+        /// Names that are operands of some word, wherever PostScript may have them.
+        TEST(DocumentReader, NameThatIsNoKeyDoesNotEndTheReading)
+        {
+            const std::string good = FrontOf("(K)", blackHex);
+            for (const std::string text :
+                 {"CIP3BeginRegisterMarks 5 mm 9 mm 0 /cross&circle CIP3PlaceRegisterMark\n"
+                  "/CIP3AdmJobName { CIP3EndRegisterMarks } pop CIP3EndRegisterMarks\n",
+                  "/Helvetica findfont\n", "/Q 5 store [ /A (x) ] pop << /B 1 >> pop\n",
+                  "systemdict /setpacking known { CIP3BeginSheet } if\n", "/CIP3AdmX 1 /CIP3Y 2 def def\n"})
+            {
+                const std::string bytes = Replaced(good, "CIP3BeginFront", text + "/CIP3AdmZ 3 def CIP3BeginFront");
+                const Document document = ReadDocument(bytes);
+                ASSERT_EQ(Text(document.damage), "") << text;
+                EXPECT_EQ(document.sheets[0].Find("CIP3AdmZ"), "3") << text;
+                EXPECT_EQ(document.sheets[0].surfaces.at(0).previews.size(), 1u) << text;
+            }
+            EXPECT_THAT(Text(ReadDocument(Front("{ /a 1 def")).damage), HasSubstr("procedure is not closed"));
+        }
+
+        TEST(DocumentReader, NamesWithoutEndTakeLinearTime)
+        {
+            std::string names;
+            for (int i = 0; i < 200000; ++i)
+            {
+                names += "/a b ";
+            }
+            const std::string bytes = FrontOf("(K)", names + blackHex);
+            EXPECT_EQ(Text(ReadDocument(bytes).damage), "");
+        }
+
         TEST(DocumentReader, EverythingInFrontOfTheDamageIsRead)
         {
             std::string bytes = TwoSheets();
