@@ -204,8 +204,9 @@ namespace ppf
                 if (token.text == "{")
                 {
                     SkipProcedure(token);
+                    return true;
                 }
-                return true;
+                [[fallthrough]];
             default:
                 if (section.kind == Kind::directory)
                 {
