@@ -50,6 +50,7 @@ namespace ppf
 
         private:
             void CheckDirectory();
+            bool IsOpen(const Sheet& sheet) const;
             void CheckDirectoryEntry(const DirectoryEntry& entry, const Sheet& sheet, std::uint64_t sectionEnd);
             void CheckSheet(const Sheet& sheet);
             void CheckSurface(const Surface& surface);
@@ -74,14 +75,17 @@ namespace ppf
             [](const Sheet& sheet) { return sheet.endOfWord; },
         };
 
+        /// Whether the reading broke off in this sheet: then what it lacks says nothing, as it may stand behind the damage.
+        bool Checker::IsOpen(const Sheet& sheet) const
+        {
+            return m_document.damage && sheet.length == 0;
+        }
+
         void Checker::CheckDirectory()
         {
             const std::vector<DirectoryEntry>& entries = m_document.directory;
             const std::vector<Sheet>& sheets = m_document.sheets;
             const std::size_t count = std::min(entries.size(), sheets.size());
-            // A sheet that the reading broke off in has no end to hold a length against.
-            const bool lastIsOpen = m_document.damage && !sheets.empty() && sheets.back().length == 0;
-
             const auto matches = [&](SectionEnd end)
             {
                 std::size_t number = 0;
@@ -96,9 +100,9 @@ namespace ppf
                 [&](SectionEnd left, SectionEnd right) { return matches(left) < matches(right); });
             for (std::size_t i = 0; i < count; ++i)
             {
-                const bool isOpen = lastIsOpen && i + 1 == sheets.size();
+                // Without an end there is nothing to hold a length against.
                 CheckDirectoryEntry(
-                    entries[i], sheets[i], isOpen ? entries[i].offset + entries[i].length : end(sheets[i]));
+                    entries[i], sheets[i], IsOpen(sheets[i]) ? entries[i].offset + entries[i].length : end(sheets[i]));
             }
             if (m_document.hasDirectory && !m_document.damage && entries.size() != sheets.size())
             {
@@ -122,7 +126,7 @@ namespace ppf
                                         std::to_string(sectionEnd - sheet.offset));
             }
             const std::string name = sheet.SheetName();
-            if (entry.sheetName != name)
+            if (entry.sheetName != name && (!name.empty() || !IsOpen(sheet)))
             {
                 Add(entry.position, of + " stands for a sheet that calls itself " + Quoted(name));
             }
@@ -130,11 +134,11 @@ namespace ppf
 
         void Checker::CheckSheet(const Sheet& sheet)
         {
-            if (!sheet.Find(key::jobName))
+            if (!sheet.Find(key::jobName) && !IsOpen(sheet))
             {
                 Add(sheet.offset, "sheet has no /CIP3AdmJobName");
             }
-            if (!sheet.Find(key::extent))
+            if (!sheet.Find(key::extent) && !IsOpen(sheet))
             {
                 Add(sheet.offset, "sheet has no /CIP3AdmPSExtent");
             }

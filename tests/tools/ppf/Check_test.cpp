@@ -131,6 +131,17 @@ namespace ppf::test
                 Findings(bytes), ElementsAre(HasSubstr("68: "), HasSubstr("1230: "), HasSubstr("file has no closing")));
         }
 
+        TEST(Check, WhatADamageMayHaveTakenIsNotMissed)
+        {
+            // In the second sheet, in front of all its entries; then behind its name.
+            EXPECT_THAT(
+                Findings(TwoSheets().substr(0, 1333)),
+                ElementsAre("1333: file ends within the section CIP3BeginSheet that begins at byte 1313"));
+            EXPECT_THAT(
+                Findings(Damaged(324 + 23, "T2").substr(0, 1400)),
+                ElementsAre(HasSubstr("324: "), HasSubstr("1379: ")));
+        }
+
         TEST(FileMap, FilesPipesAndFailures)
         {
             const std::string path = testing::TempDir() + "filemap-" + std::to_string(getpid());
