@@ -215,7 +215,13 @@ namespace ppfinfo
                     if (!measure.inks.empty())
                     {
                         ink.coverage = measure.inks[i].Coverage();
-                        ink.zones.edges = ZoneEdges(preview, ZonesFor(preview));
+                        std::optional<ppf::Finding> fault;
+                        ink.zones.edges = ZoneEdges(preview, ZonesFor(preview), fault);
+                        if (fault)
+                        {
+                            ink.notes.push_back(*fault);
+                            KeepFirst(m_fault, fault);
+                        }
                         ink.zones.coverage = measure.inks[i].Zones(ink.zones.edges);
                     }
                     inks.push_back(std::move(ink));
@@ -248,7 +254,10 @@ namespace ppfinfo
                     for (std::size_t component = 0; component < pictures.size(); ++component)
                     {
                         composite.Print(pictures[component], inks[i + component].colour);
-                        chart.inks.push_back(inks[i + component].zones);
+                        if (!inks[i + component].zones.edges.empty())
+                        {
+                            chart.inks.push_back(inks[i + component].zones);
+                        }
                     }
                     drawn = drawn == nullptr ? &preview : drawn;
                 }
@@ -307,7 +316,10 @@ namespace ppfinfo
                         pictures = ppf::ScaledPictures(m_document, *ink.preview, separationSide);
                     }
                     ZoneChart chart;
-                    chart.inks = {ink.zones};
+                    if (!ink.zones.edges.empty())
+                    {
+                        chart.inks = {ink.zones};
+                    }
                     chart.top = top;
                     if (const std::optional<ppf::Resolution> resolution = ink.preview->UprightResolution())
                     {

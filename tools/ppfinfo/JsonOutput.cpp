@@ -86,7 +86,7 @@ namespace ppfinfo
                 return separations;
             }
 
-            Json SeparationOf(const ppf::Preview& preview, const std::string& name, const ppf::InkColumns* ink) const
+            Json SeparationOf(const ppf::Preview& preview, const std::string& name, const ppf::InkColumns* ink)
             {
                 Json resolution = nullptr;
                 if (preview.resolution)
@@ -109,7 +109,7 @@ namespace ppfinfo
                 if (m_zones.IsGiven())
                 {
                     separation["zones"] =
-                        ink == nullptr ? std::vector<double>() : ink->Zones(ZoneEdges(preview, m_zones));
+                        ink == nullptr ? std::vector<double>() : ink->Zones(ZoneEdges(preview, m_zones, m_fault));
                 }
                 return separation;
             }

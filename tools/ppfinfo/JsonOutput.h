@@ -10,6 +10,6 @@
 namespace ppfinfo
 {
     /// Writes the document sheet by sheet. A separation that cannot be decoded has null as its coverage and no zones.
-    /// Returns the first fault among the previews. Throws what ZoneEdges throws.
+    /// Returns the first fault among the previews.
     std::optional<ppf::Finding> WriteJson(const ppf::Document& document, const ZoneChoice& zones, std::ostream& out);
 }

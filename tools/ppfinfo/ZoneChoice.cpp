@@ -3,11 +3,10 @@
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <stdexcept>
 #include <utility>
 
 #include "ppf/InkColumns.h"
-#include "ppfinfo/Text.h"
+#include "ppfinfo/InkMeasure.h"
 
 namespace ppfinfo
 {
@@ -43,26 +42,33 @@ namespace ppfinfo
         return std::nullopt;
     }
 
-    std::vector<double> ZoneEdges(const ppf::Preview& preview, const ZoneChoice& choice)
+    std::vector<double>
+    ZoneEdges(const ppf::Preview& preview, const ZoneChoice& choice, std::optional<ppf::Finding>& fault)
     {
         const std::uint64_t columns = preview.UprightWidth();
         if (choice.width <= 0)
         {
             return ppf::EdgesOfEqualZones(columns, choice.count);
         }
+        const std::string separation = "separation \"" + ppf::Shown(preview.inks.front()) + "\"";
         const std::optional<ppf::Resolution> resolution = preview.UprightResolution();
         if (!resolution)
         {
-            throw std::runtime_error(
-                "separation \"" + ToPrintable(preview.inks.front()) +
-                "\" has no resolution, so its zones have no width; give their number with --zones");
+            KeepFirst(
+                fault,
+                ppf::Finding{
+                    preview.offset,
+                    separation + " has no resolution, so its zones have no width; give their number with --zones"});
+            return {};
         }
         const double width = choice.width * resolution->x;
         if (!(ppf::CountOfZones(columns, width) <= static_cast<double>(mostZones)))
         {
-            throw std::runtime_error(
-                "separation \"" + ToPrintable(preview.inks.front()) + "\" would have more than " +
-                std::to_string(mostZones) + " zones; give a greater --zone-width");
+            KeepFirst(
+                fault, ppf::Finding{
+                           preview.offset, separation + " would have more than " + std::to_string(mostZones) +
+                                               " zones; give a greater --zone-width"});
+            return {};
         }
         return ppf::EdgesOfZones(columns, width);
     }

@@ -29,9 +29,11 @@ namespace ppfinfo
     /// The greatest number of zones that a picture is divided into.
     constexpr std::uint64_t mostZones = 100000;
 
-    /// The edges of the zones in an upright preview, in its columns. Throws std::runtime_error if zones have a width
-    /// but the preview no resolution, or if there would be more than `mostZones`.
-    std::vector<double> ZoneEdges(const ppf::Preview& preview, const ZoneChoice& choice);
+    /// The edges of the zones in an upright preview, in its columns. None if zones have a width but the preview no
+    /// resolution, or if there would be more than `mostZones`; `fault` then says so, unless it has one that stands
+    /// further in front.
+    std::vector<double>
+    ZoneEdges(const ppf::Preview& preview, const ZoneChoice& choice, std::optional<ppf::Finding>& fault);
 
     /// So many pixels at so many per inch, in millimetres.
     double Millimetres(double pixels, double perInch);

@@ -44,7 +44,7 @@ namespace ppfinfo
                 std::vector<double> edges;
                 for (const ppf::Preview& preview : surface.previews)
                 {
-                    const std::vector<double> own = ZoneEdges(preview, m_zones);
+                    const std::vector<double> own = ZoneEdges(preview, m_zones, m_fault);
                     if (own.size() > edges.size())
                     {
                         edges = own;

@@ -10,7 +10,7 @@
 namespace ppfinfo
 {
     /// Writes a row per zone and a column per ink. Returns the first fault among the previews; their columns are
-    /// empty. Throws what ZoneEdges throws.
+    /// empty. A side that has no zones for any of its previews has a heading alone.
     std::optional<ppf::Finding>
     WriteZoneTable(const ppf::Document& document, const ZoneChoice& zones, std::ostream& out);
 }

@@ -140,6 +140,17 @@ namespace ppfinfo::test
             EXPECT_EQ(CountOf(folder.Read("r.html"), "class=\"bar\""), 2u * 4 * 32);
         }
 
+        TEST(HtmlReport, ZonesThatCannotBeAreSaidAndThePageGoesOn)
+        {
+            const Folder folder;
+            const Outcome outcome = RunOn(TwoSheets(), {"--report", folder.Path("r.html"), "--zone-width", "1e-9mm"});
+            EXPECT_EQ(outcome.status, 1);
+            const std::string page = folder.Read("r.html");
+            EXPECT_EQ(CountOf(page, "give a greater --zone-width"), 2u);
+            EXPECT_EQ(CountOf(page, "class=\"chart\""), 0u);
+            EXPECT_EQ(CountOf(page, "alt=\"All inks over each other\""), 2u);
+        }
+
         TEST(HtmlReport, TextOfTheFileIsNoMarkup)
         {
             const Folder folder;

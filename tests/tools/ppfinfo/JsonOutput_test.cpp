@@ -102,6 +102,19 @@ namespace ppfinfo::test
             EXPECT_EQ(SeparationOf(json, 3)["resolution"].dump(), "[299.999,72]");
         }
 
+        TEST(JsonOutput, ZonesThatCannotBeLeaveTheDocumentWhole)
+        {
+            std::string bytes = TwoSheets();
+            bytes.replace(bytes.find("/CIP3PreviewImageResolution"), 6, "/CIP4A");
+            const Outcome outcome = RunOn(bytes, {"--json", "--zone-width", "1.5inch"});
+            EXPECT_EQ(outcome.status, 1);
+            EXPECT_THAT(outcome.errors, testing::HasSubstr("byte 1209: separation \"Black\" has no resolution"));
+            Json json = Json::parse(outcome.out);
+            EXPECT_EQ(SeparationOf(json, 0)["zones"].dump(), "[]");
+            EXPECT_TRUE(SeparationOf(json, 0)["coverage"].is_number());
+            EXPECT_EQ(json["sheets"][1]["surfaces"][0]["separations"][0]["zones"].size(), 2u);
+        }
+
         TEST(JsonOutput, SeparationThatIsDamagedHasNoCoverage)
         {
             const std::string bytes = FrontOf("(K)", Separation(2, 1, "None", "ASCIIHexDecode", "0>"));

@@ -148,7 +148,9 @@ namespace ppfinfo::test
             bytes.replace(bytes.find("/CIP3PreviewImageResolution"), 6, "/CIP4A");
             const Outcome outcome = RunOn(bytes, {"--zone-width", "10mm"});
             EXPECT_EQ(outcome.status, 1);
+            EXPECT_THAT(outcome.errors, HasSubstr("job.ppf: byte 1209: separation \"Black\" has no resolution"));
             EXPECT_THAT(outcome.errors, HasSubstr("give their number with --zones"));
+            EXPECT_THAT(outcome.out, HasSubstr("\"S2\", back: ink coverage per zone in per cent\nzone "));
         }
 
         TEST(Run, WrongCommandLinesAreUsageErrors)
