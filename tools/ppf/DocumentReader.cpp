@@ -15,8 +15,10 @@ namespace ppf
 {
     namespace
     {
-        /// What a document's records may take in memory, in bytes, estimated.
-        constexpr std::size_t memoryLimit = 16u << 20;
+        /// What a vector takes per element at most: while it grows, the old elements and twice as many new ones.
+        constexpr std::size_t growth = 3;
+        /// What a block of memory takes beside its bytes.
+        constexpr std::size_t blockOverhead = 16;
         /// The longest value that is kept as an entry, in bytes.
         constexpr std::size_t longestValue = 64u << 10;
 
@@ -99,8 +101,9 @@ namespace ppf
         class DocumentReader
         {
         public:
-            explicit DocumentReader(std::string_view bytes)
-                : m_scanner(bytes)
+            DocumentReader(std::string_view bytes, std::size_t memory)
+                : m_memory(memory)
+                , m_scanner(bytes)
                 , m_dataFinder(bytes)
             {
                 m_document.bytes = bytes;
@@ -121,7 +124,7 @@ namespace ppf
                 {
                     m_document.damage = error.AsFinding();
                 }
-                AssignInkNames(m_document, memoryLimit);
+                AssignInkNames(m_document, m_memory - std::min(m_charged, m_memory));
                 return std::move(m_document);
             }
 
@@ -143,6 +146,7 @@ namespace ppf
             std::uint64_t OffsetOf(const Token& token) const { return m_document.OffsetOf(token.text); }
             Surface& CurrentSurface() { return m_document.sheets.back().surfaces.back(); }
 
+            const std::size_t m_memory;
             Document m_document;
             Scanner m_scanner;
             DataFinder m_dataFinder;
@@ -151,7 +155,9 @@ namespace ppf
             std::vector<Token> m_operands;
             /// Offset up to which a search for a "def" has found none.
             std::uint64_t m_searchedTo = 0;
+            /// What the records take, in bytes, and those of the last sheet.
             std::size_t m_charged = 0;
+            std::size_t m_chargedOfSheet = 0;
         };
 
         void DocumentReader::ReadHeader()
@@ -298,7 +304,7 @@ namespace ppf
             }
             const std::uint64_t offset = m_document.OffsetOf(entry.value);
             const bool isLong = entry.value.size() > longestValue || entry.key.size() > longestValue;
-            Charge(offset, 2 * sizeof(Entry) + (isLong ? sizeof(Finding) : entry.value.size() + entry.key.size()));
+            Charge(offset, growth * (isLong ? sizeof(Finding) + 2 * blockOverhead + 160 : sizeof(Entry)));
             if (isLong)
             {
                 m_document.remarks.push_back(
@@ -331,13 +337,14 @@ namespace ppf
             }
             else if (kind == Kind::sheet)
             {
-                Charge(offset, 2 * sizeof(Sheet));
+                m_chargedOfSheet = 0;
+                Charge(offset, growth * sizeof(Sheet) + 2 * blockOverhead);
                 m_document.sheets.emplace_back();
                 m_document.sheets.back().offset = offset;
             }
             else if (kind == Kind::surface)
             {
-                Charge(offset, 2 * sizeof(Surface));
+                Charge(offset, growth * sizeof(Surface) + 3 * blockOverhead);
                 m_document.sheets.back().surfaces.emplace_back();
                 CurrentSurface().side = name == word::front ? Side::front : Side::back;
                 CurrentSurface().offset = offset;
@@ -386,7 +393,7 @@ namespace ppf
             {
                 throw FormatError(offset, "directory entry is not an offset, a length and a name in parentheses");
             }
-            Charge(offset, 2 * sizeof(DirectoryEntry) + m_operands[2].text.size());
+            Charge(offset, growth * sizeof(DirectoryEntry) + blockOverhead + m_operands[2].text.size());
             m_document.directory.push_back(
                 {OffsetOf(m_operands[0]), static_cast<std::uint64_t>(*sheetOffset), static_cast<std::uint64_t>(*length),
                  DecodedName(m_operands[2].text)});
@@ -404,9 +411,9 @@ namespace ppf
             {
                 throw FormatError(offset, "section has a second preview image");
             }
-            // The inks that AssignInkNames adds are part of the price.
-            Charge(offset, 2 * sizeof(Preview) + 8 * sizeof(std::string));
             Preview preview = section.entries.MakePreview(m_document.bytes, offset);
+            // The inks that AssignInkNames adds are part of the price, names too long for a string's own memory too.
+            Charge(offset, growth * sizeof(Preview) + blockOverhead + preview.components * (sizeof(std::string) + 32));
             preview.data = m_dataFinder.Find(m_scanner.Position(), preview);
             m_scanner.MoveTo(m_document.OffsetOf(preview.data) + preview.data.size());
             section.hasImage = true;
@@ -415,8 +422,10 @@ namespace ppf
 
         void DocumentReader::Charge(std::uint64_t offset, std::size_t bytes)
         {
+            constexpr std::size_t shareOfSheet = 3;
             m_charged += bytes;
-            if (m_charged > memoryLimit)
+            m_chargedOfSheet += bytes;
+            if (m_charged > m_memory || m_chargedOfSheet > m_memory / shareOfSheet)
             {
                 throw FormatError(offset, "file has more sections and entries than any job; reading stops here");
             }
@@ -438,8 +447,8 @@ namespace ppf
         }
     }
 
-    Document ReadDocument(std::string_view bytes)
+    Document ReadDocument(std::string_view bytes, std::size_t memory)
     {
-        return DocumentReader(bytes).Read();
+        return DocumentReader(bytes, memory).Read();
     }
 }

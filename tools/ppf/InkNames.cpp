@@ -1,6 +1,7 @@
 #include "ppf/InkNames.h"
 
 #include <array>
+#include <utility>
 
 #include "ppf/Keywords.h"
 #include "ppf/Scanner.h"
@@ -33,11 +34,23 @@ namespace ppf
                 throw FormatError(document.OffsetOf(value), "value of /CIP3AdmSeparationNames is no array of names");
             }
             std::vector<std::string> names;
+            names.reserve(tokens.size() - 2);
             for (std::size_t i = 1; i + 1 < tokens.size(); ++i)
             {
                 names.push_back(DecodedName(tokens[i].text));
             }
             return names;
+        }
+
+        /// Bytes of the list, and of the previews' copies of what a string does not hold in itself.
+        std::size_t CostOf(const std::vector<std::string>& names)
+        {
+            std::size_t cost = names.size() * sizeof(std::string);
+            for (const std::string& name : names)
+            {
+                cost += name.capacity() > std::string().capacity() ? 2 * (name.capacity() + sizeof(std::string)) : 0;
+            }
+            return cost;
         }
 
         void NamePreviews(Surface& surface)
@@ -47,6 +60,7 @@ namespace ppf
             std::size_t next = 0;
             for (Preview& preview : surface.previews)
             {
+                preview.inks.reserve(preview.components);
                 for (unsigned i = 0; i < preview.components; ++i, ++next)
                 {
                     if (next < names.size())
@@ -75,19 +89,26 @@ namespace ppf
             {
                 const std::optional<std::string_view> ofSurface = FindNames(surface.entries);
                 const std::optional<std::string_view> value = ofSurface ? ofSurface : ofSheet;
-                // Every name has delimiters and is kept twice at most, as a string with some overhead.
-                const std::size_t cost = value ? value->size() * sizeof(std::string) : 0;
                 try
                 {
-                    if (cost > memory)
-                    {
-                        throw FormatError(
-                            document.OffsetOf(*value), "file has more separation names than any job can have");
-                    }
                     if (value)
                     {
+                        std::vector<std::string> names;
+                        // The text itself counts as well, so that a long list is not read for any number of sides.
+                        std::size_t cost = value->size();
+                        if (cost <= memory)
+                        {
+                            names = NamesOf(document, *value);
+                            cost += CostOf(names);
+                        }
+                        if (cost > memory)
+                        {
+                            memory = 0;
+                            throw FormatError(
+                                document.OffsetOf(*value), "file has more separation names than any job can have");
+                        }
                         memory -= cost;
-                        surface.separationNames = NamesOf(document, *value);
+                        surface.separationNames = std::move(names);
                     }
                 }
                 catch (const FormatError& error)

@@ -25,15 +25,17 @@ namespace ppfinfo
             return value;
         }
 
-        Json DirectoryOf(const ppf::Document& document)
+        /// Entry by entry: a directory has as many as there are sheets.
+        void WriteDirectory(const ppf::Document& document, std::ostream& out)
         {
-            Json directory = Json::array();
+            const char* separator = "";
             for (const ppf::DirectoryEntry& entry : document.directory)
             {
-                directory.push_back(
-                    {{"offset", entry.offset}, {"length", entry.length}, {"sheetName", ToUtf8(entry.sheetName)}});
+                const Json json = {
+                    {"offset", entry.offset}, {"length", entry.length}, {"sheetName", ToUtf8(entry.sheetName)}};
+                out << separator << json.dump();
+                separator = ",";
             }
-            return directory;
         }
 
         class SheetWriter
@@ -135,8 +137,9 @@ namespace ppfinfo
     std::optional<ppf::Finding> WriteJson(const ppf::Document& document, const ZoneChoice& zones, std::ostream& out)
     {
         SheetWriter writer(document, zones);
-        out << "{\n  \"version\": " << Json(ToUtf8(document.version)).dump()
-            << ",\n  \"directory\": " << DirectoryOf(document).dump() << ",\n  \"sheets\": [";
+        out << "{\n  \"version\": " << Json(ToUtf8(document.version)).dump() << ",\n  \"directory\": [";
+        WriteDirectory(document, out);
+        out << "],\n  \"sheets\": [";
         const char* separator = "";
         for (const ppf::Sheet& sheet : document.sheets)
         {

@@ -80,7 +80,8 @@ namespace Tiff2Ppf
         try
         {
             const ppf::FileMap file(path);
-            const ppf::Document document = ppf::ReadDocument(file.Bytes());
+            // The file's records are no more than what the job has in memory already.
+            const ppf::Document document = ppf::ReadDocument(file.Bytes(), ppf::anyMemory);
             const auto findings = ppf::Check(document, ppf::CheckDepth::structure);
             return findings.empty() ? FaultAgainstJob(document, job)
                                     : FaultAt(findings.front().offset, findings.front().text);

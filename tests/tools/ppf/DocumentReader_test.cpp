@@ -311,14 +311,37 @@ namespace ppf::test
         TEST(DocumentReader, RecordsTakeNoMoreMemoryThanTheyMay)
         {
             std::string sheets;
-            for (int i = 0; i < 300000; ++i)
+            for (int i = 0; i < 400000; ++i)
             {
                 sheets += "CIP3BeginSheet CIP3EndSheet\n";
             }
             const std::string bytes = Header() + sheets + Closing();
             const Document document = ReadDocument(bytes);
             EXPECT_THAT(Text(document.damage), HasSubstr("more sections and entries than any job"));
-            EXPECT_LT(document.sheets.size() * sizeof(Sheet), 16u << 20);
+            EXPECT_LT(document.sheets.capacity() * sizeof(Sheet), usualMemory);
+            EXPECT_EQ(Text(ReadDocument(bytes, anyMemory).damage), "");
+        }
+
+        TEST(DocumentReader, LargeJobIsRead)
+        {
+            std::string separations;
+            for (int i = 0; i < 4; ++i)
+            {
+                separations += Separation(1, 1, "None", "ASCIIHexDecode", "00>");
+            }
+            const std::string file = FrontOf("(Cyan) (Magenta) (Yellow) (Black)", separations);
+            const std::size_t begin = file.find("CIP3BeginSheet");
+            const std::string sheet = file.substr(begin, file.find("%%CIP3End") - begin);
+            std::string sheets;
+            for (int i = 0; i < 10000; ++i)
+            {
+                sheets += sheet;
+            }
+            const std::string job = Header() + sheets + Closing();
+            const Document document = ReadDocument(job);
+            EXPECT_EQ(Text(document.damage), "");
+            EXPECT_EQ(document.sheets.size(), 10000u);
+            EXPECT_EQ(document.sheets.back().surfaces.at(0).previews.back().inks.at(0), "Black");
         }
 
         TEST(DocumentReader, NamesOfASheetAreNotKeptForEverySideWithoutBound)
@@ -329,7 +352,7 @@ namespace ppf::test
                 names += "(Ink " + std::to_string(i) + ")";
             }
             std::string sides;
-            for (int i = 0; i < 200; ++i)
+            for (int i = 0; i < 2000; ++i)
             {
                 sides += "CIP3BeginBack CIP3EndBack\n";
             }
@@ -337,9 +360,9 @@ namespace ppf::test
                                       sides + "CIP3EndSheet " + Closing();
             const Document document = ReadDocument(bytes);
             EXPECT_THAT(Text(document.damage), HasSubstr("more separation names than any job"));
-            EXPECT_EQ(document.sheets[0].surfaces.size(), 200u);
+            EXPECT_EQ(document.sheets[0].surfaces.size(), 2000u);
             EXPECT_THAT(document.sheets[0].surfaces[0].separationNames, testing::SizeIs(900));
-            EXPECT_THAT(document.sheets[0].surfaces[199].separationNames, IsEmpty());
+            EXPECT_THAT(document.sheets[0].surfaces[1999].separationNames, IsEmpty());
         }
 
         TEST(DocumentReader, LongValueIsLeftOutAndSaid)
