@@ -42,39 +42,25 @@ namespace ppfinfo
             const bool isTooGreat = lead == 0xF4 && second >= 0x90;
             return isLonger || isSurrogate || isTooGreat ? 0 : length;
         }
-
-        bool IsUtf8(std::string_view bytes)
-        {
-            while (!bytes.empty())
-            {
-                const std::size_t length = CharacterLength(bytes);
-                if (length == 0)
-                {
-                    return false;
-                }
-                bytes.remove_prefix(length);
-            }
-            return true;
-        }
     }
 
     std::string ToUtf8(std::string_view bytes)
     {
-        if (IsUtf8(bytes))
-        {
-            return std::string(bytes);
-        }
         std::string text;
-        for (const char c : bytes)
+        while (!bytes.empty())
         {
-            const auto byte = static_cast<unsigned char>(c);
-            if (byte < 0x80)
+            const std::size_t length = CharacterLength(bytes);
+            if (length == 0)
             {
-                text += c;
-                continue;
+                const auto byte = static_cast<unsigned char>(bytes[0]);
+                text += static_cast<char>(0xC0 | byte >> 6);
+                text += static_cast<char>(0x80 | (byte & 0x3F));
             }
-            text += static_cast<char>(0xC0 | byte >> 6);
-            text += static_cast<char>(0x80 | (byte & 0x3F));
+            else
+            {
+                text += bytes.substr(0, length);
+            }
+            bytes.remove_prefix(length == 0 ? 1 : length);
         }
         return text;
     }

@@ -6,7 +6,7 @@
 
 namespace ppfinfo
 {
-    /// The bytes as they are if they are valid UTF-8; otherwise each byte taken as a character of ISO 8859-1.
+    /// Characters of valid UTF-8 as they are; each byte that is part of none as the character of ISO 8859-1.
     std::string ToUtf8(std::string_view bytes);
 
     /// The same, with control characters written as \xNN, so that a name in a file cannot drive a terminal.
