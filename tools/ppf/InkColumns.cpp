@@ -15,17 +15,17 @@ namespace ppf
         constexpr double perCent = 100;
 
         /// Columns times components that are summed at most. A sheet of two metres at 2400 pixels per inch has a
-        /// twentieth of it; the sums of as many take 40 MiB.
-        constexpr std::uint64_t mostColumns = 1u << 22;
+        /// twenty-fifth of it; the sums of as many take 50 MiB.
+        constexpr std::uint64_t mostColumns = 5u << 20;
 
         /// Sums samples of many rows position by position. Rows gather in 16 bits, which the compiler turns into
-        /// vector additions, and move to 64 bits before they could overflow.
+        /// vector additions, and move to the 64 bits of the inks before they could overflow.
         class PositionSums
         {
         public:
-            explicit PositionSums(std::size_t positions)
-                : m_recent(positions)
-                , m_sums(positions)
+            explicit PositionSums(std::vector<InkColumns>& inks)
+                : m_inks(inks)
+                , m_recent(inks.size() * inks[0].sums.size())
             {
             }
 
@@ -45,42 +45,37 @@ namespace ppf
                 ++m_recentRows;
             }
 
-            const std::vector<std::uint64_t>& Sums()
-            {
-                Flush();
-                return m_sums;
-            }
-
-        private:
+            /// Moves what has gathered to the inks.
             void Flush()
             {
-                for (std::size_t i = 0; i < m_sums.size(); ++i)
+                const std::size_t count = m_inks.size();
+                for (std::size_t ink = 0; ink < count; ++ink)
                 {
-                    m_sums[i] += m_recent[i];
+                    std::vector<std::uint64_t>& sums = m_inks[ink].sums;
+                    for (std::size_t column = 0; column < sums.size(); ++column)
+                    {
+                        sums[column] += m_recent[column * count + ink];
+                    }
                 }
                 std::fill(m_recent.begin(), m_recent.end(), std::uint16_t{0});
                 m_recentRows = 0;
             }
 
+        private:
+            std::vector<InkColumns>& m_inks;
             std::vector<std::uint16_t> m_recent;
-            std::vector<std::uint64_t> m_sums;
             unsigned m_recentRows = 0;
         };
 
         /// Sums along the stored columns, for images whose rows run across the sheet.
         void SumColumns(ScanLineReader& rows, std::vector<InkColumns>& inks)
         {
-            const std::size_t width = inks[0].sums.size();
-            PositionSums sums(width * inks.size());
+            PositionSums sums(inks);
             while (const unsigned char* row = rows.Next())
             {
                 sums.Add(row);
             }
-            const std::vector<std::uint64_t>& all = sums.Sums();
-            for (std::size_t i = 0; i < all.size(); ++i)
-            {
-                inks[i % inks.size()].sums[i / inks.size()] = all[i];
-            }
+            sums.Flush();
         }
 
         /// Sums along the stored rows, for images whose rows run up or down the sheet.
@@ -169,12 +164,14 @@ namespace ppf
         }
         // First of all, since it holds the size against the data before memory is taken for it.
         ScanLineReader rows(document, preview);
-        InkColumns empty;
-        empty.sums.resize(static_cast<std::size_t>(columns));
-        empty.rows = preview.UprightHeight();
         Measurement measurement;
         std::vector<InkColumns>& inks = measurement.inks;
-        inks.assign(preview.components, empty);
+        inks.resize(preview.components);
+        for (InkColumns& ink : inks)
+        {
+            ink.sums.resize(static_cast<std::size_t>(columns));
+            ink.rows = preview.UprightHeight();
+        }
         orientation.transposed ? SumRows(rows, static_cast<std::size_t>(preview.RowSamples()), inks)
                                : SumColumns(rows, inks);
         if (orientation.transposed ? orientation.rowsReversed : orientation.columnsReversed)

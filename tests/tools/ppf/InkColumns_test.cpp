@@ -83,18 +83,18 @@ namespace ppf::test
 
         TEST(InkColumns, PictureWiderThanAnySheetIsRefused)
         {
-            const std::string wide = Separation(
-                5000000, 1, "RunLengthDecode", "ASCIIHexDecode",
-                []
+            const auto wide = [](int width)
+            {
+                constexpr int run = 128;
+                std::string tokens;
+                for (int column = 0; column < width; column += run)
                 {
-                    std::string text;
-                    for (int i = 0; i < 5000000 / 128 + 1; ++i)
-                    {
-                        text += "81ff";
-                    }
-                    return text + "80>";
-                }());
-            EXPECT_THROW(MeasureOf(wide), FormatError);
+                    tokens += "81ff";
+                }
+                return Separation(width, 1, "RunLengthDecode", "ASCIIHexDecode", tokens + "80>");
+            };
+            EXPECT_DOUBLE_EQ(MeasureOf(wide(5 << 20)).inks.at(0).Coverage(), 100);
+            EXPECT_THROW(MeasureOf(wide((5 << 20) + 128)), FormatError);
         }
     }
 }
