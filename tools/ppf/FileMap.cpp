@@ -1,12 +1,16 @@
 #include "ppf/FileMap.h"
 
 #include <cerrno>
+#include <new>
 #include <system_error>
 
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include "ppf/Keywords.h"
+#include "ppf/Scanner.h"
 
 namespace ppf
 {
@@ -78,13 +82,30 @@ namespace ppf
         }
     }
 
+    void FileMap::MakeRoom(std::size_t size, const std::string& path)
+    {
+        try
+        {
+            m_copy.resize(size);
+        }
+        catch (const std::bad_alloc&)
+        {
+            throw std::system_error(ENOMEM, std::generic_category(), path + ": stream is too large for memory");
+        }
+    }
+
     void FileMap::ReadStream(int descriptor, const std::string& path)
     {
         constexpr std::size_t block = 1 << 20;
         for (;;)
         {
             const std::size_t held = m_copy.size();
-            m_copy.resize(held + block);
+            // A stream that is something else may never end.
+            if (held >= word::magic.size() && !StartsWith(m_copy, word::magic))
+            {
+                break;
+            }
+            MakeRoom(held + block, path);
             const ssize_t got = read(descriptor, m_copy.data() + held, block);
             m_copy.resize(held + static_cast<std::size_t>(got > 0 ? got : 0));
             if (got == 0)

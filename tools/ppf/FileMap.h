@@ -2,13 +2,15 @@
 // operating system: everything else works on bytes, wherever they lie.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
 namespace ppf
 {
     /// A whole file as bytes. A regular file is mapped, read only and with its size taken once, when it is opened;
-    /// anything else (a pipe, a device) is read to its end into memory.
+    /// anything else (a pipe, a device) is read to its end into memory, or no further than its beginning if no print
+    /// production file begins so.
     ///
     /// Bytes that a regular file loses while it is mapped raise SIGBUS when they are touched, as with any mapping.
     class FileMap
@@ -24,6 +26,7 @@ namespace ppf
         std::string_view Bytes() const { return m_bytes; }
 
     private:
+        void MakeRoom(std::size_t size, const std::string& path);
         void ReadStream(int descriptor, const std::string& path);
 
         std::string_view m_bytes;

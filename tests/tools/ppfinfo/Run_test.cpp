@@ -188,6 +188,9 @@ namespace ppfinfo::test
             EXPECT_EQ(outcome.errors, "ppfinfo: error: /nowhere/job.ppf: No such file or directory\n");
             EXPECT_THAT(RunOn("", {}).errors, HasSubstr("byte 0: not a print production file"));
             EXPECT_EQ(RunOn("II*", {}).out, "");
+            EXPECT_THAT(
+                RunWith({"/dev/zero"}).errors,
+                StartsWith("ppfinfo: error: /dev/zero: byte 0: not a print production file"));
         }
 
         TEST(Run, OutputThatCannotBeWrittenIsAFailure)
