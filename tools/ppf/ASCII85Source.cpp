@@ -1,3 +1,4 @@
+// Groups of five characters to four bytes, with their short forms.
 #include "ppf/ASCII85Source.h"
 
 #include <cstring>

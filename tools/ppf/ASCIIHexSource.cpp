@@ -1,3 +1,4 @@
+// Pairs of digits to bytes, whatever white space stands between them.
 #include "ppf/ASCIIHexSource.h"
 
 #include <array>

@@ -1,3 +1,4 @@
+// The rules, each a comparison of two things that a document says, and one pass over the data of the previews.
 #include "ppf/Check.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// libjpeg's source manager and error handling around its scan lines.
 #include "ppf/DCTSource.h"
 
 #include <algorithm>

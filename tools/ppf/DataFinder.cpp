@@ -1,3 +1,4 @@
+// One search per encoding. Text is searched for its mark, run-length data walked by tokens, JPEG data by its markers.
 #include "ppf/DataFinder.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// What the records tell of themselves: the last of several definitions, decoded names, orientation.
 #include "ppf/Document.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// A stack of open sections that statements are read into, one after the other, until the closing comment or a fault.
 #include "ppf/DocumentReader.h"
 
 #include <algorithm>

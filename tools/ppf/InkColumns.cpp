@@ -1,3 +1,4 @@
+// Decoded rows added up, and means over parts of the sums.
 #include "ppf/InkColumns.h"
 
 #include <algorithm>

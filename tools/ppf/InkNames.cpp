@@ -1,3 +1,4 @@
+// Lists of names laid along the previews of their sides, within a bound on memory.
 #include "ppf/InkNames.h"
 
 #include <array>

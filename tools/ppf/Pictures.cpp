@@ -1,3 +1,4 @@
+// Rows turned upright, and boxes of pixels averaged into smaller ones.
 #include "ppf/Pictures.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// libpng's writing to a stream, and its errors as exceptions.
 #include "ppf/PngWriter.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Literal and repeat runs into the buffer that is asked for, however they fall across its end.
 #include "ppf/RunLengthSource.h"
 
 #include <algorithm>

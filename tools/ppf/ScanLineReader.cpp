@@ -1,3 +1,4 @@
+// A chain of sources by compression and encoding, and bits widened to bytes.
 #include "ppf/ScanLineReader.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// One table of character classes and one rule per first character.
 #include "ppf/Scanner.h"
 
 #include <array>

@@ -1,3 +1,4 @@
+// Escapes, hexadecimal digits and base 85 to the bytes that they stand for.
 #include "ppf/StringLiteral.h"
 
 #include <cstdint>

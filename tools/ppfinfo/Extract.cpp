@@ -1,3 +1,4 @@
+// File names from ink names, and a PNG written for each.
 #include "ppfinfo/Extract.h"
 
 #include <array>

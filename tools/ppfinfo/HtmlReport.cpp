@@ -1,3 +1,4 @@
+// The page from top to bottom, side by side, each written as soon as it is measured.
 #include "ppfinfo/HtmlReport.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// The one place where a fault of a preview is caught instead of passed on.
 #include "ppfinfo/InkMeasure.h"
 
 #include <utility>

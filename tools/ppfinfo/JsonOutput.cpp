@@ -1,3 +1,4 @@
+// The document sheet by sheet, so that no more than one is in memory as JSON.
 #include "ppfinfo/JsonOutput.h"
 
 #include <cmath>

@@ -1,3 +1,4 @@
+// What is allowed and still worth a look: differences within a side, and inks without ink.
 #include "ppfinfo/Observations.h"
 
 #include <algorithm>

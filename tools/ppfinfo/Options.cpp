@@ -1,3 +1,4 @@
+// The command line and the help text.
 #include "ppfinfo/Options.h"
 
 #include <memory>

@@ -1,3 +1,4 @@
+// A file beside the place, and a rename once it is complete.
 #include "ppfinfo/OutputFile.h"
 
 #include <cerrno>

@@ -1,3 +1,4 @@
+// Inks multiplied over paper, and pictures as URLs within the page.
 #include "ppfinfo/ReportPictures.h"
 
 #include <sstream>

@@ -1,3 +1,4 @@
+// One file, one form of output, and one line for the first fault.
 #include "ppfinfo/Run.h"
 
 #include <exception>

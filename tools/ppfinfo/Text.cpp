@@ -1,3 +1,4 @@
+// UTF-8 by its table of valid forms, and numbers by to_chars.
 #include "ppfinfo/Text.h"
 
 #include <algorithm>

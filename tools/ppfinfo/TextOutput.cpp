@@ -1,3 +1,4 @@
+// Lines in columns, sheet by sheet.
 #include "ppfinfo/TextOutput.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Units of length, and the reasons for which there may be no zones.
 #include "ppfinfo/ZoneChoice.h"
 
 #include <array>

@@ -1,3 +1,4 @@
+// One table per side, with a column for each ink.
 #include "ppfinfo/ZoneTable.h"
 
 #include <algorithm>
