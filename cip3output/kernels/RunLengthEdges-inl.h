@@ -7,6 +7,7 @@
 
 #include <hwy/highway.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstring>
@@ -80,8 +81,11 @@ namespace RasterOutput::Kernels
         /// The same for the last `count` bytes of the input, 64 at most. The very last one equals nothing.
         HWY_INLINE std::uint64_t EqualToNextAtEnd(const unsigned char* place, std::size_t count)
         {
-            std::array<unsigned char, 64 + 1> padded{};
+            // Not cleared first: under the address sanitizer the compiler clears it by vectors that the stack is not
+            // aligned for. NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init)
+            std::array<unsigned char, 64 + 1> padded;
             std::memcpy(padded.data(), place, count);
+            std::fill(padded.begin() + count, padded.end(), static_cast<unsigned char>(~place[count - 1]));
             return EqualToNext(padded.data()) & ((std::uint64_t{1} << (count - 1)) - 1);
         }
 
