@@ -19,7 +19,7 @@ namespace
     constexpr std::size_t checksumBytes = 4;   // at the end of the data, highest byte first
 
     // Bytes handled at once; an even number.
-    constexpr std::size_t pieceBytes = 32 * 1024;
+    constexpr std::size_t pieceBytes = std::size_t{32} * 1024;
 
     /// Writes the samples of `from` as differences from the one before, which is how predictor 2 stores them; `last` is the
     /// sample in front, and becomes the last one.
