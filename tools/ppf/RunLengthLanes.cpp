@@ -16,18 +16,28 @@ namespace ppf
     namespace
     {
         constexpr std::size_t laneCount = 8;
-        /// Long enough that falling into step, some dozens of tokens in data that is mostly short ones, costs little.
-        constexpr std::size_t laneSize = 8192;
-        constexpr std::size_t blockSize = laneCount * laneSize;
+        /// Long enough that falling into step, some dozens of tokens in data that is mostly short ones, costs little. The
+        /// longer a lane is the less its end costs, where the lanes take fewer and fewer steps together.
+        constexpr std::size_t shortestLane = 4096;
+        constexpr std::size_t longestLane = 61440;
         /// A length byte and the longest literal run.
         constexpr std::size_t longestToken = 129;
 
         /// Three counts in one number, so that a step is one addition: in its low bits the place in the block, then how
         /// many bytes the tokens so far stand for, then the end marks met on the way.
-        constexpr unsigned passedShift = 24;
-        constexpr unsigned endMarksShift = 48;
-        constexpr std::uint64_t countMask = (std::uint64_t{1} << passedShift) - 1;
-        static_assert((blockSize + longestToken) / 2 * 128 <= countMask, "a block of repeat runs can be counted");
+        constexpr unsigned placeBits = 20;
+        constexpr unsigned passedBits = 26;
+        constexpr unsigned endMarkBits = 18;
+        constexpr unsigned endMarksShift = placeBits + passedBits;
+        static_assert(endMarksShift + endMarkBits == 64);
+        constexpr std::size_t largestPlace = laneCount * longestLane + longestToken;
+        static_assert(largestPlace >> placeBits == 0 && largestPlace / 2 >> endMarkBits == 0, "a block can be counted");
+        static_assert(largestPlace / 2 * 128 >> passedBits == 0, "a block of the longest repeat runs can be counted");
+
+        constexpr std::uint64_t LowBits(std::uint64_t number, unsigned count)
+        {
+            return number & ((std::uint64_t{1} << count) - 1);
+        }
 
         constexpr std::array<std::uint64_t, 256> MakeSteps()
         {
@@ -36,7 +46,7 @@ namespace ppf
             {
                 const RunLengthToken token(static_cast<unsigned char>(length));
                 const std::uint64_t endMarks = length == filter::runLengthEnd ? 1 : 0;
-                made[length] = (1 + token.DataBytes()) | token.Run() << passedShift | endMarks << endMarksShift;
+                made[length] = (1 + token.DataBytes()) | token.Run() << placeBits | endMarks << endMarksShift;
             }
             return made;
         }
@@ -55,8 +65,8 @@ namespace ppf
 
             void Step(const char* block) { m_counts += steps[static_cast<unsigned char>(block[Place()])]; }
 
-            std::size_t Place() const { return m_counts & countMask; }
-            std::size_t Passed() const { return m_counts >> passedShift & countMask; }
+            std::size_t Place() const { return LowBits(m_counts, placeBits); }
+            std::size_t Passed() const { return LowBits(m_counts >> placeBits, passedBits); }
             bool HasMetEndMark() const { return m_counts >> endMarksShift != 0; }
 
             /// Takes over what `other` has counted since it stood where this walk and `then` stand.
@@ -68,13 +78,9 @@ namespace ppf
 
         using Lanes = std::array<Walk, laneCount>;
 
-        constexpr std::size_t EndOf(std::size_t lane)
+        Lanes WalkLanes(const char* block, std::size_t laneSize)
         {
-            return (lane + 1) * laneSize;
-        }
-
-        Lanes WalkLanes(const char* block)
-        {
+            const auto endOf = [laneSize](std::size_t lane) { return (lane + 1) * laneSize; };
             Lanes lanes;
             for (std::size_t i = 0; i < laneCount; ++i)
             {
@@ -93,12 +99,12 @@ namespace ppf
                 together = std::numeric_limits<std::size_t>::max();
                 for (std::size_t i = 0; i < laneCount; ++i)
                 {
-                    together = std::min(together, (EndOf(i) - lanes[i].Place()) / longestToken);
+                    together = std::min(together, (endOf(i) - lanes[i].Place()) / longestToken);
                 }
             }
             for (std::size_t i = 0; i < laneCount; ++i)
             {
-                while (lanes[i].Place() < EndOf(i))
+                while (lanes[i].Place() < endOf(i))
                 {
                     lanes[i].Step(block);
                 }
@@ -128,11 +134,19 @@ namespace ppf
     RunLengthPlace PassTokens(std::string_view bytes, std::size_t begin, std::uint64_t wanted)
     {
         RunLengthPlace place{begin, 0};
-        while (place.at < bytes.size() && bytes.size() - place.at >= blockSize)
+        for (;;)
         {
+            // Data is longer than what it stands for by little, if at all.
+            const std::uint64_t left =
+                std::min<std::uint64_t>(bytes.size() - std::min(place.at, bytes.size()), wanted - place.passed);
+            const std::size_t laneSize = static_cast<std::size_t>(std::min<std::uint64_t>(longestLane, left / laneCount));
+            if (laneSize < shortestLane)
+            {
+                return place;
+            }
             const RunLengthPlace blockBegin = place;
             const char* const block = bytes.data() + blockBegin.at;
-            const Lanes lanes = WalkLanes(block);
+            const Lanes lanes = WalkLanes(block, laneSize);
             Walk walk = lanes[0];
             bool inStep = true;
             for (std::size_t next = 1;; ++next)
@@ -149,6 +163,5 @@ namespace ppf
                 inStep = Join(walk, block, next * laneSize, lanes[next]);
             }
         }
-        return place;
     }
 }
