@@ -246,14 +246,9 @@ namespace RasterOutput
         }
     }
 
-    /// The rows to come are taken to need what those of this separation have needed on average. Only the last sheet can
-    /// be the document's end.
+    /// The rows of this surface that are to come are taken to need what those of this separation have needed on average.
     void CIP3Painter::TellDocumentWhatToExpect()
     {
-        if (sheetIndex + 1 < directory.size())
-        {
-            return;
-        }
         const double rows = 1.0 + (static_cast<std::uint32_t>(currentY) - static_cast<std::uint32_t>(firstRow));
         const double rowsToCome = static_cast<double>(separationsToCome + 1) * parameters.height - rows;
         const double bytesPerRow = static_cast<double>(Document().Size() - sizeBeforeRows) / rows;

@@ -12,12 +12,13 @@ namespace RasterOutput
     namespace
     {
         /// A document of a few sheets' administrative data fits the first block. Each block is four times as large as
-        /// the one before, up to a size at which making one costs nothing against filling it.
+        /// the one before, or more where more is expected, up to a size at which making one costs nothing against
+        /// filling it.
         constexpr std::size_t FirstBlockSize = std::size_t{64} << 10;
         constexpr std::size_t LargestBlockSize = std::size_t{64} << 20;
         constexpr std::size_t GrowthFactor = 4;
-        /// From this size on a block is worth large pages: the one that is begun and not filled is little beside it.
-        constexpr std::size_t LargePageThreshold = 4 * Platform::LargePageSize;
+        /// From this size on a block comes in large pages as far as they will be filled.
+        constexpr std::size_t LargePageThreshold = 2 * Platform::LargePageSize;
         constexpr std::align_val_t LargeAlignment{Platform::LargePageSize};
         constexpr std::align_val_t SmallAlignment{__STDCPP_DEFAULT_NEW_ALIGNMENT__};
     }
@@ -69,9 +70,13 @@ namespace RasterOutput
 
     void DocumentBuffer::AddBlock(std::size_t capacity)
     {
-        const std::size_t next =
-            blocks.empty() ? FirstBlockSize : std::min(blocks.back().capacity * GrowthFactor, LargestBlockSize);
-        const std::size_t chosen = std::max(next, capacity);
+        std::size_t chosen = FirstBlockSize;
+        if (!blocks.empty())
+        {
+            chosen = std::min(blocks.back().capacity * GrowthFactor, LargestBlockSize);
+            chosen = std::max(chosen, expected >= LargePageThreshold ? LargePageThreshold : 0);
+        }
+        chosen = std::max(chosen, capacity);
         const bool isLarge = chosen >= LargePageThreshold;
         const Release release{isLarge ? LargeAlignment : SmallAlignment};
         blocks.reserve(blocks.size() + 1);

@@ -6,7 +6,6 @@
 #include "cip3output/PpfFormat.h"
 
 #include <cstddef>
-#include <limits>
 #include <memory>
 #include <new>
 #include <string_view>
@@ -37,8 +36,8 @@ namespace RasterOutput
         /// position behind them. Throws std::length_error if the document would pass its limit.
         void Commit(std::size_t count);
 
-        /// Tells about how many more bytes the document will get; until told, many. Memory is taken in large pages only
-        /// as far as they will be filled, so that the last one is not mostly waste.
+        /// Tells about how many more bytes the document will get at least; until told, none. Memory is taken in large
+        /// pages only as far as they will be filled, so that the last one is not mostly waste.
         void Expect(std::size_t bytes) noexcept { expected = bytes; }
 
         /// Moves the write position to `newPosition`, which is at most Size().
@@ -97,7 +96,7 @@ namespace RasterOutput
         /// Sum of what the blocks hold.
         std::size_t size = 0;
         /// What Expect was last told.
-        std::size_t expected = std::numeric_limits<std::size_t>::max();
+        std::size_t expected = 0;
         LargePages largePages;
         /// In document order; the last one grows.
         std::vector<Block> blocks;
