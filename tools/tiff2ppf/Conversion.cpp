@@ -11,6 +11,8 @@
 #include "Text.h"
 #include "WrittenFile.h"
 
+#include "ppf/FileMap.h"
+
 #include <RasterFeedLib.h>
 
 #include <chrono>
@@ -91,11 +93,25 @@ namespace Tiff2Ppf
             throw ConversionError(failure.what() + (": " + output.Name()) + (obstacle.empty() ? "" : ": " + obstacle));
         }
 
+        std::string FaultAfterWriting(const std::string& path, const Job& job, bool mixedSizes)
+        {
+            try
+            {
+                const ppf::FileMap file(path);
+                std::string fault = FaultOfWrittenFile(file.Bytes(), job);
+                if (fault.empty() && !mixedSizes && IsReadable(job))
+                    fault = FaultOnReadingBack(file.Bytes(), job);
+                return fault;
+            }
+            catch (const std::system_error& error)
+            {
+                return "the file cannot be read: " + error.code().message();
+            }
+        }
+
         void CheckWritten(const Output& output, const Job& job, bool mixedSizes)
         {
-            std::string fault = FaultOfWrittenFile(output.Work().Path(), job);
-            if (fault.empty() && !mixedSizes && IsReadable(job))
-                fault = FaultOnReadingBack(output.Work().Path(), job);
+            const std::string fault = FaultAfterWriting(output.Work().Path(), job, mixedSizes);
             if (fault.empty())
                 return;
             const std::string obstacle = output.ObstacleToWriting();

@@ -3,11 +3,9 @@
 #include "ppf/Check.h"
 #include "ppf/Definition.h"
 #include "ppf/DocumentReader.h"
-#include "ppf/FileMap.h"
 #include "ppf/Scanner.h"
 
 #include <cstdint>
-#include <system_error>
 
 namespace Tiff2Ppf
 {
@@ -75,20 +73,12 @@ namespace Tiff2Ppf
         return true;
     }
 
-    std::string FaultOnReadingBack(const std::string& path, const Job& job)
+    std::string FaultOnReadingBack(std::string_view file, const Job& job)
     {
-        try
-        {
-            const ppf::FileMap file(path);
-            // The file's records are no more than what the job has in memory already.
-            const ppf::Document document = ppf::ReadDocument(file.Bytes(), ppf::anyMemory);
-            const auto findings = ppf::Check(document, ppf::CheckDepth::structure);
-            return findings.empty() ? FaultAgainstJob(document, job)
-                                    : FaultAt(findings.front().offset, findings.front().text);
-        }
-        catch (const std::system_error& error)
-        {
-            return "the file cannot be read: " + error.code().message();
-        }
+        // The file's records are no more than what the job has in memory already.
+        const ppf::Document document = ppf::ReadDocument(file, ppf::anyMemory);
+        const auto findings = ppf::Check(document, ppf::CheckDepth::structure);
+        return findings.empty() ? FaultAgainstJob(document, job)
+                                : FaultAt(findings.front().offset, findings.front().text);
     }
 }

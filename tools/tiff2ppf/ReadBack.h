@@ -6,6 +6,7 @@
 #include "Job.h"
 
 #include <string>
+#include <string_view>
 
 namespace Tiff2Ppf
 {
@@ -13,7 +14,7 @@ namespace Tiff2Ppf
     /// comes, so a file may be just what was asked for and still make no sense to any reader.
     bool IsReadable(const Job& job);
 
-    /// What the reader finds wrong with the file `path` as the outcome of `job`: a text with the byte it is about; empty
-    /// if nothing is. For a readable job whose separations have the size that its file says.
-    std::string FaultOnReadingBack(const std::string& path, const Job& job);
+    /// What the reader finds wrong with `file`, its bytes, as the outcome of `job`: a text with the byte it is about;
+    /// empty if nothing is. For a readable job whose separations have the size that its file says.
+    std::string FaultOnReadingBack(std::string_view file, const Job& job);
 }

@@ -2,12 +2,10 @@
 
 #include "EscapedName.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstdint>
-#include <filesystem>
-#include <fstream>
 #include <optional>
-#include <string_view>
 #include <system_error>
 
 namespace Tiff2Ppf
@@ -47,10 +45,9 @@ namespace Tiff2Ppf
         class Checker
         {
         public:
-            Checker(const std::string& path, const Job& job)
-                : m_job(job)
-                , m_file(path, std::ios::binary)
-                , m_size(std::filesystem::file_size(path))
+            Checker(std::string_view file, const Job& job)
+                : m_file(file)
+                , m_job(job)
             {
             }
 
@@ -60,9 +57,10 @@ namespace Tiff2Ppf
                 if (BytesAt(0, Header.size()) != Header)
                     throw Fault{0, "the header is missing"};
                 const std::uint64_t frame = Header.size() + DirectoryBytes() + ClosingComment.size();
-                if (m_size < frame || BytesAt(m_size - ClosingComment.size(), ClosingComment.size()) != ClosingComment)
-                    throw Fault{m_size, "the file ends here without its closing comment"};
-                m_sectionsEnd = m_size - ClosingComment.size();
+                const std::uint64_t size = m_file.size();
+                if (size < frame || BytesAt(size - ClosingComment.size(), ClosingComment.size()) != ClosingComment)
+                    throw Fault{size, "the file ends here without its closing comment"};
+                m_sectionsEnd = size - ClosingComment.size();
 
                 std::uint64_t end = Header.size() + DirectoryBytes();
                 for (std::size_t i = 0; i < m_job.sheets.size(); ++i)
@@ -86,7 +84,7 @@ namespace Tiff2Ppf
                 if (!HasDirectory())
                     return {Header.size(), m_sectionsEnd - Header.size()};
                 const std::uint64_t at = Header.size() + DirectoryBegin.size() + index * EntryBytes;
-                const std::string entry = BytesAt(at, EntryBytes);
+                const std::string_view entry = BytesAt(at, EntryBytes);
                 const std::string name = '(' + EscapedName(m_job.sheets[index].sheetName) + ')';
                 const std::optional<std::uint64_t> offset = NumberAt(entry, 0);
                 const std::optional<std::uint64_t> length = NumberAt(entry, LengthAt);
@@ -110,7 +108,7 @@ namespace Tiff2Ppf
                 return end;
             }
 
-            static std::optional<std::uint64_t> NumberAt(const std::string& entry, std::size_t at)
+            static std::optional<std::uint64_t> NumberAt(std::string_view entry, std::size_t at)
             {
                 std::uint64_t number = 0;
                 const char* const end = entry.data() + at + NumberDigits;
@@ -118,36 +116,27 @@ namespace Tiff2Ppf
                 return problem == std::errc() && stop == end ? std::optional(number) : std::nullopt;
             }
 
-            /// Zero bytes where the file cannot be read.
-            std::string BytesAt(std::uint64_t offset, std::size_t size)
+            /// Fewer where the file ends.
+            std::string_view BytesAt(std::uint64_t offset, std::size_t size) const
             {
-                std::string bytes(size, '\0');
-                m_file.clear();
-                m_file.seekg(static_cast<std::streamoff>(offset));
-                m_file.read(bytes.data(), static_cast<std::streamsize>(size));
-                return bytes;
+                return m_file.substr(std::min<std::uint64_t>(offset, m_file.size()), size);
             }
 
+            std::string_view m_file;
             const Job& m_job;
-            std::ifstream m_file;
-            std::uint64_t m_size;
             std::uint64_t m_sectionsEnd = 0; ///< offset of the closing comment
         };
     }
 
-    std::string FaultOfWrittenFile(const std::string& path, const Job& job)
+    std::string FaultOfWrittenFile(std::string_view file, const Job& job)
     {
         try
         {
-            Checker(path, job).Check();
+            Checker(file, job).Check();
         }
         catch (const Fault& fault)
         {
             return "byte " + std::to_string(fault.offset) + ": " + fault.text;
-        }
-        catch (const std::filesystem::filesystem_error& error)
-        {
-            return "the file cannot be found: " + error.code().message();
         }
         return {};
     }

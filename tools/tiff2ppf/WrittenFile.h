@@ -6,9 +6,10 @@
 #include "Job.h"
 
 #include <string>
+#include <string_view>
 
 namespace Tiff2Ppf
 {
-    /// What is wrong with the file `path` as the outcome of `job`: a text with the byte it is about; empty if nothing is.
-    std::string FaultOfWrittenFile(const std::string& path, const Job& job);
+    /// What is wrong with `file`, its bytes, as the outcome of `job`: a text with the byte it is about; empty if nothing is.
+    std::string FaultOfWrittenFile(std::string_view file, const Job& job);
 }

@@ -26,9 +26,9 @@ namespace
             return m_folder.Read("out");
         }
 
-        std::string FaultOf(const std::string& bytes)
+        std::string FaultOf(const std::string& bytes) const
         {
-            return FaultOnReadingBack(m_folder.Write("read", bytes), m_job);
+            return FaultOnReadingBack(bytes, m_job);
         }
 
         Tiff2PpfTests::Folder m_folder;
