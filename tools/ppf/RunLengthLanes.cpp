@@ -139,7 +139,7 @@ namespace ppf
             // Data is longer than what it stands for by little, if at all.
             const std::uint64_t left =
                 std::min<std::uint64_t>(bytes.size() - std::min(place.at, bytes.size()), wanted - place.passed);
-            const std::size_t laneSize = static_cast<std::size_t>(std::min<std::uint64_t>(longestLane, left / laneCount));
+            const auto laneSize = static_cast<std::size_t>(std::min<std::uint64_t>(longestLane, left / laneCount));
             if (laneSize < shortestLane)
             {
                 return place;

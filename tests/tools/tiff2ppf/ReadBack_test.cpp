@@ -26,10 +26,7 @@ namespace
             return m_folder.Read("out");
         }
 
-        std::string FaultOf(const std::string& bytes) const
-        {
-            return FaultOnReadingBack(bytes, m_job);
-        }
+        std::string FaultOf(const std::string& bytes) const { return FaultOnReadingBack(bytes, m_job); }
 
         Tiff2PpfTests::Folder m_folder;
         Job m_job;

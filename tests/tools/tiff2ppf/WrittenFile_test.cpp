@@ -23,10 +23,7 @@ namespace
             m_whole = m_folder.Read("whole");
         }
 
-        std::string FaultOf(const std::string& bytes) const
-        {
-            return FaultOfWrittenFile(bytes, m_job);
-        }
+        std::string FaultOf(const std::string& bytes) const { return FaultOfWrittenFile(bytes, m_job); }
 
         /// The whole file with `bytes` in place of its own at `offset`.
         std::string With(std::size_t offset, const std::string& bytes) const
