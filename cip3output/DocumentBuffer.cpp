@@ -12,13 +12,16 @@ namespace RasterOutput
     namespace
     {
         /// A document of a few sheets' administrative data fits the first block. Each block is four times as large as
-        /// the one before, or more where more is expected, up to a size at which making one costs nothing against
-        /// filling it.
+        /// the one before up to the usual size, or of that size at once where as much is expected.
         constexpr std::size_t FirstBlockSize = std::size_t{64} << 10;
-        constexpr std::size_t LargestBlockSize = std::size_t{64} << 20;
         constexpr std::size_t GrowthFactor = 4;
-        /// From this size on a block comes in large pages as far as they will be filled.
-        constexpr std::size_t LargePageThreshold = 2 * Platform::LargePageSize;
+        /// Large enough that making one costs nothing against filling it. Not larger: while the document is written out,
+        /// the file's pages take the place of the block before, so that no more than a block's worth of them is new.
+        constexpr std::size_t UsualBlockSize = 2 * Platform::LargePageSize;
+        /// How often a block fits what is asked for, as far as that makes it no larger than the largest: what is left of
+        /// it when it fits no more is lost, and may be touched already.
+        constexpr std::size_t FitsAtLeast = 16;
+        constexpr std::size_t LargestBlockSize = std::size_t{64} << 20;
         constexpr std::align_val_t LargeAlignment{Platform::LargePageSize};
         constexpr std::align_val_t SmallAlignment{__STDCPP_DEFAULT_NEW_ALIGNMENT__};
     }
@@ -73,11 +76,12 @@ namespace RasterOutput
         std::size_t chosen = FirstBlockSize;
         if (!blocks.empty())
         {
-            chosen = std::min(blocks.back().capacity * GrowthFactor, LargestBlockSize);
-            chosen = std::max(chosen, expected >= LargePageThreshold ? LargePageThreshold : 0);
+            const std::size_t next = std::min(blocks.back().capacity * GrowthFactor, UsualBlockSize);
+            chosen = expected >= UsualBlockSize ? UsualBlockSize : next;
         }
-        chosen = std::max(chosen, capacity);
-        const bool isLarge = chosen >= LargePageThreshold;
+        const std::size_t forManyRooms = capacity < LargestBlockSize ? capacity * FitsAtLeast : 0;
+        chosen = std::max({chosen, capacity, std::min(forManyRooms, LargestBlockSize)});
+        const bool isLarge = chosen >= UsualBlockSize;
         const Release release{isLarge ? LargeAlignment : SmallAlignment};
         blocks.reserve(blocks.size() + 1);
         std::unique_ptr<unsigned char[], Release> bytes(
