@@ -20,7 +20,7 @@ namespace RasterOutput
         constexpr std::size_t UsualBlockSize = 2 * Platform::LargePageSize;
         /// How often a block fits what is asked for, as far as that makes it no larger than the largest: what is left of
         /// it when it fits no more is lost, and may be touched already.
-        constexpr std::size_t FitsAtLeast = 16;
+        constexpr std::size_t FitsAtLeast = 512;
         constexpr std::size_t LargestBlockSize = std::size_t{64} << 20;
         constexpr std::align_val_t LargeAlignment{Platform::LargePageSize};
         constexpr std::align_val_t SmallAlignment{__STDCPP_DEFAULT_NEW_ALIGNMENT__};
