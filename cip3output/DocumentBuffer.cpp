@@ -12,7 +12,7 @@ namespace RasterOutput
     namespace
     {
         /// A document of a few sheets' administrative data fits the first block. Each block is four times as large as
-        /// the one before up to the usual size, or of that size at once where as much is expected.
+        /// the one before up to the usual size, or of that size at once where large pages pay.
         constexpr std::size_t FirstBlockSize = std::size_t{64} << 10;
         constexpr std::size_t GrowthFactor = 4;
         /// Large enough that making one costs nothing against filling it. Not larger: while the document is written out,
@@ -77,7 +77,7 @@ namespace RasterOutput
         if (!blocks.empty())
         {
             const std::size_t next = std::min(blocks.back().capacity * GrowthFactor, UsualBlockSize);
-            chosen = expected >= UsualBlockSize ? UsualBlockSize : next;
+            chosen = LargePagePays() ? UsualBlockSize : next;
         }
         const std::size_t forManyRooms = capacity < LargestBlockSize ? capacity * FitsAtLeast : 0;
         chosen = std::max({chosen, capacity, std::min(forManyRooms, LargestBlockSize)});
@@ -100,12 +100,20 @@ namespace RasterOutput
         }
         else if (block.used + capacity > page)
         {
-            if (expected >= Platform::LargePageSize)
+            if (LargePagePays())
             {
                 largePages.Make(block.bytes.get() + page);
             }
             block.settled = end;
         }
+    }
+
+    /// Small pages in place of the first one would cost a tenth of the whole conversion, so that a quarter of it may stay
+    /// empty; the others are to be filled.
+    bool DocumentBuffer::LargePagePays() const noexcept
+    {
+        constexpr std::size_t page = Platform::LargePageSize;
+        return expected >= (size < page ? page / 4 * 3 : page);
     }
 
     void DocumentBuffer::RefuseBeyondLimit(std::size_t extra) const

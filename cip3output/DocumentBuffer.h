@@ -37,7 +37,7 @@ namespace RasterOutput
         void Commit(std::size_t count);
 
         /// Tells about how many more bytes the document will get at least; until told, none. Memory is taken in large
-        /// pages only as far as they will be filled, so that the last one is not mostly waste.
+        /// pages only as far as they will be filled, so that the last one is no waste.
         void Expect(std::size_t bytes) noexcept { expected = bytes; }
 
         /// Moves the write position to `newPosition`, which is at most Size().
@@ -85,6 +85,7 @@ namespace RasterOutput
 
         void AddBlock(std::size_t capacity);
         void SettlePage(Block& block, std::size_t capacity) noexcept;
+        bool LargePagePays() const noexcept;
         void RefuseBeyondLimit(std::size_t extra) const;
         /// Writes as much as lies in front of the document's end; gives the rest.
         std::string_view Overwrite(std::string_view bytes) noexcept;
