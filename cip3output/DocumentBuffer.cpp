@@ -18,8 +18,8 @@ namespace RasterOutput
         /// Large enough that making one costs nothing against filling it. Not larger: while the document is written out,
         /// the file's pages take the place of the block before, so that no more than a block's worth of them is new.
         constexpr std::size_t UsualBlockSize = 2 * Platform::LargePageSize;
-        /// How often a block fits what is asked for, as far as that makes it no larger than the largest: what is left of
-        /// it when it fits no more is lost, and may be touched already.
+        /// A block fits what is asked for this often, if that makes it no larger than the largest: the rest of a block
+        /// that fits it no more is lost, and may have been touched already.
         constexpr std::size_t FitsAtLeast = 512;
         constexpr std::size_t LargestBlockSize = std::size_t{64} << 20;
         constexpr std::align_val_t LargeAlignment{Platform::LargePageSize};
@@ -108,8 +108,8 @@ namespace RasterOutput
         }
     }
 
-    /// Small pages in place of the first one would cost a tenth of the whole conversion, so that a quarter of it may stay
-    /// empty; the others are to be filled.
+    /// Small pages in place of the first one would cost a tenth of the conversion, so a quarter of it may stay empty. The
+    /// others have to be filled.
     bool DocumentBuffer::LargePagePays() const noexcept
     {
         constexpr std::size_t page = Platform::LargePageSize;
