@@ -1,6 +1,7 @@
 // Run-length compression for vectors of any kind. From the bits of which bytes equal their neighbours a list of the runs'
 // edges is made, a stretch at a time, and the tokens are written from edge to edge. That asks for few branches that are
-// not to be foreseen, where a search from token to token asks for one per token.
+// not to be foreseen, where a search from token to token asks for one per token. A stretch of nothing but runs, as flat
+// areas and tints are, needs only their ends.
 //
 // Included by RunLength.cpp for each kind of vectors, so without a guard.
 #include "cip3output/kernels/RunLengthTokens.h"
@@ -89,59 +90,108 @@ namespace RasterOutput::Kernels
             return EqualToNext(padded.data()) & ((std::uint64_t{1} << (count - 1)) - 1);
         }
 
-        /// Places in a stretch of input at which runs begin and end, in turn: a run's first byte, its last byte. With
-        /// room for a few more, which are written and not meant.
-        using Edges = std::array<std::uint16_t, StretchSize + 8>;
-
-        /// Writes the places of all bits of `changes`, the lowest of which stands for `place`.
-        HWY_INLINE void PutEdges(std::uint64_t changes, std::size_t place, std::size_t count, std::uint16_t* edges)
+        /// A stretch of input as bits.
+        struct Stretch
         {
-            constexpr std::size_t few = 8;
+            /// A bit for each byte that equals the byte behind it.
+            std::array<std::uint64_t, StretchSize / 64> equal;
+            std::size_t size;
+            /// 1 if the byte in front of the stretch equals its first one.
+            std::uint64_t before;
+            /// The same of the next stretch.
+            std::uint64_t after;
+            /// Whether any byte equals neither of its neighbours.
+            bool hasLiteral;
+        };
+
+        /// Reads the stretch behind the one that is there, which begins at `begin`: up to StretchSize bytes.
+        HWY_INLINE void ReadStretch(const unsigned char* begin, const unsigned char* end, Stretch& stretch)
+        {
+            const auto left = static_cast<std::size_t>(end - begin);
+            stretch.size = std::min(left, StretchSize);
+            stretch.before = stretch.after;
+            std::uint64_t carry = stretch.before;
+            std::uint64_t literal = 0;
+            for (std::size_t place = 0; place < stretch.size; place += 64)
+            {
+                const bool isLast = left - place <= 64;
+                const std::uint64_t equal =
+                    HWY_LIKELY(!isLast) ? EqualToNext(begin + place) : EqualToNextAtEnd(begin + place, left - place);
+                const std::uint64_t valid = isLast ? ~std::uint64_t{0} >> (64 - (left - place)) : ~std::uint64_t{0};
+                literal |= ~(equal | equal << 1 | carry) & valid;
+                stretch.equal[place / 64] = equal;
+                carry = equal >> 63;
+            }
+            stretch.after = carry;
+            stretch.hasLiteral = literal != 0;
+        }
+
+        /// Places in a stretch, with room for a few more, which are written and not meant.
+        using Places = std::array<std::uint16_t, StretchSize + 8>;
+
+        /// Writes the places of all `count` bits of `bits`, the lowest of which stands for `place`. Up to `few` of them
+        /// are written without a look at how many there are.
+        template <std::size_t few>
+        HWY_INLINE void PutPlaces(std::uint64_t bits, std::size_t place, std::size_t count, std::uint16_t* places)
+        {
             constexpr std::uint64_t topBit = std::uint64_t{1} << 63;
             if (count <= few)
             {
                 // Always all steps, as their number is not to be foreseen. The bit keeps something to be found.
-                for (std::size_t i = 0; i < few; ++i, changes &= changes - 1)
+                for (std::size_t i = 0; i < few; ++i, bits &= bits - 1)
                 {
-                    edges[i] = static_cast<std::uint16_t>(place + hwy::Num0BitsBelowLS1Bit_Nonzero64(changes | topBit));
+                    places[i] = static_cast<std::uint16_t>(place + hwy::Num0BitsBelowLS1Bit_Nonzero64(bits | topBit));
                 }
                 return;
             }
             const hn::CappedTag<std::uint16_t, 8> tag;
             const hn::Rebind<unsigned char, decltype(tag)> byteTag;
             auto base = hn::Set(tag, static_cast<std::uint16_t>(place));
-            for (std::size_t byte = 0; byte < 8; ++byte, changes >>= 8)
+            for (std::size_t byte = 0; byte < 8; ++byte, bits >>= 8)
             {
-                const auto& bitPlaces = BitPlaces[changes & 0xFF];
-                hn::StoreU(hn::Add(base, hn::PromoteTo(tag, hn::LoadU(byteTag, bitPlaces.data()))), tag, edges);
+                const auto& bitPlaces = BitPlaces[bits & 0xFF];
+                hn::StoreU(hn::Add(base, hn::PromoteTo(tag, hn::LoadU(byteTag, bitPlaces.data()))), tag, places);
                 base = hn::Add(base, hn::Set(tag, 8));
-                edges += hwy::PopCount(changes & 0xFF);
+                places += hwy::PopCount(bits & 0xFF);
             }
         }
 
-        /// Lists the edges of the input from `begin` on, up to StretchSize bytes of it; gives their number. `before` is
-        /// 1 if the byte in front of the stretch equals its first one, and afterwards says the same of the next stretch.
-        HWY_INLINE std::size_t
-        ListEdges(const unsigned char* begin, const unsigned char* end, std::uint64_t& before, Edges& edges)
+        /// Lists the places at which runs begin and end, in turn: a run's first byte, its last byte. Gives their number.
+        HWY_INLINE std::size_t ListEdges(const Stretch& stretch, Places& edges)
         {
             std::size_t count = 0;
-            std::uint64_t carry = before;
-            const auto left = static_cast<std::size_t>(end - begin);
-            for (std::size_t place = 0; place < std::min(left, StretchSize); place += 64)
+            std::uint64_t carry = stretch.before;
+            for (std::size_t place = 0; place < stretch.size; place += 64)
             {
-                const std::uint64_t equal = HWY_LIKELY(left - place > 64)
-                                                ? EqualToNext(begin + place)
-                                                : EqualToNextAtEnd(begin + place, left - place);
+                const std::uint64_t equal = stretch.equal[place / 64];
                 const std::uint64_t changes = equal ^ (equal << 1 | carry);
                 carry = equal >> 63;
                 if (changes != 0)
                 {
                     const std::size_t number = hwy::PopCount(changes);
-                    PutEdges(changes, place, number, edges.data() + count);
+                    PutPlaces<8>(changes, place, number, edges.data() + count);
                     count += number;
                 }
             }
-            before = carry;
+            return count;
+        }
+
+        /// Lists the places of the last bytes of runs in a stretch that holds nothing else; gives their number.
+        HWY_INLINE std::size_t ListRunEnds(const Stretch& stretch, Places& ends)
+        {
+            std::size_t count = 0;
+            for (std::size_t place = 0; place < stretch.size; place += 64)
+            {
+                const std::size_t left = stretch.size - place;
+                const std::uint64_t valid = left < 64 ? (std::uint64_t{1} << left) - 1 : ~std::uint64_t{0};
+                const std::uint64_t runEnds = ~stretch.equal[place / 64] & valid;
+                if (runEnds != 0)
+                {
+                    const std::size_t number = hwy::PopCount(runEnds);
+                    PutPlaces<4>(runEnds, place, number, ends.data() + count);
+                    count += number;
+                }
+            }
             return count;
         }
 
@@ -212,36 +262,72 @@ namespace RasterOutput::Kernels
             return PutLongRun(*first, runSize, output);
         }
 
+        /// Writes runs that follow each other without a gap, the first of them behind the place ends[0].
+        HWY_INLINE unsigned char*
+        PutRuns(const unsigned char* stretch, const std::uint16_t* ends, std::size_t count, unsigned char* output)
+        {
+            for (std::size_t i = 1; i < count; ++i)
+            {
+                const unsigned char value = stretch[ends[i]];
+                const std::size_t length = static_cast<std::size_t>(ends[i]) - ends[i - 1];
+                if (HWY_LIKELY(length <= MaxTokenRun))
+                {
+                    output[0] = static_cast<unsigned char>(RepeatBias - length);
+                    output[1] = value;
+                    output += 2;
+                }
+                else
+                {
+                    output = PutLongRun(value, length, output);
+                }
+            }
+            return output;
+        }
+
         unsigned char* EncodeRunLength(const unsigned char* input, std::size_t size, unsigned char* output)
         {
             const unsigned char* const end = input + size;
             const unsigned char* literal = input;
             // A run that goes on behind its stretch.
             const unsigned char* open = nullptr;
-            std::uint64_t before = 0;
-            Edges edges;
-            for (const unsigned char* stretch = input; stretch < end;)
+            Stretch stretch;
+            stretch.after = 0;
+            Places places;
+            for (const unsigned char* begin = input; begin < end; begin += stretch.size)
             {
-                const std::size_t count = ListEdges(stretch, end, before, edges);
+                ReadStretch(begin, end, stretch);
+                if (!stretch.hasLiteral)
+                {
+                    const std::size_t count = ListRunEnds(stretch, places);
+                    open = open != nullptr ? open : begin;
+                    if (count != 0)
+                    {
+                        output = PutPair(literal, open, begin + places[0], end, output);
+                        output = PutRuns(begin, places.data(), count, output);
+                        literal = begin + places[count - 1] + 1;
+                        open = stretch.after != 0 ? literal : nullptr;
+                    }
+                    continue;
+                }
+                const std::size_t count = ListEdges(stretch, places);
                 std::size_t next = 0;
                 if (open != nullptr && count != 0)
                 {
-                    const unsigned char* const last = stretch + edges[next++];
+                    const unsigned char* const last = begin + places[next++];
                     output = PutPair(literal, open, last, end, output);
                     literal = last + 1;
                     open = nullptr;
                 }
                 for (; next + 2 <= count; next += 2)
                 {
-                    const unsigned char* const last = stretch + edges[next + 1];
-                    output = PutPair(literal, stretch + edges[next], last, end, output);
+                    const unsigned char* const last = begin + places[next + 1];
+                    output = PutPair(literal, begin + places[next], last, end, output);
                     literal = last + 1;
                 }
                 if (next < count)
                 {
-                    open = stretch + edges[next];
+                    open = begin + places[next];
                 }
-                stretch += std::min(StretchSize, static_cast<std::size_t>(end - stretch));
             }
             return PutLiteral(literal, static_cast<std::size_t>(end - literal), output);
         }

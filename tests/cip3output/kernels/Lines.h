@@ -8,7 +8,7 @@
 namespace PpfTest
 {
     /// Kinds of lines that AnyLine makes.
-    constexpr int LineKinds = 6;
+    constexpr int LineKinds = 7;
 
     /// A line of `size` bytes of the kind `kind`, different for each `random`.
     inline std::string AnyLine(int kind, std::size_t size, std::mt19937& random)
@@ -39,6 +39,10 @@ namespace PpfTest
                 break;
             case 4: // a long literal with a pair here and there
                 put(1 + random() % 400, 1, random());
+                break;
+            case 5: // runs of two bytes and more, and rarely a literal
+                put(2 + random() % 60, 0, random());
+                put(random() % 100 == 0 ? 1 + random() % 40 : 0, 1, random());
                 break;
             default: // zeros with single bytes between
                 put(1 + random() % 40, 0, 0);

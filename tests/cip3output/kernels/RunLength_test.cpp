@@ -31,7 +31,7 @@ namespace PpfTest
     TEST_P(RunLengthKernel, EqualsThePlainLoopForLongLines)
     {
         std::mt19937 random(2);
-        for (int round = 0; round < 300; ++round)
+        for (int round = 0; round < 350; ++round)
         {
             const std::size_t size = 1500 + random() % 7000;
             const std::string line = AnyLine(round % LineKinds, size, random);
