@@ -290,7 +290,7 @@ namespace RasterOutput::Kernels
             const unsigned char* literal = input;
             // A run that goes on behind its stretch.
             const unsigned char* open = nullptr;
-            Stretch stretch;
+            Stretch stretch; // NOLINT(cppcoreguidelines-pro-type-member-init): ReadStretch fills the rest
             stretch.after = 0;
             Places places;
             for (const unsigned char* begin = input; begin < end; begin += stretch.size)
