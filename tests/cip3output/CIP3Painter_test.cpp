@@ -1,12 +1,11 @@
 // A document's life: header, directory, closing, the file on disk.
+#include "../HostLocale.h"
+#include "../TwoSheetExample.h"
 #include "Bytes.h"
 #include "PpfScribe.h"
 #include "rasteroutput/ScanLineRef.h"
 
 #include <gmock/gmock.h>
-
-#include <codecvt>
-#include <locale>
 
 namespace PpfTest
 {
@@ -14,29 +13,8 @@ namespace PpfTest
     using testing::EndsWith;
     using testing::HasSubstr;
     using testing::StartsWith;
-
-    const std::string Header = "%!PS-Adobe-3.0\n%%CIP3-File Version 3.0\n%\xE2\xE3\xCF\xD3\n\n";
-    const std::string Trailer = "%%CIP3EndOfFile\n";
-
-    std::string DirectoryLine(const std::string& numbers, const std::string& name)
-    {
-        return numbers + " (" + name + ")" + std::string(214 - name.size(), ' ') + " CIP3PPFDirEntry \n";
-    }
-
-    std::string SheetOfTheExample(const std::string& name, const std::string& side)
-    {
-        return "CIP3BeginSheet\n/CIP3AdmJobName (J) def\n/CIP3AdmSheetName (" + name +
-               ") def\n/CIP3AdmPSExtent [ 2 inch 1 inch ] def\n/CIP3TransferFilmCurveData [0.0 0.0 1.0 1.0] "
-               "def\n/CIP3TransferPlateCurveData [0.0 0.0 1.0 1.0] def\n\nCIP3Begin" +
-               side +
-               "\n/CIP3AdmSeparationNames [ (Black) ] def\nCIP3BeginPreviewImage\n\nCIP3BeginSeparation\n"
-               "/CIP3PreviewImageWidth 4 def\n/CIP3PreviewImageHeight 2 def\n/CIP3PreviewImageBitsPerComp 8 def\n"
-               "/CIP3PreviewImageComponents 1 def\n/CIP3PreviewImageMatrix [4 0 0 -2 0 2] def\n"
-               "/CIP3PreviewImageResolution [2 2] def\n/CIP3PreviewImageCompression /RunLengthDecode def\n"
-               "/CIP3PreviewImageEncoding /ASCIIHexDecode def\nCIP3PreviewImage \nfdff\nff0001ff7f80>\n"
-               "CIP3EndSeparation\n\nCIP3EndPreviewImage\nCIP3End" +
-               side + "\n\nCIP3EndSheet\n\n";
-    }
+    using TwoSheetExample::Header;
+    using TwoSheetExample::Trailer;
 
     std::string WriteExample(PpfScribe& scribe)
     {
@@ -53,64 +31,20 @@ namespace PpfTest
         return scribe.Finish();
     }
 
-    std::string Example()
-    {
-        return Header + "CIP3BeginPPFDirectory\n" + DirectoryLine("0000000601 0000000712", "S1") +
-               DirectoryLine("0000001313 0000000710", "S2") + "CIP3EndPPFDirectory\n\n" +
-               SheetOfTheExample("S1", "Front") + SheetOfTheExample("S2", "Back") + Trailer;
-    }
-
     TEST(CIP3Painter, WritesTheExampleOfTheFormatByteForByte)
     {
         PpfScribe scribe(2, RunLength, ASCIIHex);
         const std::string file = WriteExample(scribe);
         EXPECT_EQ(file.size(), 2039U);
-        EXPECT_EQ(file, Example());
+        EXPECT_EQ(file, TwoSheetExample::File());
     }
-
-    /// Makes a locale of strange habits the global one for a while, as a host may do at any time.
-    class StrangeGlobalLocale
-    {
-    public:
-        StrangeGlobalLocale()
-            : before(std::locale::global(
-                  std::locale(std::locale(std::locale::classic(), new Punctuation), new Conversion)))
-        {
-        }
-        ~StrangeGlobalLocale() { std::locale::global(before); }
-
-    private:
-        struct Punctuation : std::numpunct<char>
-        {
-            char do_decimal_point() const override { return ','; }
-            char do_thousands_sep() const override { return '.'; }
-            std::string do_grouping() const override { return "\1"; }
-        };
-        struct Conversion : std::codecvt<char, char, std::mbstate_t>
-        {
-            bool do_always_noconv() const noexcept override { return false; }
-            result do_out(
-                std::mbstate_t&, const char* from, const char* fromEnd, const char*& fromNext, char* to, char* toEnd,
-                char*& toNext) const override
-            {
-                for (; from != fromEnd && to != toEnd; ++from, ++to)
-                {
-                    *to = '?';
-                }
-                fromNext = from;
-                toNext = to;
-                return ok;
-            }
-        };
-        std::locale before;
-    };
 
     TEST(CIP3Painter, GlobalLocaleDoesNotReachTheFile)
     {
-        const StrangeGlobalLocale strange;
+        const HostLocale strange;
         PpfScribe scribe(2, RunLength, ASCIIHex);
         scribe.sheet.extentX = 2;
-        EXPECT_EQ(WriteExample(scribe), Example());
+        EXPECT_EQ(WriteExample(scribe), TwoSheetExample::File());
     }
 
     TEST(CIP3Painter, SheetCountDecidesOnTheDirectory)
