@@ -1,7 +1,8 @@
-// libtiff's decoding calls, and what counts as their success.
+// Decoding by libtiff and what counts as its success, and reading without decoding.
 #include "ChunkDecoding.h"
 
 #include "Refusal.h"
+#include "SourceFile.h"
 #include "TiffFile.h"
 
 namespace
@@ -34,4 +35,13 @@ void DecodeTile(TiffFile& file, std::uint32_t tile, unsigned char* to, std::uint
 {
     const auto size = static_cast<tmsize_t>(bytes);
     Decode(file, size, [&](TIFF* tiff) { return TIFFReadEncodedTile(tiff, tile, to, size); });
+}
+
+void ReadStored(
+    TiffFile& file, const SeparationForm& form, std::uint64_t position, unsigned char* to, std::size_t bytes)
+{
+    if (file.Source().Read(position, to, bytes) != bytes)
+        throw Refusal("a file that was cut short while it was read; image data that is all there is needed");
+    if (form.lowestBitFirst)
+        TIFFReverseBits(to, static_cast<tmsize_t>(bytes));
 }

@@ -1,7 +1,10 @@
-// Decoding by libtiff, by lines, strips or tiles: each step makes sure that no damage is passed over which libtiff would bridge
-// with pixels of its own.
+// Image data by lines, strips or tiles, as libtiff decodes it, and as it is stored. Each step makes sure that no damage is
+// passed over which libtiff would bridge with pixels of its own.
 #pragma once
 
+#include "SeparationForm.h"
+
+#include <cstddef>
 #include <cstdint>
 
 class TiffFile;
@@ -11,3 +14,8 @@ class TiffFile;
 void DecodeScanline(TiffFile& file, std::uint32_t row, unsigned char* to);
 void DecodeStrip(TiffFile& file, std::uint32_t strip, unsigned char* to, std::uint64_t bytes);
 void DecodeTile(TiffFile& file, std::uint32_t tile, unsigned char* to, std::uint64_t bytes);
+
+/// Reads image data as it is stored at `position`, except for the order of the bits in a byte. Throws Refusal if the file
+/// ends in front of it, and what the callbacks throw.
+void ReadStored(
+    TiffFile& file, const SeparationForm& form, std::uint64_t position, unsigned char* to, std::size_t bytes);

@@ -2,8 +2,8 @@
 // than the image, all of the data is decoded once more to its end.
 #include "DeflateCheck.h"
 
+#include "ChunkDecoding.h"
 #include "Refusal.h"
-#include "SourceFile.h"
 #include "TiffFile.h"
 
 #include <algorithm>
@@ -96,7 +96,7 @@ void DeflateCheck::Finish(std::uint32_t chunk)
 bool DeflateCheck::EndsInChecksum(std::uint64_t end)
 {
     unsigned char stated[checksumBytes];
-    ReadStored(end - std::min<std::uint64_t>(end, checksumBytes), stated, checksumBytes);
+    ReadStored(file, form, end - std::min<std::uint64_t>(end, checksumBytes), stated, checksumBytes);
     std::uint32_t number = 0;
     for (const unsigned char byte : stated)
         number = number << 8 | byte;
@@ -116,7 +116,7 @@ bool DeflateCheck::InflatesWhole(std::uint64_t begin, std::uint64_t end)
     for (std::uint64_t at = begin; result == Z_OK && at < end;)
     {
         const auto count = static_cast<std::size_t>(std::min<std::uint64_t>(pieceBytes, end - at));
-        ReadStored(at, input, count);
+        ReadStored(file, form, at, input, count);
         at += count;
         stream.next_in = input;
         stream.avail_in = static_cast<uInt>(count);
@@ -130,12 +130,4 @@ bool DeflateCheck::InflatesWhole(std::uint64_t begin, std::uint64_t end)
         result = result == Z_BUF_ERROR ? Z_OK : result; // no progress without more input
     }
     return result == Z_STREAM_END && inflated >= taken;
-}
-
-void DeflateCheck::ReadStored(std::uint64_t position, unsigned char* to, std::size_t bytes)
-{
-    if (file.Source().Read(position, to, bytes) != bytes)
-        throw Refusal("a file that was cut short while it was read; image data that is all there is needed");
-    if (form.lowestBitFirst)
-        TIFFReverseBits(to, static_cast<tmsize_t>(bytes));
 }

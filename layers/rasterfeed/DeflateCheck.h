@@ -27,7 +27,6 @@ private:
     void TakeRow(const unsigned char* row, std::size_t bytes);
     bool EndsInChecksum(std::uint64_t end);
     bool InflatesWhole(std::uint64_t begin, std::uint64_t end);
-    void ReadStored(std::uint64_t position, unsigned char* to, std::size_t bytes);
 
     TiffFile& file;
     SeparationForm form;
