@@ -36,7 +36,8 @@ namespace Tiff2Ppf
             for (const SeparationPlace& place : PlacesOf(job))
                 if (const std::string fault = Fault(place, depth); !fault.empty())
                     return PlaceForPerson(job, place) + ": " + fault;
-        return "every separation can be read now; a file could not be for a moment, memory has run out, or the output "
-               "would have more than 4294967295 bytes";
+        return "every separation can be read now, so try again; if it fails again, memory is short or the output would "
+               "have "
+               "more than 4294967295 bytes: make several files of the job";
     }
 }
