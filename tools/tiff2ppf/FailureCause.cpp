@@ -37,7 +37,6 @@ namespace Tiff2Ppf
                 if (const std::string fault = Fault(place, depth); !fault.empty())
                     return PlaceForPerson(job, place) + ": " + fault;
         return "every separation can be read now, so try again; if it fails again, memory is short or the output would "
-               "have "
-               "more than 4294967295 bytes: make several files of the job";
+               "have more than 4294967295 bytes: make several files of the job";
     }
 }
