@@ -3,6 +3,7 @@
 #pragma once
 
 #include <kxtypes.h>
+
 #include <rasteroutput/Export.h>
 
 /// A failure of the converter. Can be caught as itself, KX_EException, KX_TObject, KX_IInterface, KX_IThrowable,

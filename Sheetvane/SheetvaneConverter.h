@@ -3,10 +3,11 @@
 
 #include <Sheetvane/KX_ECIP3Exception.h>
 #include <kxtypes.h>
-#include <rasteroutput/Export.h>
 
 #include <cstdint>
 #include <memory>
+
+#include <rasteroutput/Export.h>
 
 namespace Sheetvane
 {
@@ -107,7 +108,7 @@ namespace Sheetvane
         void CreateCIP3File(const KX_TURL& location);
 
     private:
-        std::unique_ptr<ConverterImpl> m_impl;
+        std::unique_ptr<ConverterImpl> impl;
     };
 }
 

@@ -1,6 +1,5 @@
 // The sections inside a sheet, and the road of a scan line into its separation's data.
 #include "cip3output/CIP3Painter.h"
-
 #include "cip3output/CIP3PainterException.h"
 #include "cip3output/NumberText.h"
 #include "cip3output/kernels/Invert.h"

@@ -112,8 +112,8 @@ namespace RasterOutput
     /// others have to be filled.
     bool DocumentBuffer::LargePagePays() const noexcept
     {
-        constexpr std::size_t page = Platform::LargePageSize;
-        return expected >= (size < page ? page / 4 * 3 : page);
+        constexpr std::size_t Page = Platform::LargePageSize;
+        return expected >= (size < Page ? Page / 4 * 3 : Page);
     }
 
     void DocumentBuffer::RefuseBeyondLimit(std::size_t extra) const

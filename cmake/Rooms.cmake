@@ -4,6 +4,20 @@
 # The include folder is a folder of links in the build tree: rooms/<room>/<room> points at the room, so that
 # `#include "rasteroutput/Processor.h"` resolves for a target linked to `rasteroutput` and fails for all others.
 
+# The folders beside the rooms include their own headers in the same way, by folder: "tests/cip3output/Bytes.h".
+foreach(folder tests bench fuzz)
+  set(root "${PROJECT_BINARY_DIR}/rooms/${folder}")
+  file(MAKE_DIRECTORY "${root}")
+  file(CREATE_LINK "${PROJECT_SOURCE_DIR}/${folder}" "${root}/${folder}" SYMBOLIC)
+endforeach()
+
+# sheetvane_room_folder(<name>)
+# The include folder of the room in the current folder: rooms/<name>.
+function(sheetvane_room_folder name)
+  file(MAKE_DIRECTORY "${PROJECT_BINARY_DIR}/rooms/${name}")
+  file(CREATE_LINK "${CMAKE_CURRENT_SOURCE_DIR}" "${PROJECT_BINARY_DIR}/rooms/${name}/${name}" SYMBOLIC)
+endfunction()
+
 # sheetvane_room(<name> SOURCES <file>... [MAY_USE <target>...] [KEEPS <target>...] [HOT <file>...] [SMALL])
 # An object library for the room in the current folder. MAY_USE targets are visible in its headers too, KEEPS targets
 # in its sources alone. A release build optimises HOT sources, those with loops over pixels, for speed before all, and a
@@ -11,8 +25,7 @@
 function(sheetvane_room name)
   cmake_parse_arguments(PARSE_ARGV 1 room "SMALL" "" "SOURCES;MAY_USE;KEEPS;HOT")
   set(root "${PROJECT_BINARY_DIR}/rooms/${name}")
-  file(MAKE_DIRECTORY "${root}")
-  file(CREATE_LINK "${CMAKE_CURRENT_SOURCE_DIR}" "${root}/${name}" SYMBOLIC)
+  sheetvane_room_folder(${name})
   add_library(${name} OBJECT ${room_SOURCES})
   target_include_directories(${name} PUBLIC "${root}")
   target_link_libraries(${name} PUBLIC ${room_MAY_USE} PRIVATE ${room_KEEPS})
@@ -23,7 +36,7 @@ function(sheetvane_room name)
 endfunction()
 
 # sheetvane_interface(<name> <header>)
-# The declarations of one closed library, interfaces/<header>, as the target <name>_interface.
+# The declarations of one platform library, interfaces/<header>, as the target <name>_interface.
 function(sheetvane_interface name header)
   set(root "${PROJECT_BINARY_DIR}/rooms/interfaces/${name}")
   file(MAKE_DIRECTORY "${root}")
@@ -37,7 +50,6 @@ endfunction()
 function(sheetvane_tests room)
   cmake_parse_arguments(PARSE_ARGV 1 tests "" "" "SOURCES;USES")
   add_executable(${room}_tests ${tests_SOURCES})
-  target_include_directories(${room}_tests PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}")
   target_link_libraries(${room}_tests PRIVATE ${tests_USES} GTest::gmock_main)
   gtest_discover_tests(${room}_tests TEST_PREFIX "${room}." DISCOVERY_MODE PRE_TEST
     PROPERTIES TIMEOUT 300)

@@ -4,7 +4,7 @@
 // Delivered bytes: 0 is full ink (black), 255 is paper, whatever the photometric form of the file.
 #pragma once
 
-#include "FileBlockLib.h"
+#include <FileBlockLib.h>
 
 #include <cstddef>
 #include <cstdint>

@@ -61,12 +61,12 @@ public:
     ~KX_TClass();
 
 private:
-    KX_TClass(const char* className, std::uint32_t size, const KX_TClass* superclass, Factory factory);
+    KX_TClass(const char* className, std::uint32_t theSize, const KX_TClass* theSuperclass, Factory theFactory);
 
-    std::string m_name;
-    const KX_TClass* m_superclass;
-    Factory m_factory;
-    std::uint32_t m_size;
+    std::string ownName;
+    const KX_TClass* superclass;
+    Factory factory;
+    std::uint32_t size;
 };
 
 /// Root of all classes and interfaces: what an object can be asked about its class.
@@ -208,15 +208,15 @@ public:
     bool KX_IsIdent(const KX_IPackable& other) const override;
 
 private:
-    std::string m_bytes;
+    std::string bytes;
 };
 
 /// A location: a path on the local file system, or none.
 class KX_EXPORT KX_TURL : public KX_TObject
 {
 public:
-    KX_TURL();                                     ///< a location that has no local name
-    explicit KX_TURL(const KX_TString& localName); ///< the path as it stands: nothing is normalised
+    KX_TURL();                                        ///< a location that has no local name
+    explicit KX_TURL(const KX_TString& theLocalName); ///< the path as it stands: nothing is normalised
     KX_TURL(const KX_TURL&);
     KX_TURL& operator=(const KX_TURL&);
     ~KX_TURL() override;
@@ -229,8 +229,8 @@ public:
     const void* KX_DynamicInfo(const char* typeName) const override;
 
 private:
-    KX_TString m_localName;
-    bool m_isLocal;
+    KX_TString localName;
+    bool isLocal;
 };
 
 /// A 64-bit float.
@@ -249,7 +249,7 @@ public:
     const void* KX_DynamicInfo(const char* typeName) const override;
 
 private:
-    double m_value;
+    double value;
 };
 
 /// A 32-bit float.
@@ -268,7 +268,7 @@ public:
     const void* KX_DynamicInfo(const char* typeName) const override;
 
 private:
-    float m_value;
+    float value;
 };
 
 /// A signed 32-bit number.
@@ -287,7 +287,7 @@ public:
     const void* KX_DynamicInfo(const char* typeName) const override;
 
 private:
-    std::int32_t m_value;
+    std::int32_t value;
 };
 
 /// An unsigned 32-bit number.
@@ -306,7 +306,7 @@ public:
     const void* KX_DynamicInfo(const char* typeName) const override;
 
 private:
-    std::uint32_t m_value;
+    std::uint32_t value;
 };
 
 /// True or false.
@@ -325,7 +325,7 @@ public:
     const void* KX_DynamicInfo(const char* typeName) const override;
 
 private:
-    bool m_value;
+    bool value;
 };
 
 /// Any value. It owns a copy of what it holds and is transparent: all queries and casts are answered by that value.
@@ -336,9 +336,9 @@ public:
     KX_TAny();
     /// Holds a copy of `value`, which is of exactly the class `Value`.
     template <class Value, class = std::enable_if_t<std::is_base_of_v<KX_TObject, Value>>>
-    KX_TAny(const Value& value)
-        : m_value(new Value(value))
-        , m_copy(&CopyOf<Value>)
+    KX_TAny(const Value& theValue)
+        : value(new Value(theValue))
+        , copy(&CopyOf<Value>)
     {
     }
     KX_TAny(const KX_TAny& other);
@@ -358,8 +358,8 @@ private:
         return new Value(dynamic_cast<const Value&>(value));
     }
 
-    std::unique_ptr<KX_TObject> m_value;      // null: holds nothing
-    KX_TObject* (*m_copy)(const KX_TObject&); // a new heap copy of m_value, as its own class
+    std::unique_ptr<KX_TObject> value;      // null: holds nothing
+    KX_TObject* (*copy)(const KX_TObject&); // a new heap copy of value, as its own class
 };
 
 /// Values in order, addressed by position from 0.
@@ -381,7 +381,7 @@ public:
     const void* KX_DynamicInfo(const char* typeName) const override;
 
 private:
-    std::vector<KX_TAny> m_elements;
+    std::vector<KX_TAny> elements;
 };
 
 /// An array under a name of its own: the class of stack traces.
@@ -418,7 +418,7 @@ protected:
     KX_TConstIterator(); ///< for a container's own walk, which overrides all operations
 
 private:
-    std::unique_ptr<KX_TConstIterator> m_walk; // the container's own walk; null in that one itself
+    std::unique_ptr<KX_TConstIterator> walk; // the container's own walk; null in that one itself
 };
 
 /// Something that a KX_TConstIterator can walk.
@@ -465,7 +465,7 @@ private:
     };
     using Entries = std::map<std::string, Entry>; // by the bytes of the key
 
-    Entries m_entries;
+    Entries entries;
 };
 
 /// Base of all exceptions that a library throws to its host. Not a std::exception. Thrown by
@@ -478,7 +478,7 @@ class KX_EXPORT KX_EException : public KX_TObject,
 {
 public:
     KX_EException();
-    explicit KX_EException(const KX_TString& message);
+    explicit KX_EException(const KX_TString& theMessage);
     KX_EException(const KX_EException&);
     KX_EException& operator=(const KX_EException&);
     ~KX_EException() override;
@@ -492,7 +492,7 @@ public:
     virtual KX_TAny& KX_Data();
 
     /// Records where the exception is thrown: line and zero-terminated file name. Gives the object itself.
-    KX_EException& __PREPARE_FOR_THROW__(std::uint32_t line, const char* file);
+    KX_EException& __PREPARE_FOR_THROW__(std::uint32_t theLine, const char* theFile);
 
     static const char* KX_ClassName();
     static const KX_TClass* KX_ClassObject();
@@ -508,9 +508,9 @@ public:
     void PrintOn(std::ostream& stream) const override;
 
 private:
-    KX_TString m_message;
-    std::string m_file;
-    std::uint32_t m_line;
-    KX_TList m_stackTrace;
-    KX_TAny m_data;
+    KX_TString message;
+    std::string file;
+    std::uint32_t line;
+    KX_TList stackTrace;
+    KX_TAny data;
 };

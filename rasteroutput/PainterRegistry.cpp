@@ -8,21 +8,21 @@ namespace RasterOutput
 {
     namespace
     {
-        constexpr Registry<Painter> painters("painter");
+        constexpr Registry<Painter> Painters("painter");
     }
 
     void RegisterPainter(const std::string& identifier, PainterCreator creator)
     {
-        painters.Register(identifier, creator);
+        Painters.Register(identifier, creator);
     }
 
     void UnregisterPainter(const std::string& identifier)
     {
-        painters.Unregister(identifier);
+        Painters.Unregister(identifier);
     }
 
     boost::shared_ptr<Painter> MakePainter(const std::string& identifier)
     {
-        return painters.Make(identifier);
+        return Painters.Make(identifier);
     }
 }

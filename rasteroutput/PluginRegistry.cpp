@@ -8,21 +8,21 @@ namespace RasterOutput
 {
     namespace
     {
-        constexpr Registry<Plugin> plugins("plugin");
+        constexpr Registry<Plugin> Plugins("plugin");
     }
 
     void RegisterPlugin(const std::string& identifier, PluginCreator creator)
     {
-        plugins.Register(identifier, creator);
+        Plugins.Register(identifier, creator);
     }
 
     void UnregisterPlugin(const std::string& identifier)
     {
-        plugins.Unregister(identifier);
+        Plugins.Unregister(identifier);
     }
 
     boost::shared_ptr<Plugin> MakePlugin(const std::string& identifier)
     {
-        return plugins.Make(identifier);
+        return Plugins.Make(identifier);
     }
 }

@@ -10,8 +10,8 @@ namespace RasterOutput
 {
     namespace
     {
-        constexpr char oneBitRefused[] = "1 bit data is not supported by this painter process";
-        constexpr char eightBitRefused[] = "8 bit data is not supported by this painter process";
+        constexpr char OneBitRefused[] = "1 bit data is not supported by this painter process";
+        constexpr char EightBitRefused[] = "8 bit data is not supported by this painter process";
 
         // A long job may pass the range of a counter, which then wraps round rather than stop the job.
         void Advance(std::int32_t& counter, std::int32_t by)
@@ -114,12 +114,12 @@ namespace RasterOutput
 
     void Processor::ProcessScanLine1Bit(const ScanLineRef&)
     {
-        throw Exception(oneBitRefused);
+        throw Exception(OneBitRefused);
     }
 
     void Processor::ProcessScanLine8Bit(const ScanLineRef&)
     {
-        throw Exception(eightBitRefused);
+        throw Exception(EightBitRefused);
     }
 
     void Processor::ProcessRasterBand1Bit(const RasterBandRef& band)
@@ -134,12 +134,12 @@ namespace RasterOutput
 
     void Processor::ProcessTile1Bit(const RawChunkRef&)
     {
-        throw Exception(oneBitRefused);
+        throw Exception(OneBitRefused);
     }
 
     void Processor::ProcessTile8Bit(const RawChunkRef&)
     {
-        throw Exception(eightBitRefused);
+        throw Exception(EightBitRefused);
     }
 
     void Processor::SplitIntoScanLines(const RasterBandRef& band)

@@ -14,13 +14,13 @@ namespace RasterOutput
         // The first byte stands for the whole plane, unless it mixes set and clear bits.
         bool IsUniformPlane(const RawChunkRef::Plane& plane, std::uint32_t bitsPerComponent)
         {
-            constexpr unsigned char allBitsSet = 0xFF;
+            constexpr unsigned char AllBitsSet = 0xFF;
             const unsigned char first = *plane.begin;
             if (first == 0)
             {
                 return PixelScan::firstNonZero(plane.begin, plane.end) == plane.end;
             }
-            if (bitsPerComponent == 1 && first != allBitsSet)
+            if (bitsPerComponent == 1 && first != AllBitsSet)
             {
                 return false;
             }

@@ -11,16 +11,15 @@ class HostLocale
 {
 public:
     HostLocale()
-        : m_former(
-              std::locale::global(std::locale(std::locale(std::locale::classic(), new Punctuation), new Conversion)))
-        , m_formerC(std::setlocale(LC_ALL, nullptr))
+        : former(std::locale::global(std::locale(std::locale(std::locale::classic(), new Punctuation), new Conversion)))
+        , formerC(std::setlocale(LC_ALL, nullptr))
     {
         std::setlocale(LC_ALL, "de_DE.UTF-8");
     }
     ~HostLocale()
     {
-        std::locale::global(m_former);
-        std::setlocale(LC_ALL, m_formerC.c_str());
+        std::locale::global(former);
+        std::setlocale(LC_ALL, formerC.c_str());
     }
 
 private:
@@ -47,6 +46,6 @@ private:
         }
     };
 
-    std::locale m_former;
-    std::string m_formerC;
+    std::locale former;
+    std::string formerC;
 };

@@ -1,11 +1,11 @@
 // The kernels on every kind of vectors that this machine has, line by line over a whole separation, beside memcpy of the
 // same lines. Each is checked against the plain loop before it is timed.
-#include "PlainLoops.h"
-#include "Plates.h"
+#include "bench/cip3output/Plates.h"
 #include "cip3output/kernels/ASCII85.h"
 #include "cip3output/kernels/ASCIIHex.h"
 #include "cip3output/kernels/Invert.h"
 #include "cip3output/kernels/RunLength.h"
+#include "tests/cip3output/PlainLoops.h"
 
 #include <benchmark/benchmark.h>
 #include <hwy/highway.h>

@@ -1,11 +1,11 @@
 // The whole road of a scan line, from the decoder's buffer into the document: invert, compress, encode, append. The
 // document's memory is new each time, as it is in a conversion; its file is the null device.
-#include "PlainLoops.h"
-#include "Plates.h"
+#include "bench/cip3output/Plates.h"
 #include "cip3output/CIP3Painter.h"
 #include "cip3output/CIP3ParameterExtractor.h"
 #include "rasteroutput/ExtractionDispatcher.h"
 #include "rasteroutput/ScanLineRef.h"
+#include "tests/cip3output/PlainLoops.h"
 
 #include <benchmark/benchmark.h>
 

@@ -1,7 +1,7 @@
 // The separations that the filters and the painter are measured on: one of each kind, at plate size.
 #pragma once
 
-#include "Pages.h"
+#include "bench/pages/Pages.h"
 
 #include <cstddef>
 #include <cstdint>

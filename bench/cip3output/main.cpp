@@ -1,5 +1,5 @@
 // Says what is measured, and on what, before Google Benchmark measures it.
-#include "Plates.h"
+#include "bench/cip3output/Plates.h"
 
 #include <benchmark/benchmark.h>
 #include <hwy/highway.h>

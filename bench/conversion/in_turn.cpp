@@ -3,17 +3,17 @@
 // One line: the median wall time of each in milliseconds, the median of the ratios A/B pair by pair with the smallest and
 // the largest, and the peak resident memory of each in MiB. A command that fails ends it all.
 
-#include <fcntl.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <vector>
+
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace
 {

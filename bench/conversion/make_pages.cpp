@@ -2,7 +2,7 @@
 // greyscale pages of the three kinds, uncompressed and Deflate, and a 20000 x 28000 plate in CCITT Group 4. With it: one
 // uncompressed page, 30000 pixels wide, of that many gigabytes.
 
-#include "Pages.h"
+#include "bench/pages/Pages.h"
 
 #include <tiffio.h>
 

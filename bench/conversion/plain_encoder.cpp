@@ -44,15 +44,15 @@ namespace
     class Ascii85
     {
     public:
-        explicit Ascii85(std::FILE* file)
-            : m_file(file)
+        explicit Ascii85(std::FILE* theFile)
+            : file(theFile)
         {
         }
 
         void Put(std::uint8_t byte)
         {
-            m_group = m_group << 8 | byte;
-            if (++m_count == 4)
+            group = group << 8 | byte;
+            if (++count == 4)
             {
                 Group();
             }
@@ -61,27 +61,27 @@ namespace
     private:
         void Group()
         {
-            if (m_group == 0)
+            if (group == 0)
             {
-                std::putc('z', m_file);
+                std::putc('z', file);
             }
             else
             {
                 char digits[5];
                 for (int i = 4; i >= 0; --i)
                 {
-                    digits[i] = static_cast<char>('!' + m_group % 85);
-                    m_group /= 85;
+                    digits[i] = static_cast<char>('!' + group % 85);
+                    group /= 85;
                 }
-                std::fwrite(digits, 1, sizeof digits, m_file);
+                std::fwrite(digits, 1, sizeof digits, file);
             }
-            m_group = 0;
-            m_count = 0;
+            group = 0;
+            count = 0;
         }
 
-        std::FILE* m_file;
-        std::uint32_t m_group = 0;
-        int m_count = 0;
+        std::FILE* file;
+        std::uint32_t group = 0;
+        int count = 0;
     };
 }
 

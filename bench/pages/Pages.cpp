@@ -1,4 +1,4 @@
-#include "Pages.h"
+#include "bench/pages/Pages.h"
 
 #include <algorithm>
 #include <random>

@@ -54,12 +54,12 @@ namespace
         Report(state);
     }
 
-    void FirstNonZero(benchmark::State& state)
+    void firstNonZero(benchmark::State& state)
     {
         TimeSearch(state, 0, [](const Byte* begin, const Byte* end) { return PixelScan::firstNonZero(begin, end); });
     }
 
-    void FirstOtherThan(benchmark::State& state)
+    void firstOtherThan(benchmark::State& state)
     {
         TimeSearch(
             state, paper,
@@ -73,8 +73,8 @@ namespace
     }
 
     BENCHMARK(Memcpy)->Apply(Configure);
-    BENCHMARK(FirstNonZero)->Apply(Configure);
-    BENCHMARK(FirstOtherThan)->Apply(Configure);
+    BENCHMARK(firstNonZero)->Apply(Configure);
+    BENCHMARK(firstOtherThan)->Apply(Configure);
 }
 
 int main(int argc, char** argv)

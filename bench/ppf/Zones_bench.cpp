@@ -2,6 +2,10 @@
 // structure beside memchr over the file. Bytes per second are decoded pixels for the first and bytes of the file for
 // the second. Every file's zones are compared with those of its pixels before they are timed.
 
+#include "ppf/Check.h"
+#include "ppf/DocumentReader.h"
+#include "ppf/InkColumns.h"
+
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
@@ -11,10 +15,6 @@
 #include <random>
 #include <string>
 #include <vector>
-
-#include "ppf/Check.h"
-#include "ppf/DocumentReader.h"
-#include "ppf/InkColumns.h"
 
 namespace
 {
@@ -196,12 +196,12 @@ namespace
         std::vector<double> zones;
         for (auto _ : state)
         {
-            const ppf::Document document = ppf::ReadDocument(file);
-            const ppf::Surface& surface = document.sheets.at(0).surfaces.at(0);
+            const Ppf::Document document = Ppf::ReadDocument(file);
+            const Ppf::Surface& surface = document.sheets.at(0).surfaces.at(0);
             separations = surface.previews.size();
-            for (const ppf::Preview& preview : surface.previews)
+            for (const Ppf::Preview& preview : surface.previews)
             {
-                zones = ppf::Measure(document, preview).inks[0].Zones(ppf::EdgesOfEqualZones(width, zoneCount));
+                zones = Ppf::Measure(document, preview).inks[0].Zones(Ppf::EdgesOfEqualZones(width, zoneCount));
             }
         }
         if (!AreZonesRight(pixels, zones))
@@ -234,7 +234,7 @@ namespace
         const std::string file = MakeFile(encoding, MakePixels(photo));
         for (auto _ : state)
         {
-            if (!ppf::Check(file, ppf::CheckDepth::structure).empty())
+            if (!Ppf::Check(file, Ppf::CheckDepth::Structure).empty())
             {
                 state.SkipWithError("the file is not well formed");
             }

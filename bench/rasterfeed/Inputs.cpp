@@ -1,9 +1,10 @@
 // Inputs on disk, since what is measured begins with the file.
-#include "Inputs.h"
+#include "bench/rasterfeed/Inputs.h"
 
 #include <filesystem>
 #include <fstream>
 #include <memory>
+
 #include <unistd.h>
 
 namespace

@@ -1,8 +1,8 @@
 // The TIFFs that the benchmarks read, made once per run in a temporary folder.
 #pragma once
 
-#include "Pages.h"
-#include "TiffMaker.h"
+#include "bench/pages/Pages.h"
+#include "tests/layers/rasterfeed/TiffMaker.h"
 
 #include <string>
 

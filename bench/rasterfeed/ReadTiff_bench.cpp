@@ -1,16 +1,17 @@
 // Whole TIFFs from file to 8-bit lines, each beside a program's plainest use of libtiff on the same file: TIFFReadScanline
 // over a mapped file, line by line. The ratio of the two is what the layer costs or saves.
 
-#include "Inputs.h"
+#include "bench/rasterfeed/Inputs.h"
 
 #include <FileBlockLib.h>
 #include <RasterFeedLib.h>
 
-#include <algorithm>
 #include <benchmark/benchmark.h>
+#include <tiffio.h>
+
+#include <algorithm>
 #include <cstring>
 #include <stdexcept>
-#include <tiffio.h>
 #include <vector>
 
 namespace
@@ -37,13 +38,17 @@ namespace
         const RasterFeedHandle reader = RasterFeedInit(&record);
         RasterFeedImageHeader header;
         if (reader == nullptr || RasterFeedHeader(reader, &header) != 0)
+        {
             Fail();
+        }
         std::vector<unsigned char> line(header.lineLength);
         unsigned char* const list[] = {line.data()};
         for (std::uint32_t i = 0; i < header.lineCount; ++i)
         {
             if (RasterFeedLine(reader, list, 1) != 0)
+            {
                 Fail();
+            }
             use(i, line.data());
         }
         RasterFeedEnd(reader, nullptr);
@@ -58,7 +63,9 @@ namespace
         for (std::uint32_t y = 0; y < height; ++y)
         {
             if (TIFFReadScanline(tiff, line.data(), y, 0) != 1)
+            {
                 Fail();
+            }
             benchmark::DoNotOptimize(line.data());
         }
         TIFFClose(tiff);
@@ -80,11 +87,15 @@ namespace
             [&](std::uint32_t y, const unsigned char* line)
             {
                 if (y % 100 != 0 && y + 1 != input.form.height)
+                {
                     return;
+                }
                 for (std::uint32_t x = 0; x < input.form.width; ++x)
                 {
                     if (line[x] != input.rule(x, y) * 255 / highest)
+                    {
                         throw std::runtime_error(input.name + ": wrong pixels");
+                    }
                 }
             });
     }
@@ -98,9 +109,13 @@ namespace
         for ([[maybe_unused]] const auto iteration : state)
         {
             if (byLayer)
+            {
                 ReadByLayer(path, [](std::uint32_t, unsigned char* line) { benchmark::DoNotOptimize(line); });
+            }
             else
+            {
                 ReadByLibtiff(path);
+            }
         }
         state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations()) * input.form.width * input.form.height);
     }
@@ -171,7 +186,9 @@ int main(int argc, char** argv)
     }
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
+    {
         return 1;
+    }
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
 }

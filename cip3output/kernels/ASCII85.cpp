@@ -301,11 +301,11 @@ namespace RasterOutput::Kernels
             {
                 const hn::Half<D> half;
                 using HalfDigits = Digits<hn::Vec<decltype(half)>>;
-                constexpr std::size_t groups = hn::MaxLanes(half);
+                constexpr std::size_t Groups = hn::MaxLanes(half);
                 const HalfDigits lower{hn::LowerHalf(half, digits.leading), hn::LowerHalf(half, digits.others)};
                 const HalfDigits upper{hn::UpperHalf(half, digits.leading), hn::UpperHalf(half, digits.others)};
-                output = ForEachBlock(half, lower, zeros & ((std::size_t{1} << groups) - 1), output, step);
-                return ForEachBlock(half, upper, zeros >> groups, output, step);
+                output = ForEachBlock(half, lower, zeros & ((std::size_t{1} << Groups) - 1), output, step);
+                return ForEachBlock(half, upper, zeros >> Groups, output, step);
             }
             else
             {
@@ -370,22 +370,22 @@ namespace RasterOutput::Kernels
         EncodeVectors(D tag, const unsigned char*& input, std::size_t& groups, unsigned char* output)
         {
             const hn::Repartition<unsigned char, D> byteTag;
-            constexpr std::size_t lanes = hn::MaxLanes(tag);
-            constexpr std::size_t allZeros = (std::size_t{1} << lanes) - 1;
+            constexpr std::size_t Lanes = hn::MaxLanes(tag);
+            constexpr std::size_t AllZeros = (std::size_t{1} << Lanes) - 1;
             const DigitMaker<D> makeDigits;
             const BlockStore<D> store;
-            for (; groups >= lanes; groups -= lanes)
+            for (; groups >= Lanes; groups -= Lanes)
             {
                 const auto bytes = hn::BitCast(tag, hn::LoadU(byteTag, input));
                 const auto zero = hn::Eq(bytes, hn::Zero(tag));
                 unsigned char maskBytes[8] = {};
                 hn::StoreMaskBits(tag, zero, maskBytes);
                 const std::size_t zeros = maskBytes[0] | static_cast<std::size_t>(maskBytes[1]) << 8;
-                input += lanes * ASCII85GroupSize;
-                if (zeros == allZeros)
+                input += Lanes * ASCII85GroupSize;
+                if (zeros == AllZeros)
                 {
-                    std::memset(output, ZeroGroup, lanes);
-                    output += lanes;
+                    std::memset(output, ZeroGroup, Lanes);
+                    output += Lanes;
                 }
                 else
                 {

@@ -131,16 +131,16 @@ namespace RasterOutput::Kernels
 
         /// Writes the places of all `count` bits of `bits`, the lowest of which stands for `place`. Up to `few` of them
         /// are written without a look at how many there are.
-        template <std::size_t few>
+        template <std::size_t Few>
         HWY_INLINE void PutPlaces(std::uint64_t bits, std::size_t place, std::size_t count, std::uint16_t* places)
         {
-            constexpr std::uint64_t topBit = std::uint64_t{1} << 63;
-            if (count <= few)
+            constexpr std::uint64_t TopBit = std::uint64_t{1} << 63;
+            if (count <= Few)
             {
                 // Always all steps, as their number is not to be foreseen. The bit keeps something to be found.
-                for (std::size_t i = 0; i < few; ++i, bits &= bits - 1)
+                for (std::size_t i = 0; i < Few; ++i, bits &= bits - 1)
                 {
-                    places[i] = static_cast<std::uint16_t>(place + hwy::Num0BitsBelowLS1Bit_Nonzero64(bits | topBit));
+                    places[i] = static_cast<std::uint16_t>(place + hwy::Num0BitsBelowLS1Bit_Nonzero64(bits | TopBit));
                 }
                 return;
             }

@@ -1,14 +1,14 @@
 // Any bytes as a print production file: everything that a program does with one, short of writing to disk. Beyond not
 // crashing, it holds that what the check calls well formed can be measured and drawn, and that coverage is a per cent.
 
-#include <cstdint>
-#include <cstdlib>
-#include <string_view>
-
 #include "ppf/Check.h"
 #include "ppf/DocumentReader.h"
 #include "ppf/InkColumns.h"
 #include "ppf/Pictures.h"
+
+#include <cstdint>
+#include <cstdlib>
+#include <string_view>
 
 namespace
 {
@@ -25,26 +25,26 @@ namespace
         return value >= 0 && value <= 100.000001;
     }
 
-    void Use(const ppf::Document& document, const ppf::Preview& preview)
+    void Use(const Ppf::Document& document, const Ppf::Preview& preview)
     {
-        constexpr std::uint64_t longestSide = 64;
-        constexpr double zoneWidth = 2.7;
+        constexpr std::uint64_t LongestSide = 64;
+        constexpr double ZoneWidth = 2.7;
         const std::uint64_t columns = preview.UprightWidth();
-        for (const ppf::InkColumns& ink : ppf::Measure(document, preview).inks)
+        for (const Ppf::InkColumns& ink : Ppf::Measure(document, preview).inks)
         {
             Require(IsPerCent(ink.Coverage()));
-            for (const double zone : ink.Zones(ppf::EdgesOfEqualZones(columns, 7)))
+            for (const double zone : ink.Zones(Ppf::EdgesOfEqualZones(columns, 7)))
             {
                 Require(IsPerCent(zone));
             }
-            Require(IsPerCent(ink.Zones(ppf::EdgesOfZones(columns, zoneWidth)).back()));
+            Require(IsPerCent(ink.Zones(Ppf::EdgesOfZones(columns, ZoneWidth)).back()));
         }
-        for (const ppf::Picture& picture : ppf::ScaledPictures(document, preview, longestSide))
+        for (const Ppf::Picture& picture : Ppf::ScaledPictures(document, preview, LongestSide))
         {
             Require(picture.ink.size() == picture.width * picture.height);
         }
         std::uint64_t rows = 0;
-        ppf::DrawUpright(document, preview, preview.components - 1, [&](const unsigned char*) { ++rows; });
+        Ppf::DrawUpright(document, preview, preview.components - 1, [&](const unsigned char*) { ++rows; });
         Require(rows == preview.UprightHeight());
     }
 }
@@ -52,22 +52,22 @@ namespace
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     const std::string_view bytes(reinterpret_cast<const char*>(data), size);
-    const ppf::Document document = ppf::ReadDocument(bytes);
-    const bool isWellFormed = ppf::Check(document, ppf::CheckDepth::everything).empty();
-    Require(!isWellFormed || ppf::Check(document, ppf::CheckDepth::structure).empty());
-    for (const ppf::Sheet& sheet : document.sheets)
+    const Ppf::Document document = Ppf::ReadDocument(bytes);
+    const bool isWellFormed = Ppf::Check(document, Ppf::CheckDepth::Everything).empty();
+    Require(!isWellFormed || Ppf::Check(document, Ppf::CheckDepth::Structure).empty());
+    for (const Ppf::Sheet& sheet : document.sheets)
     {
         Require(sheet.offset + sheet.length <= size);
-        for (const ppf::Surface& surface : sheet.surfaces)
+        for (const Ppf::Surface& surface : sheet.surfaces)
         {
-            for (const ppf::Preview& preview : surface.previews)
+            for (const Ppf::Preview& preview : surface.previews)
             {
                 Require(preview.inks.size() == preview.components);
                 try
                 {
                     Use(document, preview);
                 }
-                catch (const ppf::FormatError& error)
+                catch (const Ppf::FormatError& error)
                 {
                     Require(error.AsFinding().offset <= size);
                 }

@@ -1,8 +1,8 @@
 // Writes the fuzzer's first seeds to the folder named on the command line: one small file for each way of decoding, and one
 // for each edit that leads into a branch of its own.
 
-#include "TiffEditor.h"
-#include "TiffMaker.h"
+#include "tests/layers/rasterfeed/TiffEditor.h"
+#include "tests/layers/rasterfeed/TiffMaker.h"
 
 #include <filesystem>
 #include <fstream>
@@ -19,7 +19,9 @@ namespace
 int main(int argc, char** argv)
 {
     if (argc != 2)
+    {
         return 2;
+    }
     const std::filesystem::path folder = argv[1];
     struct Coding
     {
@@ -58,7 +60,9 @@ int main(int argc, char** argv)
         form.bigTiff = true;
         form.orientation = 3;
         if (coding.compression != COMPRESSION_JPEG)
+        {
             form.fillOrder = 2;
+        }
         form.tileWidth = 16;
         form.tileLength = 16;
         Write(folder, std::string(coding.name) + "-tiles", MakeTiff(form, MixedSamples(form.bits)));

@@ -1,7 +1,7 @@
 // Any bytes as a TIFF, read to the end or the first refusal. The last byte chooses what goes wrong below the reader, so that
 // failing reads, exceptions and a file that shrinks are met in every state.
 
-#include "MemoryFile.h"
+#include "tests/layers/rasterfeed/MemoryFile.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -12,7 +12,7 @@
 namespace
 {
     // Enough to come into every strip and tile of a small image, few enough that a large one does not stop the fuzzer.
-    constexpr std::uint64_t mostBytes = 8u << 20;
+    constexpr std::uint64_t MostBytes = 8u << 20;
 
     HostFaults ChooseFaults(std::uint8_t choice, std::size_t size)
     {
@@ -40,16 +40,22 @@ namespace
     {
         RasterFeedImageHeader header;
         if (RasterFeedHeader(reader, &header) != 0)
+        {
             return;
+        }
         if (header.widthExtent < 1 || header.unitsPerInch < 1 || header.lineLength == 0 || header.lineCount == 0)
+        {
             std::abort();
+        }
         std::vector<unsigned char> line(header.lineLength);
         unsigned char* const list[] = {line.data()};
         std::uint64_t bytes = 0;
-        for (std::uint32_t i = 0; i < header.lineCount && bytes < mostBytes; ++i, bytes += header.lineLength + 64)
+        for (std::uint32_t i = 0; i < header.lineCount && bytes < MostBytes; ++i, bytes += header.lineLength + 64)
         {
             if (RasterFeedLine(reader, list, 1) != 0)
+            {
                 return;
+            }
         }
     }
 }
@@ -64,7 +70,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     {
         reader = RasterFeedInit(&record);
         if (reader != nullptr)
+        {
             ReadAll(reader);
+        }
     }
     catch (const HostFailure&)
     {
@@ -72,8 +80,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     std::int32_t scratch;
     if (reader != nullptr)
+    {
         RasterFeedEnd(reader, &scratch);
+    }
     if (MemoryFile::Closed() != MemoryFile::Opened())
+    {
         std::abort();
+    }
     return 0;
 }

@@ -1,8 +1,8 @@
 // The block operations on files of the system: a position, and a descriptor that reads at positions.
 
-#include <FileBlockLib.h>
+#include "fileblock/FileDescriptor.h"
 
-#include "FileDescriptor.h"
+#include <FileBlockLib.h>
 
 #include <cerrno>
 #include <cstring>
@@ -38,7 +38,9 @@ FileBlock FileBlockAlloc(std::uint32_t, const char* access)
 {
     const FileBlock block = new (std::nothrow) FileBlockRecord;
     if (block != nullptr)
+    {
         block->sequential = access != nullptr && std::strstr(access, "SEQ") != nullptr;
+    }
     return block;
 }
 
@@ -51,9 +53,13 @@ std::int32_t FileBlockOpen(FileBlock block, const char* name, const char* defaul
         if (defaultExtension != nullptr && !std::filesystem::path(name).has_extension())
         {
             if (OpenNamed(*block, std::string(name) + defaultExtension))
+            {
                 return 0;
+            }
             if (!IsMissing(block->file))
+            {
                 return -1;
+            }
         }
         return OpenNamed(*block, name) ? 0 : -1;
     }
@@ -68,10 +74,14 @@ std::int32_t FileBlockOpen(FileBlock block, const char* name, const char* defaul
 std::int64_t FileBlockSeek(FileBlock block, std::uint32_t position)
 {
     if (!block->file.IsOpen())
+    {
         return -1;
+    }
     const std::int64_t size = block->file.Size();
     if (size < 0)
+    {
         return -1;
+    }
     block->position = position;
     return size > position ? size - position : 0;
 }
@@ -79,10 +89,14 @@ std::int64_t FileBlockSeek(FileBlock block, std::uint32_t position)
 std::int64_t FileBlockRead(FileBlock block, void* buffer, std::uint32_t size)
 {
     if (!block->file.IsOpen())
+    {
         return -1;
+    }
     const std::int64_t count = block->file.ReadAt(block->position, buffer, size);
     if (count > 0)
+    {
         block->position += static_cast<std::uint64_t>(count);
+    }
     return count;
 }
 
@@ -105,7 +119,9 @@ std::string FileBlockName(FileBlock block)
 std::string FileBlockProblem(FileBlock block)
 {
     if (block->memoryExhausted)
+    {
         return "memory is exhausted";
+    }
     switch (block->file.Problem())
     {
     case FileDescriptor::Trouble::NotRegular:

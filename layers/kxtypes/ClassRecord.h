@@ -6,7 +6,7 @@
 
 #include <cstring>
 
-namespace kxtypes
+namespace KxTypes
 {
     template <class Class>
     KX_TObject* NewOf()

@@ -1,9 +1,9 @@
 // The library's own failures are of the root class: hosts read the message.
-#include "Failure.h"
+#include "kxtypes/Failure.h"
 
 #include <kxtypes.h>
 
-namespace kxtypes
+namespace KxTypes
 {
     void ThrowFailure(const std::string& message, std::uint32_t line, const char* file)
     {

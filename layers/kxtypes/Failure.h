@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-namespace kxtypes
+namespace KxTypes
 {
     /// Throws a KX_EException with `message`, prepared with `line` and `file`.
     [[noreturn]] void ThrowFailure(const std::string& message, std::uint32_t line, const char* file);

@@ -14,7 +14,9 @@ bool __KX_INITIALIZATION_FUNCTION_kxtypes__()
               &KX_TUInt32::KX_ClassObject, &KX_TBool::KX_ClassObject, &KX_TAny::KX_ClassObject,
               &KX_TArray::KX_ClassObject, &KX_TList::KX_ClassObject, &KX_TDict::KX_ClassObject,
               &KX_EException::KX_ClassObject})
+        {
             classObject();
+        }
     }
     catch (const std::bad_alloc&)
     {

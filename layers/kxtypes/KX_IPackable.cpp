@@ -1,5 +1,5 @@
 // What a packable object can do once its class can pack and unpack it.
-#include "PackBuffer.h"
+#include "kxtypes/PackBuffer.h"
 
 #include <kxtypes.h>
 
@@ -16,8 +16,8 @@ void KX_IPackable::KX_Move(void* target)
     // Both objects are of one class, so this interface lies at the same place in both.
     const auto place = reinterpret_cast<char*>(this) - static_cast<char*>(KX_Self());
     auto* const other = reinterpret_cast<KX_IPackable*>(static_cast<char*>(target) + place);
-    const kxtypes::PackedPieces content = kxtypes::Packed(*this);
-    kxtypes::PieceReader reader(content);
+    const KxTypes::PackedPieces content = KxTypes::Packed(*this);
+    KxTypes::PieceReader reader(content);
     other->KX_Unpack(reader);
 }
 
@@ -37,6 +37,8 @@ std::uint32_t KX_IPackable::KX_PackTypeID() const
     // FNV-1a for 32 bits: Fowler, Noll, Vo; offset basis and prime as in RFC 9923.
     std::uint32_t hash = 2166136261u;
     for (const char* byte = KX_PackClassObject().name; *byte != '\0'; ++byte)
+    {
         hash = (hash ^ static_cast<unsigned char>(*byte)) * 16777619u;
+    }
     return hash;
 }

@@ -1,13 +1,13 @@
 // The number classes and the boolean. A cast of one by its own name gives the address of the plain number, which lies
 // behind the object's head; that is how readers get at it without a call.
-#include "ClassRecord.h"
+#include "kxtypes/ClassRecord.h"
 
 #include <kxtypes.h>
 
 // NOLINTBEGIN(bugprone-macro-parentheses): the arguments are types
 #define KX_DEFINE_NUMBER_CLASS(Class, Number)                                                                          \
-    Class::Class(Number value)                                                                                         \
-        : m_value(value)                                                                                               \
+    Class::Class(Number theValue)                                                                                      \
+        : value(theValue)                                                                                              \
     {                                                                                                                  \
     }                                                                                                                  \
     Class::Class(const Class&) = default;                                                                              \
@@ -15,7 +15,7 @@
     Class::~Class() = default;                                                                                         \
     Number Class::Value() const                                                                                        \
     {                                                                                                                  \
-        return m_value;                                                                                                \
+        return value;                                                                                                  \
     }                                                                                                                  \
     const char* Class::KX_ClassName()                                                                                  \
     {                                                                                                                  \
@@ -23,7 +23,7 @@
     }                                                                                                                  \
     const KX_TClass* Class::KX_ClassObject()                                                                           \
     {                                                                                                                  \
-        return kxtypes::ClassObjectOf<Class>(KX_TObject::KX_ClassObject());                                            \
+        return KxTypes::ClassObjectOf<Class>(KX_TObject::KX_ClassObject());                                            \
     }                                                                                                                  \
     void* Class::KX_Self()                                                                                             \
     {                                                                                                                  \
@@ -31,7 +31,7 @@
     }                                                                                                                  \
     const void* Class::KX_DynamicInfo(const char* typeName) const                                                      \
     {                                                                                                                  \
-        if (const void* const own = kxtypes::OwnDynamicInfo<Class>(typeName, &m_value))                                \
+        if (const void* const own = KxTypes::OwnDynamicInfo<Class>(typeName, &value))                                  \
             return own;                                                                                                \
         return KX_TObject::KX_DynamicInfo(typeName);                                                                   \
     }

@@ -1,6 +1,6 @@
 // Values by position.
-#include "ClassRecord.h"
-#include "Failure.h"
+#include "kxtypes/ClassRecord.h"
+#include "kxtypes/Failure.h"
 
 #include <kxtypes.h>
 
@@ -11,21 +11,23 @@ KX_TArray::~KX_TArray() = default;
 
 std::uint32_t KX_TArray::Count() const
 {
-    return static_cast<std::uint32_t>(m_elements.size());
+    return static_cast<std::uint32_t>(elements.size());
 }
 
 const KX_TAny& KX_TArray::At(std::uint32_t index) const
 {
-    if (index >= m_elements.size())
-        kxtypes::ThrowFailure(
-            "No element " + std::to_string(index) + " in an array of " + std::to_string(m_elements.size()), __LINE__,
+    if (index >= elements.size())
+    {
+        KxTypes::ThrowFailure(
+            "No element " + std::to_string(index) + " in an array of " + std::to_string(elements.size()), __LINE__,
             __FILE__);
-    return m_elements[index];
+    }
+    return elements[index];
 }
 
 void KX_TArray::Append(const KX_TAny& value)
 {
-    m_elements.push_back(value);
+    elements.push_back(value);
 }
 
 const char* KX_TArray::KX_ClassName()
@@ -35,7 +37,7 @@ const char* KX_TArray::KX_ClassName()
 
 const KX_TClass* KX_TArray::KX_ClassObject()
 {
-    return kxtypes::ClassObjectOf<KX_TArray>(KX_TObject::KX_ClassObject());
+    return KxTypes::ClassObjectOf<KX_TArray>(KX_TObject::KX_ClassObject());
 }
 
 void* KX_TArray::KX_Self()
@@ -45,7 +47,9 @@ void* KX_TArray::KX_Self()
 
 const void* KX_TArray::KX_DynamicInfo(const char* typeName) const
 {
-    if (const void* const own = kxtypes::OwnDynamicInfo<KX_TArray>(typeName, this))
+    if (const void* const own = KxTypes::OwnDynamicInfo<KX_TArray>(typeName, this))
+    {
         return own;
+    }
     return KX_TObject::KX_DynamicInfo(typeName);
 }

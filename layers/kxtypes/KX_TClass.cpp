@@ -20,15 +20,15 @@ namespace
     }
 }
 
-KX_TClass::KX_TClass(const char* className, std::uint32_t size, const KX_TClass* superclass, Factory factory)
+KX_TClass::KX_TClass(const char* className, std::uint32_t theSize, const KX_TClass* theSuperclass, Factory theFactory)
     : registered(0)
     , name(nullptr)
-    , m_name(className)
-    , m_superclass(superclass)
-    , m_factory(factory)
-    , m_size(size)
+    , ownName(className)
+    , superclass(theSuperclass)
+    , factory(theFactory)
+    , size(theSize)
 {
-    name = m_name.c_str();
+    name = ownName.c_str();
 }
 
 KX_TClass::~KX_TClass() = default;
@@ -40,21 +40,23 @@ KX_TClass* KX_TClass::GetClassObject(
     const std::lock_guard<std::mutex> lock(table.guard);
     std::unique_ptr<KX_TClass>& object = table.objects[name];
     if (object == nullptr)
+    {
         object.reset(new KX_TClass(name, size, superclass, factory));
+    }
     return object.get();
 }
 
 const KX_TClass* KX_TClass::Superclass() const
 {
-    return m_superclass;
+    return superclass;
 }
 
 std::uint32_t KX_TClass::Size() const
 {
-    return m_size;
+    return size;
 }
 
 KX_TObject* KX_TClass::New() const
 {
-    return m_factory != nullptr ? m_factory() : nullptr;
+    return factory != nullptr ? factory() : nullptr;
 }

@@ -3,27 +3,27 @@
 
 KX_TConstIterator::KX_TConstIterator() = default;
 KX_TConstIterator::KX_TConstIterator(const KX_IIteratable& container)
-    : m_walk(container.KX_NewWalk())
+    : walk(container.KX_NewWalk())
 {
 }
 KX_TConstIterator::~KX_TConstIterator() = default;
 
 bool KX_TConstIterator::IsDone() const
 {
-    return m_walk->IsDone();
+    return walk->IsDone();
 }
 
 const KX_IPackable& KX_TConstIterator::Key() const
 {
-    return m_walk->Key();
+    return walk->Key();
 }
 
 const KX_TAny& KX_TConstIterator::Value() const
 {
-    return m_walk->Value();
+    return walk->Value();
 }
 
 void KX_TConstIterator::Next()
 {
-    m_walk->Next();
+    walk->Next();
 }

@@ -1,6 +1,6 @@
 // Values by key, and the walk over them.
-#include "ClassRecord.h"
-#include "Failure.h"
+#include "kxtypes/ClassRecord.h"
+#include "kxtypes/Failure.h"
 
 #include <kxtypes.h>
 
@@ -12,19 +12,19 @@ namespace
     {
     public:
         explicit DictWalk(const Entries& entries)
-            : m_position(entries.begin())
-            , m_end(entries.end())
+            : position(entries.begin())
+            , end(entries.end())
         {
         }
 
-        bool IsDone() const override { return m_position == m_end; }
-        const KX_IPackable& Key() const override { return m_position->second.key; }
-        const KX_TAny& Value() const override { return m_position->second.value; }
-        void Next() override { ++m_position; }
+        bool IsDone() const override { return position == end; }
+        const KX_IPackable& Key() const override { return position->second.key; }
+        const KX_TAny& Value() const override { return position->second.value; }
+        void Next() override { ++position; }
 
     private:
-        typename Entries::const_iterator m_position;
-        typename Entries::const_iterator m_end;
+        typename Entries::const_iterator position;
+        typename Entries::const_iterator end;
     };
 }
 
@@ -33,7 +33,7 @@ KX_TDict::KX_TDict(const KX_TDict& other, std::uint32_t)
     : KX_IInterface(other)
     , KX_IIteratable(other)
     , KX_TObject(other)
-    , m_entries(other.m_entries)
+    , entries(other.entries)
 {
 }
 KX_TDict& KX_TDict::operator=(const KX_TDict&) = default;
@@ -41,23 +41,27 @@ KX_TDict::~KX_TDict() = default;
 
 bool KX_TDict::HasKey(const char* key) const
 {
-    return m_entries.count(key) != 0;
+    return entries.count(key) != 0;
 }
 
 KX_TAny& KX_TDict::At(const char* key)
 {
-    const auto entry = m_entries.find(key);
-    if (entry == m_entries.end())
-        kxtypes::ThrowFailure(
+    const auto entry = entries.find(key);
+    if (entry == entries.end())
+    {
+        KxTypes::ThrowFailure(
             std::string("No entry \"") + key + "\" in the dictionary", __LINE__, "layers/kxtypes/KX_TDict.cpp");
+    }
     return entry->second.value;
 }
 
 const KX_TString* KX_TDict::GetString(const char* key) const
 {
-    const auto entry = m_entries.find(key);
-    if (entry == m_entries.end())
+    const auto entry = entries.find(key);
+    if (entry == entries.end())
+    {
         return nullptr;
+    }
     const KX_TAny& value = entry->second.value;
     return static_cast<const KX_TString*>(
         value.DynamicCast(KX_TString::KX_ClassName(), "layers/kxtypes/KX_TDict.cpp", __LINE__));
@@ -70,7 +74,7 @@ void KX_TDict::Set(const char* key, const KX_TAny& value)
 
 void KX_TDict::Set(const KX_TString& key, const KX_TAny& value)
 {
-    m_entries.insert_or_assign(std::string(key.c_str(), key.Length()), Entry{key, value});
+    entries.insert_or_assign(std::string(key.c_str(), key.Length()), Entry{key, value});
 }
 
 const char* KX_TDict::KX_ClassName()
@@ -80,7 +84,7 @@ const char* KX_TDict::KX_ClassName()
 
 const KX_TClass* KX_TDict::KX_ClassObject()
 {
-    return kxtypes::ClassObjectOf<KX_TDict>(KX_TObject::KX_ClassObject());
+    return KxTypes::ClassObjectOf<KX_TDict>(KX_TObject::KX_ClassObject());
 }
 
 void* KX_TDict::KX_Self()
@@ -90,14 +94,18 @@ void* KX_TDict::KX_Self()
 
 const void* KX_TDict::KX_DynamicInfo(const char* typeName) const
 {
-    if (const void* const own = kxtypes::OwnDynamicInfo<KX_TDict>(typeName, this))
+    if (const void* const own = KxTypes::OwnDynamicInfo<KX_TDict>(typeName, this))
+    {
         return own;
-    if (kxtypes::SameName(typeName, "KX_IIteratable"))
+    }
+    if (KxTypes::SameName(typeName, "KX_IIteratable"))
+    {
         return static_cast<const KX_IIteratable*>(this);
+    }
     return KX_TObject::KX_DynamicInfo(typeName);
 }
 
 std::unique_ptr<KX_TConstIterator> KX_TDict::KX_NewWalk() const
 {
-    return std::make_unique<DictWalk<Entries>>(m_entries);
+    return std::make_unique<DictWalk<Entries>>(entries);
 }

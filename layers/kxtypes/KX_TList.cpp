@@ -1,5 +1,5 @@
 // The class of stack traces, which none of this library's exceptions records.
-#include "ClassRecord.h"
+#include "kxtypes/ClassRecord.h"
 
 #include <kxtypes.h>
 
@@ -15,7 +15,7 @@ const char* KX_TList::KX_ClassName()
 
 const KX_TClass* KX_TList::KX_ClassObject()
 {
-    return kxtypes::ClassObjectOf<KX_TList>(KX_TArray::KX_ClassObject());
+    return KxTypes::ClassObjectOf<KX_TList>(KX_TArray::KX_ClassObject());
 }
 
 void* KX_TList::KX_Self()
@@ -25,7 +25,9 @@ void* KX_TList::KX_Self()
 
 const void* KX_TList::KX_DynamicInfo(const char* typeName) const
 {
-    if (const void* const own = kxtypes::OwnDynamicInfo<KX_TList>(typeName, this))
+    if (const void* const own = KxTypes::OwnDynamicInfo<KX_TList>(typeName, this))
+    {
         return own;
+    }
     return KX_TArray::KX_DynamicInfo(typeName);
 }

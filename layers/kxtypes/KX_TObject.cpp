@@ -1,6 +1,6 @@
 // Class queries and the checked cast, all of which come down to KX_DynamicInfo of the object's class.
-#include "ClassRecord.h"
-#include "Failure.h"
+#include "kxtypes/ClassRecord.h"
+#include "kxtypes/Failure.h"
 
 #include <kxtypes.h>
 
@@ -23,7 +23,7 @@ const void* KX_IInterface::DynamicCast(const char* typeName, const char* file, s
     if (address == nullptr)
     {
         const std::string wanted = typeName != nullptr ? typeName : "(null)";
-        kxtypes::ThrowFailure(
+        KxTypes::ThrowFailure(
             std::string("A ") + ClassName() + " is no " + wanted, static_cast<std::uint32_t>(line), file);
     }
     return address;
@@ -41,14 +41,16 @@ const char* KX_TObject::KX_ClassName()
 
 const KX_TClass* KX_TObject::KX_ClassObject()
 {
-    return kxtypes::ClassObjectOf<KX_TObject>(nullptr, nullptr);
+    return KxTypes::ClassObjectOf<KX_TObject>(nullptr, nullptr);
 }
 
 const void* KX_TObject::KX_DynamicInfo(const char* typeName) const
 {
-    if (const void* const own = kxtypes::OwnDynamicInfo<KX_TObject>(typeName, this))
+    if (const void* const own = KxTypes::OwnDynamicInfo<KX_TObject>(typeName, this))
+    {
         return own;
-    return kxtypes::SameName(typeName, "KX_IInterface") ? static_cast<const KX_IInterface*>(this) : nullptr;
+    }
+    return KxTypes::SameName(typeName, "KX_IInterface") ? static_cast<const KX_IInterface*>(this) : nullptr;
 }
 
 const KX_TClass& KX_TObject::ClassObject() const
@@ -64,8 +66,12 @@ const char* KX_TObject::ClassName() const
 bool KX_TObject::HasSuperclass(const char* typeName) const
 {
     for (const KX_TClass* ancestor = &ClassObject(); ancestor != nullptr; ancestor = ancestor->Superclass())
-        if (kxtypes::SameName(typeName, ancestor->name))
+    {
+        if (KxTypes::SameName(typeName, ancestor->name))
+        {
             return true;
+        }
+    }
     return false;
 }
 

@@ -1,6 +1,6 @@
 // Text.
-#include "ClassRecord.h"
-#include "PackBuffer.h"
+#include "kxtypes/ClassRecord.h"
+#include "kxtypes/PackBuffer.h"
 
 #include <kxtypes.h>
 
@@ -9,14 +9,16 @@ namespace
     std::string BytesOf(const char* text, std::uint32_t length)
     {
         if (text == nullptr)
+        {
             return {};
+        }
         return length == KX_TString::ToTerminator ? std::string(text) : std::string(text, length);
     }
 }
 
 KX_TString::KX_TString() = default;
 KX_TString::KX_TString(const char* text, std::uint32_t length)
-    : m_bytes(BytesOf(text, length))
+    : bytes(BytesOf(text, length))
 {
 }
 KX_TString::KX_TString(const KX_TString&) = default;
@@ -25,12 +27,12 @@ KX_TString::~KX_TString() = default;
 
 const char* KX_TString::c_str() const
 {
-    return m_bytes.c_str();
+    return bytes.c_str();
 }
 
 std::size_t KX_TString::Length() const
 {
-    return m_bytes.size();
+    return bytes.size();
 }
 
 const char* KX_TString::KX_ClassName()
@@ -40,7 +42,7 @@ const char* KX_TString::KX_ClassName()
 
 const KX_TClass* KX_TString::KX_ClassObject()
 {
-    return kxtypes::ClassObjectOf<KX_TString>(KX_TObject::KX_ClassObject());
+    return KxTypes::ClassObjectOf<KX_TString>(KX_TObject::KX_ClassObject());
 }
 
 void* KX_TString::KX_Self()
@@ -50,16 +52,20 @@ void* KX_TString::KX_Self()
 
 const void* KX_TString::KX_DynamicInfo(const char* typeName) const
 {
-    if (const void* const own = kxtypes::OwnDynamicInfo<KX_TString>(typeName, this))
+    if (const void* const own = KxTypes::OwnDynamicInfo<KX_TString>(typeName, this))
+    {
         return own;
-    if (kxtypes::SameName(typeName, "KX_IPackable"))
+    }
+    if (KxTypes::SameName(typeName, "KX_IPackable"))
+    {
         return static_cast<const KX_IPackable*>(this);
+    }
     return KX_TObject::KX_DynamicInfo(typeName);
 }
 
 void KX_TString::KX_Pack(KX_IPacking& packing) const
 {
-    packing.WriteText(m_bytes.data(), static_cast<std::uint32_t>(m_bytes.size()));
+    packing.WriteText(bytes.data(), static_cast<std::uint32_t>(bytes.size()));
 }
 
 void KX_TString::KX_Unpack(KX_IUnpacking& unpacking)
@@ -74,5 +80,5 @@ KX_IPackable* KX_TString::KX_Clone() const
 
 bool KX_TString::KX_IsIdent(const KX_IPackable& other) const
 {
-    return kxtypes::SameName(ClassName(), other.ClassName()) && kxtypes::Packed(*this) == kxtypes::Packed(other);
+    return KxTypes::SameName(ClassName(), other.ClassName()) && KxTypes::Packed(*this) == KxTypes::Packed(other);
 }

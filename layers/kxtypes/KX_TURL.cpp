@@ -1,16 +1,16 @@
 // Locations.
-#include "ClassRecord.h"
-#include "Failure.h"
+#include "kxtypes/ClassRecord.h"
+#include "kxtypes/Failure.h"
 
 #include <kxtypes.h>
 
 KX_TURL::KX_TURL()
-    : m_isLocal(false)
+    : isLocal(false)
 {
 }
-KX_TURL::KX_TURL(const KX_TString& localName)
-    : m_localName(localName)
-    , m_isLocal(true)
+KX_TURL::KX_TURL(const KX_TString& theLocalName)
+    : localName(theLocalName)
+    , isLocal(true)
 {
 }
 KX_TURL::KX_TURL(const KX_TURL&) = default;
@@ -19,9 +19,11 @@ KX_TURL::~KX_TURL() = default;
 
 KX_TString KX_TURL::LocalName() const
 {
-    if (!m_isLocal)
-        kxtypes::ThrowFailure("The location has no local name", __LINE__, "layers/kxtypes/KX_TURL.cpp");
-    return m_localName;
+    if (!isLocal)
+    {
+        KxTypes::ThrowFailure("The location has no local name", __LINE__, "layers/kxtypes/KX_TURL.cpp");
+    }
+    return localName;
 }
 
 const char* KX_TURL::KX_ClassName()
@@ -31,7 +33,7 @@ const char* KX_TURL::KX_ClassName()
 
 const KX_TClass* KX_TURL::KX_ClassObject()
 {
-    return kxtypes::ClassObjectOf<KX_TURL>(KX_TObject::KX_ClassObject());
+    return KxTypes::ClassObjectOf<KX_TURL>(KX_TObject::KX_ClassObject());
 }
 
 void* KX_TURL::KX_Self()
@@ -41,7 +43,9 @@ void* KX_TURL::KX_Self()
 
 const void* KX_TURL::KX_DynamicInfo(const char* typeName) const
 {
-    if (const void* const own = kxtypes::OwnDynamicInfo<KX_TURL>(typeName, this))
+    if (const void* const own = KxTypes::OwnDynamicInfo<KX_TURL>(typeName, this))
+    {
         return own;
+    }
     return KX_TObject::KX_DynamicInfo(typeName);
 }

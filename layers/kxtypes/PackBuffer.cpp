@@ -1,9 +1,9 @@
 // Marks of base classes are text among the pieces, so that a missing or misplaced one is found.
-#include "PackBuffer.h"
+#include "kxtypes/PackBuffer.h"
 
-#include "Failure.h"
+#include "kxtypes/Failure.h"
 
-namespace kxtypes
+namespace KxTypes
 {
     namespace
     {
@@ -18,33 +18,33 @@ namespace kxtypes
         }
     }
 
-    PieceWriter::PieceWriter(PackedPieces& target)
-        : m_target(target)
+    PieceWriter::PieceWriter(PackedPieces& theTarget)
+        : target(theTarget)
     {
     }
 
     void PieceWriter::BeginBaseClass(const char* name)
     {
-        m_target.emplace_back(BeginMark(name));
+        target.emplace_back(BeginMark(name));
     }
 
     void PieceWriter::EndBaseClass(const char* name)
     {
-        m_target.emplace_back(EndMark(name));
+        target.emplace_back(EndMark(name));
     }
 
     void PieceWriter::WriteText(const char* bytes, std::uint32_t size)
     {
-        m_target.emplace_back(std::string(bytes, size));
+        target.emplace_back(std::string(bytes, size));
     }
 
     void PieceWriter::WriteUInt32(std::uint32_t number)
     {
-        m_target.emplace_back(number);
+        target.emplace_back(number);
     }
 
-    PieceReader::PieceReader(const PackedPieces& source)
-        : m_source(source)
+    PieceReader::PieceReader(const PackedPieces& theSource)
+        : source(theSource)
     {
     }
 
@@ -72,20 +72,24 @@ namespace kxtypes
     template <class Piece>
     const Piece& PieceReader::Next()
     {
-        const auto* const piece = m_position < m_source.size() ? std::get_if<Piece>(&m_source[m_position]) : nullptr;
+        const auto* const piece = position < source.size() ? std::get_if<Piece>(&source[position]) : nullptr;
         if (piece == nullptr)
+        {
             ThrowFailure(
                 "A packed object does not hold what its class asks for", __LINE__, "layers/kxtypes/PackBuffer.cpp");
-        ++m_position;
+        }
+        ++position;
         return *piece;
     }
 
     void PieceReader::Expect(const std::string& mark)
     {
         if (Next<std::string>() != mark)
+        {
             ThrowFailure(
                 "A packed object has no \"" + mark + "\" where its class asks for it", __LINE__,
                 "layers/kxtypes/PackBuffer.cpp");
+        }
     }
 
     PackedPieces Packed(const KX_IPackable& object)

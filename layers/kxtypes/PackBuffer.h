@@ -8,7 +8,7 @@
 #include <variant>
 #include <vector>
 
-namespace kxtypes
+namespace KxTypes
 {
     /// The pieces of one packed object, in order; bases are marked by their names.
     using PackedPieces = std::vector<std::variant<std::string, std::uint32_t>>;
@@ -17,7 +17,7 @@ namespace kxtypes
     {
     public:
         /// `target` has to outlive the writer.
-        explicit PieceWriter(PackedPieces& target);
+        explicit PieceWriter(PackedPieces& theTarget);
 
         void BeginBaseClass(const char* name) override;
         void EndBaseClass(const char* name) override;
@@ -25,7 +25,7 @@ namespace kxtypes
         void WriteUInt32(std::uint32_t number) override;
 
     private:
-        PackedPieces& m_target;
+        PackedPieces& target;
     };
 
     /// Throws KX_EException if the next piece is not what is asked for.
@@ -33,7 +33,7 @@ namespace kxtypes
     {
     public:
         /// `source` has to outlive the reader.
-        explicit PieceReader(const PackedPieces& source);
+        explicit PieceReader(const PackedPieces& theSource);
 
         void BeginBaseClass(const char* name) override;
         void EndBaseClass(const char* name) override;
@@ -45,8 +45,8 @@ namespace kxtypes
         const Piece& Next();
         void Expect(const std::string& mark);
 
-        const PackedPieces& m_source;
-        std::size_t m_position = 0;
+        const PackedPieces& source;
+        std::size_t position = 0;
     };
 
     PackedPieces Packed(const KX_IPackable& object);

@@ -1,9 +1,9 @@
 // Decoding by libtiff and what counts as its success, and reading without decoding.
-#include "ChunkDecoding.h"
+#include "rasterfeed/ChunkDecoding.h"
 
-#include "Refusal.h"
-#include "SourceFile.h"
-#include "TiffFile.h"
+#include "rasterfeed/Refusal.h"
+#include "rasterfeed/SourceFile.h"
+#include "rasterfeed/TiffFile.h"
 
 namespace
 {
@@ -13,7 +13,9 @@ namespace
     void Decode(TiffFile& file, tmsize_t success, Operation operation)
     {
         if (file.Call(operation) == success && file.Complaint().empty())
+        {
             return;
+        }
         const std::string why = file.Complaint().empty() ? "" : " (" + file.Complaint() + ")";
         throw Refusal(
             "image data that ends early or cannot be decoded" + why + "; image data that is all there is needed");
@@ -41,7 +43,11 @@ void ReadStored(
     TiffFile& file, const SeparationForm& form, std::uint64_t position, unsigned char* to, std::size_t bytes)
 {
     if (file.Source().Read(position, to, bytes) != bytes)
+    {
         throw Refusal("a file that was cut short while it was read; image data that is all there is needed");
+    }
     if (form.lowestBitFirst)
+    {
         TIFFReverseBits(to, static_cast<tmsize_t>(bytes));
+    }
 }

@@ -2,7 +2,7 @@
 // passed over which libtiff would bridge with pixels of its own.
 #pragma once
 
-#include "SeparationForm.h"
+#include "rasterfeed/SeparationForm.h"
 
 #include <cstddef>
 #include <cstdint>

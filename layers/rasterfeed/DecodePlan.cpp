@@ -1,32 +1,32 @@
 // The bounds of memory and time, and the checks of an image's directory against its file.
-#include "DecodePlan.h"
+#include "rasterfeed/DecodePlan.h"
 
-#include "Refusal.h"
-#include "SourceFile.h"
-#include "TiffFile.h"
+#include "rasterfeed/Refusal.h"
+#include "rasterfeed/SourceFile.h"
+#include "rasterfeed/TiffFile.h"
 
 #include <algorithm>
 #include <string>
 
 namespace
 {
-    constexpr std::uint64_t mebibyte = 1024ull * 1024;
+    constexpr std::uint64_t Mebibyte = 1024ull * 1024;
 
     // Of the 256 MiB that a file may take beyond its rows; the rest is for libtiff's own state and transient copies.
-    constexpr std::uint64_t mostMemory = 216 * mebibyte;
+    constexpr std::uint64_t MostMemory = 216 * Mebibyte;
 
     // A strip that decodes to no more than this is decoded as a whole, if that is of use. So is one of Deflate that takes
     // no more than this in the file and decodes to what a preview's whole image may: ten times faster when it is flat.
-    constexpr std::uint64_t comfortableStrip = 1 * mebibyte;
-    constexpr std::uint64_t comfortableImage = 32 * mebibyte;
+    constexpr std::uint64_t ComfortableStrip = 1 * Mebibyte;
+    constexpr std::uint64_t ComfortableImage = 32 * Mebibyte;
 
     // libtiff keeps a place and a length, 8 bytes each, of every strip or tile.
-    constexpr std::uint64_t mostChunks = mebibyte;
-    constexpr std::uint64_t bytesPerChunk = 16;
+    constexpr std::uint64_t MostChunks = Mebibyte;
+    constexpr std::uint64_t BytesPerChunk = 16;
 
     // Tiles may reach over the image's edges, but not so far that the padding takes most of the time.
-    constexpr std::uint64_t mostPadding = 8;
-    constexpr std::uint64_t freePadding = 64 * mebibyte;
+    constexpr std::uint64_t MostPadding = 8;
+    constexpr std::uint64_t FreePadding = 64 * Mebibyte;
 
     std::string Bytes(std::uint64_t count)
     {
@@ -37,17 +37,19 @@ namespace
     std::uint64_t CodecMemory(const SeparationForm& form)
     {
         if (form.IsFax())
+        {
             return std::uint64_t{form.chunkWidth} * 16; // four 32-bit run lengths for each pixel
+        }
         switch (form.compression)
         {
         case COMPRESSION_JPEG:
-            return 100 * mebibyte; // libtiff's bound for progressive JPEG
+            return 100 * Mebibyte; // libtiff's bound for progressive JPEG
         case COMPRESSION_ZSTD:
-            return 128 * mebibyte; // the largest window that the library decodes
+            return 128 * Mebibyte; // the largest window that the library decodes
         case COMPRESSION_LZMA:
             return form.ChunkBytes(); // a dictionary of any size holds no more than was decoded
         default:
-            return mebibyte;
+            return Mebibyte;
         }
     }
 
@@ -63,9 +65,9 @@ namespace
             return false;
         case COMPRESSION_ADOBE_DEFLATE:
         case COMPRESSION_DEFLATE:
-            return form.ChunkBytes() <= (stored <= comfortableStrip ? comfortableImage : comfortableStrip);
+            return form.ChunkBytes() <= (stored <= ComfortableStrip ? ComfortableImage : ComfortableStrip);
         default:
-            return form.ChunkBytes() <= comfortableStrip;
+            return form.ChunkBytes() <= ComfortableStrip;
         }
     }
 
@@ -75,8 +77,10 @@ namespace
         const std::string name = form.tiled ? "tile " : "strip ";
         const std::uint64_t across = form.ChunksAcross();
         const std::uint64_t count = across * form.ChunksDown();
-        if (count > mostChunks)
+        if (count > MostChunks)
+        {
             throw Refusal(std::to_string(count) + (form.tiled ? " tiles" : " strips") + "; up to 1048576 are accepted");
+        }
 
         const std::uint64_t fileBytes = file.Source().Size();
         std::uint64_t largest = 0;
@@ -91,13 +95,17 @@ namespace
                     "; image data that is all there is needed");
             };
             if (offset == 0 || bytes == 0)
+            {
                 refuse("has no data");
+            }
             const auto checkInside = [&](std::uint64_t length)
             {
                 if (offset > fileBytes || length > fileBytes - offset)
+                {
                     refuse(
                         "of " + Bytes(length) + " at byte " + std::to_string(offset) +
                         " reaches beyond the end of the file of " + Bytes(fileBytes));
+                }
             };
             checkInside(bytes);
             if (form.compression == COMPRESSION_NONE)
@@ -108,7 +116,9 @@ namespace
                 // Where libtiff disbelieves the stated lengths it works them out as whole ones.
                 const std::uint64_t stated = form.tiled ? bytes : file.StatedStripBytes(chunk).value_or(bytes);
                 if (std::min(bytes, stated) < needed)
+                {
                     refuse("has " + Bytes(std::min(bytes, stated)) + " of " + Bytes(needed));
+                }
                 checkInside(stated);
             }
             largest = std::max(largest, bytes);
@@ -120,8 +130,10 @@ namespace
 DecodePlan PlanDecoding(const TiffFile& file, const SeparationForm& form)
 {
     if (file.DecodedRowBytes() != form.ChunkRowBytes())
+    {
         throw Refusal(
             "rows of " + Bytes(file.DecodedRowBytes()) + "; " + Bytes(form.ChunkRowBytes()) + " are expected");
+    }
     const std::uint64_t largestChunk = CheckChunks(file, form);
 
     DecodePlan plan = {};
@@ -133,29 +145,33 @@ DecodePlan PlanDecoding(const TiffFile& file, const SeparationForm& form)
         block = form.ChunkBytes() * form.ChunksAcross();
     }
     else if (stored)
+    {
         plan.way = DecodeWay::Stored;
+    }
     else if (form.bottomUp || DecodesWholeStrips(form, largestChunk))
     {
         plan.way = DecodeWay::Strips;
         block = form.ChunkBytes();
     }
     else
+    {
         plan.way = DecodeWay::Scanlines;
+    }
 
-    const std::uint64_t lists = std::uint64_t{form.ChunksAcross()} * form.ChunksDown() * bytesPerChunk;
+    const std::uint64_t lists = std::uint64_t{form.ChunksAcross()} * form.ChunksDown() * BytesPerChunk;
     const std::uint64_t decoder = stored ? 0 : largestChunk + CodecMemory(form);
     const auto check = [&](std::uint64_t memory)
     {
-        if (memory > mostMemory)
+        if (memory > MostMemory)
         {
             throw Refusal(
                 std::string(form.tiled ? "tiles" : "strips") + " that take " + Bytes(memory) +
-                " of memory to decode; up to " + Bytes(mostMemory) + " are accepted");
+                " of memory to decode; up to " + Bytes(MostMemory) + " are accepted");
         }
     };
     check(block); // by itself first: a sum of absurd sizes would wrap around
     check(block + decoder + lists + file.Facts().tagBytes);
-    if (form.tiled && block * form.ChunksDown() / mostPadding > form.RowBytes() * form.height + freePadding)
+    if (form.tiled && block * form.ChunksDown() / MostPadding > form.RowBytes() * form.height + FreePadding)
     {
         throw Refusal(
             "tiles of " + std::to_string(form.chunkWidth) + " x " + std::to_string(form.chunkHeight) +

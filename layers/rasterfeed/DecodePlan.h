@@ -2,7 +2,7 @@
 // files that claim what they do not hold: every strip or tile lies inside the file, and the memory for it is bounded.
 #pragma once
 
-#include "SeparationForm.h"
+#include "rasterfeed/SeparationForm.h"
 
 #include <cstddef>
 

@@ -1,25 +1,26 @@
 // The checksum of what was decoded against the one in the file; where they differ, as they do if a strip holds more rows
 // than the image, all of the data is decoded once more to its end.
-#include "DeflateCheck.h"
+#include "rasterfeed/DeflateCheck.h"
 
-#include "ChunkDecoding.h"
-#include "Refusal.h"
-#include "TiffFile.h"
+#include "rasterfeed/ChunkDecoding.h"
+#include "rasterfeed/Refusal.h"
+#include "rasterfeed/TiffFile.h"
+
+#include <libdeflate.h>
+#include <zlib.h>
 
 #include <algorithm>
 #include <cstring>
-#include <libdeflate.h>
 #include <memory>
 #include <new>
-#include <zlib.h>
 
 namespace
 {
-    constexpr std::uint32_t emptyChecksum = 1; // Adler-32 of no bytes
-    constexpr std::size_t checksumBytes = 4;   // at the end of the data, highest byte first
+    constexpr std::uint32_t EmptyChecksum = 1; // Adler-32 of no bytes
+    constexpr std::size_t ChecksumBytes = 4;   // at the end of the data, highest byte first
 
     // Bytes handled at once; an even number.
-    constexpr std::size_t pieceBytes = std::size_t{32} * 1024;
+    constexpr std::size_t PieceBytes = std::size_t{32} * 1024;
 
     /// Writes the samples of `from` as differences from the one before, which is how predictor 2 stores them; `last` is the
     /// sample in front, and becomes the last one.
@@ -40,7 +41,7 @@ namespace
 DeflateCheck::DeflateCheck(TiffFile& tiff, const SeparationForm& imageForm)
     : file(tiff)
     , form(imageForm)
-    , checksum(emptyChecksum)
+    , checksum(EmptyChecksum)
 {
 }
 
@@ -54,27 +55,37 @@ void DeflateCheck::Take(const unsigned char* rows, std::uint64_t bytes)
     }
     const auto rowBytes = static_cast<std::size_t>(form.ChunkRowBytes());
     for (std::uint64_t done = 0; done < bytes; done += rowBytes)
+    {
         TakeRow(rows + done, rowBytes);
+    }
 }
 
 void DeflateCheck::TakeRow(const unsigned char* row, std::size_t bytes)
 {
-    unsigned char stored[pieceBytes];
+    unsigned char stored[PieceBytes];
     std::uint8_t lastByte = 0;
     std::uint16_t lastPair = 0;
-    for (std::size_t done = 0; done < bytes; done += pieceBytes)
+    for (std::size_t done = 0; done < bytes; done += PieceBytes)
     {
-        const std::size_t count = std::min(pieceBytes, bytes - done);
+        const std::size_t count = std::min(PieceBytes, bytes - done);
         if (!form.differences)
+        {
             std::memcpy(stored, row + done, count);
+        }
         else if (form.bits == 16)
+        {
             Difference(row + done, count, lastPair, stored);
+        }
         else
+        {
             Difference(row + done, count, lastByte, stored);
+        }
         if (form.bits == 16 && form.byteSwapped)
         {
             for (std::size_t i = 0; i < count; i += 2)
+            {
                 std::swap(stored[i], stored[i + 1]);
+            }
         }
         checksum = libdeflate_adler32(checksum, stored, count);
     }
@@ -89,17 +100,19 @@ void DeflateCheck::Finish(std::uint32_t chunk)
         throw Refusal(
             "Deflate data that ends early or is damaged, by its checksum; image data that is all there is needed");
     }
-    checksum = emptyChecksum;
+    checksum = EmptyChecksum;
     taken = 0;
 }
 
 bool DeflateCheck::EndsInChecksum(std::uint64_t end)
 {
-    unsigned char stated[checksumBytes];
-    ReadStored(file, form, end - std::min<std::uint64_t>(end, checksumBytes), stated, checksumBytes);
+    unsigned char stated[ChecksumBytes];
+    ReadStored(file, form, end - std::min<std::uint64_t>(end, ChecksumBytes), stated, ChecksumBytes);
     std::uint32_t number = 0;
     for (const unsigned char byte : stated)
+    {
         number = number << 8 | byte;
+    }
     return number == checksum;
 }
 
@@ -107,15 +120,17 @@ bool DeflateCheck::InflatesWhole(std::uint64_t begin, std::uint64_t end)
 {
     z_stream stream = {};
     if (inflateInit(&stream) != Z_OK)
+    {
         throw std::bad_alloc();
+    }
     const std::unique_ptr<z_stream, decltype(&inflateEnd)> owner(&stream, inflateEnd);
-    unsigned char input[pieceBytes];
-    unsigned char output[pieceBytes];
+    unsigned char input[PieceBytes];
+    unsigned char output[PieceBytes];
     std::uint64_t inflated = 0;
     int result = Z_OK;
     for (std::uint64_t at = begin; result == Z_OK && at < end;)
     {
-        const auto count = static_cast<std::size_t>(std::min<std::uint64_t>(pieceBytes, end - at));
+        const auto count = static_cast<std::size_t>(std::min<std::uint64_t>(PieceBytes, end - at));
         ReadStored(file, form, at, input, count);
         at += count;
         stream.next_in = input;

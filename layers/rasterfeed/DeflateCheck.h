@@ -2,7 +2,7 @@
 // at the checksum behind them, and of data that was cut or damaged it may deliver other pixels without a word.
 #pragma once
 
-#include "SeparationForm.h"
+#include "rasterfeed/SeparationForm.h"
 
 #include <cstddef>
 #include <cstdint>

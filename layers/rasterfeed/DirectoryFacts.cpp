@@ -1,8 +1,8 @@
 // The few bytes of a TIFF that this layer reads by itself: its start, and the entries of one directory.
-#include "DirectoryFacts.h"
+#include "rasterfeed/DirectoryFacts.h"
 
-#include "Refusal.h"
-#include "SourceFile.h"
+#include "rasterfeed/Refusal.h"
+#include "rasterfeed/SourceFile.h"
 
 #include <tiff.h>
 
@@ -12,11 +12,11 @@
 
 namespace
 {
-    const char* const notATiff = "not a TIFF file; TIFF and BigTIFF are accepted";
-    const char* const cutDirectory = "the file ends inside its directory; a whole TIFF is needed";
+    const char* const NotATiff = "not a TIFF file; TIFF and BigTIFF are accepted";
+    const char* const CutDirectory = "the file ends inside its directory; a whole TIFF is needed";
 
     // A directory with more entries is taken for damage, as libtiff does.
-    constexpr std::uint64_t mostEntries = 4096;
+    constexpr std::uint64_t MostEntries = 4096;
 
     /// Numbers of a TIFF at their places.
     class Numbers
@@ -33,10 +33,14 @@ namespace
         {
             unsigned char bytes[8];
             if (file.Read(position, bytes, width) != width)
-                throw Refusal(cutDirectory);
+            {
+                throw Refusal(CutDirectory);
+            }
             std::uint64_t number = 0;
             for (unsigned i = 0; i < width; ++i)
+            {
                 number = number << 8 | bytes[highestFirst ? i : width - 1 - i];
+            }
             return number;
         }
 
@@ -94,7 +98,9 @@ namespace
     Ratio ReadRatio(const Numbers& numbers, const Entry& entry)
     {
         if (entry.count == 0)
+        {
             return {};
+        }
         const auto number = [&] { return numbers.At(entry.value, SizeOf(entry.type)); };
         switch (entry.type)
         {
@@ -146,7 +152,9 @@ namespace
     std::optional<std::uint32_t> ReadWhole(const Numbers& numbers, const Entry& entry)
     {
         if (entry.count == 0 || !IsWhole(entry.type))
+        {
             return std::nullopt;
+        }
         const std::uint64_t number = numbers.At(entry.value, SizeOf(entry.type));
         return number <= 0xFFFFFFFF ? std::optional(static_cast<std::uint32_t>(number)) : std::nullopt;
     }
@@ -155,9 +163,13 @@ namespace
     {
         double result = 0;
         if (unit == RESUNIT_INCH)
+        {
             result = resolution.numerator / resolution.denominator;
-        else if (unit == RESUNIT_CENTIMETER) // 2.54 cm are an inch; kept whole, so that one rounding is all there is
+        }
+        else if (unit == RESUNIT_CENTIMETER)
+        { // 2.54 cm are an inch; kept whole, so that one rounding is all there is
             result = resolution.numerator * 254 / (resolution.denominator * 100);
+        }
         return std::isfinite(result) && result > 0 ? result : 0;
     }
 }
@@ -167,20 +179,24 @@ TiffPreamble ReadPreamble(SourceFile& file)
     unsigned char order[2];
     if (file.Read(0, order, sizeof order) != sizeof order || order[0] != order[1] ||
         (order[0] != 'I' && order[0] != 'M'))
-        throw Refusal(notATiff);
+    {
+        throw Refusal(NotATiff);
+    }
     const Numbers numbers(file, order[0] == 'M');
     TiffPreamble preamble = {order[0] == 'M', false, 0};
     try
     {
         const std::uint64_t version = numbers.At(2, 2);
         if (version != TIFF_VERSION_CLASSIC && version != TIFF_VERSION_BIG)
-            throw Refusal(notATiff);
+        {
+            throw Refusal(NotATiff);
+        }
         preamble.big = version == TIFF_VERSION_BIG;
         preamble.firstDirectory = preamble.big ? numbers.At(8, 8) : numbers.At(4, 4);
     }
     catch (const Refusal&)
     {
-        throw Refusal(notATiff);
+        throw Refusal(NotATiff);
     }
     return preamble;
 }
@@ -198,7 +214,9 @@ DirectoryFacts ReadDirectoryFacts(SourceFile& file, const TiffPreamble& preamble
     const unsigned entryBytes = 4 + 2 * wordWidth;
 
     if (offset == 0)
+    {
         throw Refusal("no image; a TIFF with one is needed");
+    }
     if (offset >= file.Size())
     {
         throw Refusal(
@@ -206,8 +224,10 @@ DirectoryFacts ReadDirectoryFacts(SourceFile& file, const TiffPreamble& preamble
             std::to_string(file.Size()) + " bytes; a whole TIFF is needed");
     }
     const std::uint64_t entries = numbers.At(offset, countWidth);
-    if (entries == 0 || entries > mostEntries)
+    if (entries == 0 || entries > MostEntries)
+    {
         throw Refusal("damaged directory with " + std::to_string(entries) + " entries; 1 to 4096 are accepted");
+    }
 
     DirectoryFacts facts;
     Ratio resolution;
@@ -226,7 +246,9 @@ DirectoryFacts ReadDirectoryFacts(SourceFile& file, const TiffPreamble& preamble
         entry.count = numbers.At(at + 4, wordWidth);
         const unsigned size = SizeOf(entry.type);
         if (size == 0)
+        {
             continue;
+        }
         const bool outside = entry.count > wordWidth / size;
         entry.value = outside ? numbers.At(at + 4 + wordWidth, wordWidth) : at + 4 + wordWidth;
 
@@ -235,16 +257,22 @@ DirectoryFacts ReadDirectoryFacts(SourceFile& file, const TiffPreamble& preamble
         {
         case TIFFTAG_PHOTOMETRIC:
             if (!facts.photometric)
+            {
                 facts.photometric = ReadWhole(numbers, entry);
+            }
             break;
         case TIFFTAG_XRESOLUTION:
             if (!resolutionSeen && file.Size() >= size && entry.value <= file.Size() - size)
+            {
                 resolution = ReadRatio(numbers, entry);
+            }
             resolutionSeen = true;
             break;
         case TIFFTAG_RESOLUTIONUNIT:
             if (!unitSeen)
+            {
                 unit = ReadWhole(numbers, entry).value_or(RESUNIT_NONE);
+            }
             unitSeen = true;
             break;
         case TIFFTAG_SUBFILETYPE:
@@ -252,11 +280,15 @@ DirectoryFacts ReadDirectoryFacts(SourceFile& file, const TiffPreamble& preamble
             break;
         case TIFFTAG_OSUBFILETYPE:
             if (!oldSubfileType)
+            {
                 oldSubfileType = ReadWhole(numbers, entry);
+            }
             break;
         case TIFFTAG_STRIPBYTECOUNTS:
             if (facts.stripBytes.count == 0 && IsWhole(entry.type))
+            {
                 facts.stripBytes = {entry.value, entry.count, size};
+            }
             continue;
         case TIFFTAG_STRIPOFFSETS:
         case TIFFTAG_TILEOFFSETS:
@@ -265,8 +297,10 @@ DirectoryFacts ReadDirectoryFacts(SourceFile& file, const TiffPreamble& preamble
         default:
             break;
         }
-        if (outside && entry.count <= largestTag / size)
+        if (outside && entry.count <= LargestTag / size)
+        {
             facts.tagBytes += entry.count * size;
+        }
     }
     facts.resolution = PixelsPerInch(resolution, unit);
     facts.isReducedImage = !subfileTypeSeen && oldSubfileType == OFILETYPE_REDUCEDIMAGE;

@@ -40,7 +40,7 @@ struct DirectoryFacts
 
 /// A value that libtiff would have to allocate more for than this is never loaded: its tag is passed over, or, where the
 /// image needs the tag, the file is refused. Bytes.
-constexpr std::uint64_t largestTag = 16ull * 1024 * 1024;
+constexpr std::uint64_t LargestTag = 16ull * 1024 * 1024;
 
 /// The number at `index`, less than the list's count. Throws Refusal if the file ends in front of it.
 std::uint64_t NumberInList(SourceFile& file, const TiffPreamble& preamble, const NumberList& list, std::uint64_t index);

@@ -1,9 +1,9 @@
 // A look at a TIFF without a host's reader: the same road as a reader's, with the reasons kept.
 
-#include <RasterFeedLib.h>
+#include "rasterfeed/Refusal.h"
+#include "rasterfeed/SeparationReader.h"
 
-#include "Refusal.h"
-#include "SeparationReader.h"
+#include <RasterFeedLib.h>
 
 #include <algorithm>
 #include <new>
@@ -12,8 +12,8 @@
 
 namespace
 {
-    constexpr const char* defaultExtension = ".tif";
-    constexpr const char* neededFile = "; a readable TIFF file of up to 4294967295 bytes is needed";
+    constexpr const char* DefaultExtension = ".tif";
+    constexpr const char* NeededFile = "; a readable TIFF file of up to 4294967295 bytes is needed";
 
     /// A block that is freed with its scope.
     class OwnedBlock
@@ -23,7 +23,9 @@ namespace
             : block(FileBlockAlloc(0, "STR,SEQ"))
         {
             if (block == nullptr)
+            {
                 throw std::bad_alloc();
+            }
         }
         OwnedBlock(const OwnedBlock&) = delete;
         OwnedBlock& operator=(const OwnedBlock&) = delete;
@@ -38,14 +40,16 @@ namespace
 
     [[noreturn]] void RefuseFile(FileBlock block)
     {
-        throw Refusal(FileBlockProblem(block) + neededFile);
+        throw Refusal(FileBlockProblem(block) + NeededFile);
     }
 
     FileBlock OpenOrRefuse(const char* name)
     {
         OwnedBlock block;
-        if (FileBlockOpen(block.Get(), name, defaultExtension, 0) != 0)
+        if (FileBlockOpen(block.Get(), name, DefaultExtension, 0) != 0)
+        {
             RefuseFile(block.Get());
+        }
         return block.Release();
     }
 
@@ -53,7 +57,9 @@ namespace
     {
         const std::int64_t left = FileBlockSeek(block, position);
         if (left < 0)
+        {
             RefuseFile(block);
+        }
         return left;
     }
 
@@ -61,18 +67,20 @@ namespace
     {
         const std::int64_t count = FileBlockRead(block, buffer, size);
         if (count < 0)
+        {
             RefuseFile(block);
+        }
         return count;
     }
 
-    constexpr RasterFeedCallbacks refusingCallbacks = {OpenOrRefuse,  SeekOrRefuse, ReadOrRefuse,
+    constexpr RasterFeedCallbacks RefusingCallbacks = {OpenOrRefuse,  SeekOrRefuse, ReadOrRefuse,
                                                        FileBlockFree, [] {},        [] {}};
 
     /// The name that the default extension may have been put behind.
     std::string OpenedName(const std::string& path)
     {
         const OwnedBlock block;
-        FileBlockOpen(block.Get(), path.c_str(), defaultExtension, 0);
+        FileBlockOpen(block.Get(), path.c_str(), DefaultExtension, 0);
         return FileBlockName(block.Get());
     }
 
@@ -97,13 +105,15 @@ RasterFeedDescription RasterFeedProbe(const std::string& path, RasterFeedDepth d
     const std::string name = OpenedName(path);
     try
     {
-        SeparationReader reader(refusingCallbacks, name.c_str());
+        SeparationReader reader(RefusingCallbacks, name.c_str());
         reader.ReadHeader();
         if (depth == RasterFeedDepth::Lines)
         {
             std::vector<unsigned char> line(reader.Width());
             for (std::uint32_t i = 0; i < reader.Height(); ++i)
+            {
                 reader.ReadLine(line.data());
+            }
         }
         description.accepted = true;
         description.width = reader.Width();

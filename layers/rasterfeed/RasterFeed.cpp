@@ -1,9 +1,9 @@
 // The operations of the interface: results for refusals, and the callbacks' exceptions unchanged.
 
-#include <RasterFeedLib.h>
+#include "rasterfeed/Refusal.h"
+#include "rasterfeed/SeparationReader.h"
 
-#include "Refusal.h"
-#include "SeparationReader.h"
+#include <RasterFeedLib.h>
 
 #include <cstring>
 #include <new>
@@ -28,8 +28,8 @@ struct RasterFeedReader
 
 namespace
 {
-    constexpr std::int32_t done = 0;
-    constexpr std::int32_t failed = -1;
+    constexpr std::int32_t Done = 0;
+    constexpr std::int32_t Failed = -1;
 
     /// Runs `operation` in `state`, and leaves the reader in `next` if it succeeds.
     template <class Operation>
@@ -37,7 +37,9 @@ namespace
     Run(RasterFeedHandle reader, RasterFeedReader::State state, RasterFeedReader::State next, Operation operation)
     {
         if (reader == nullptr || reader->state != state)
-            return failed;
+        {
+            return Failed;
+        }
         reader->state = RasterFeedReader::State::Failed;
         try
         {
@@ -45,21 +47,23 @@ namespace
         }
         catch (const Refusal&)
         {
-            return failed;
+            return Failed;
         }
         catch (const std::bad_alloc&)
         {
-            return failed;
+            return Failed;
         }
         reader->state = next;
-        return done;
+        return Done;
     }
 }
 
 RasterFeedHandle RasterFeedInit(const RasterFeedOpenRecord* record)
 {
     if (std::memchr(record->path, 0, sizeof record->path) == nullptr)
+    {
         return nullptr;
+    }
     try
     {
         return new RasterFeedReader(record->callbacks, record->path);
@@ -92,7 +96,9 @@ std::int32_t RasterFeedHeader(RasterFeedHandle reader, RasterFeedImageHeader* he
 std::int32_t RasterFeedLine(RasterFeedHandle reader, unsigned char* const* lines, std::uint32_t count)
 {
     if (count != 1)
-        return failed;
+    {
+        return Failed;
+    }
     return Run(
         reader, RasterFeedReader::State::Lines, RasterFeedReader::State::Lines,
         [&](SeparationReader& separation) { separation.ReadLine(lines[0]); });
@@ -102,5 +108,7 @@ void RasterFeedEnd(RasterFeedHandle reader, std::int32_t*)
 {
     const std::unique_ptr<RasterFeedReader> owner(reader);
     if (owner)
+    {
         owner->separation.Close();
+    }
 }

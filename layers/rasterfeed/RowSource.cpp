@@ -1,10 +1,10 @@
 // One source for each way from the file to rows.
-#include "RowSource.h"
+#include "rasterfeed/RowSource.h"
 
-#include "ScanlineRows.h"
-#include "StoredRows.h"
-#include "StripRows.h"
-#include "TileRows.h"
+#include "rasterfeed/ScanlineRows.h"
+#include "rasterfeed/StoredRows.h"
+#include "rasterfeed/StripRows.h"
+#include "rasterfeed/TileRows.h"
 
 std::unique_ptr<RowSource> MakeRowSource(TiffFile& file, const SeparationForm& form, const DecodePlan& plan)
 {

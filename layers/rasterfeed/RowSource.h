@@ -2,8 +2,8 @@
 // any row without knowing how it is found; one class for each DecodeWay does.
 #pragma once
 
-#include "DecodePlan.h"
-#include "SeparationForm.h"
+#include "rasterfeed/DecodePlan.h"
+#include "rasterfeed/SeparationForm.h"
 
 #include <cstdint>
 #include <memory>

@@ -1,7 +1,7 @@
 // Tables for 2 and 4 bits, arithmetic for 8 and 16; bilevel rows have vectors of their own.
-#include "SampleExpansion.h"
+#include "rasterfeed/SampleExpansion.h"
 
-#include "BilevelRow.h"
+#include "rasterfeed/BilevelRow.h"
 
 #include <algorithm>
 #include <cstring>
@@ -14,7 +14,9 @@ SampleExpansion::SampleExpansion(unsigned bitsPerSample, bool inverted, bool fro
     , of()
 {
     if (bits != 2 && bits != 4)
+    {
         return;
+    }
     const unsigned highest = (1u << bits) - 1;
     for (unsigned byte = 0; byte < 256; ++byte)
     {
@@ -26,15 +28,19 @@ SampleExpansion::SampleExpansion(unsigned bitsPerSample, bool inverted, bool fro
     }
 }
 
-template <unsigned samplesPerByte>
+template <unsigned SamplesPerByte>
 void SampleExpansion::Unpack(const unsigned char* row, unsigned char* line) const
 {
-    const std::uint32_t whole = width / samplesPerByte;
+    const std::uint32_t whole = width / SamplesPerByte;
     for (std::uint32_t i = 0; i < whole; ++i)
-        std::memcpy(line + std::size_t{i} * samplesPerByte, of[row[i]].data(), samplesPerByte);
-    const std::uint32_t rest = width % samplesPerByte;
+    {
+        std::memcpy(line + std::size_t{i} * SamplesPerByte, of[row[i]].data(), SamplesPerByte);
+    }
+    const std::uint32_t rest = width % SamplesPerByte;
     if (rest != 0)
-        std::memcpy(line + std::size_t{whole} * samplesPerByte, of[row[whole]].data(), rest);
+    {
+        std::memcpy(line + std::size_t{whole} * SamplesPerByte, of[row[whole]].data(), rest);
+    }
 }
 
 void SampleExpansion::Expand(const unsigned char* row, unsigned char* line) const
@@ -54,10 +60,14 @@ void SampleExpansion::Expand(const unsigned char* row, unsigned char* line) cons
         if (flip != 0)
         {
             for (std::uint32_t i = 0; i < width; ++i)
+            {
                 line[i] = static_cast<unsigned char>(row[i] ^ 255);
+            }
         }
         else if (row != line)
+        {
             std::memcpy(line, row, width);
+        }
         break;
     default:
         for (std::uint32_t i = 0; i < width; ++i)
@@ -71,5 +81,7 @@ void SampleExpansion::Expand(const unsigned char* row, unsigned char* line) cons
         break;
     }
     if (mirrored)
+    {
         std::reverse(line, line + width);
+    }
 }

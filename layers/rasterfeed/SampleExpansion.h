@@ -20,7 +20,7 @@ public:
     void Expand(const unsigned char* row, unsigned char* line) const;
 
 private:
-    template <unsigned samplesPerByte>
+    template <unsigned SamplesPerByte>
     void Unpack(const unsigned char* row, unsigned char* line) const;
 
     unsigned bits;

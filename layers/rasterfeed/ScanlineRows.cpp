@@ -1,14 +1,16 @@
 // libtiff keeps the place in the strip.
-#include "ScanlineRows.h"
+#include "rasterfeed/ScanlineRows.h"
 
-#include "ChunkDecoding.h"
+#include "rasterfeed/ChunkDecoding.h"
 
 ScanlineRows::ScanlineRows(TiffFile& tiff, const SeparationForm& imageForm)
     : file(tiff)
     , form(imageForm)
 {
     if (form.IsDeflate())
+    {
         check.emplace(file, form);
+    }
 }
 
 const unsigned char* ScanlineRows::Row(std::uint32_t row, unsigned char* room)
@@ -18,7 +20,9 @@ const unsigned char* ScanlineRows::Row(std::uint32_t row, unsigned char* room)
     {
         check->Take(room, form.RowBytes());
         if ((row + 1) % form.chunkHeight == 0 || row + 1 == form.height)
+        {
             check->Finish(row / form.chunkHeight);
+        }
     }
     return room;
 }

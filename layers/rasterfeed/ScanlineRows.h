@@ -2,8 +2,8 @@
 // read as fast this way.
 #pragma once
 
-#include "DeflateCheck.h"
-#include "RowSource.h"
+#include "rasterfeed/DeflateCheck.h"
+#include "rasterfeed/RowSource.h"
 
 #include <optional>
 

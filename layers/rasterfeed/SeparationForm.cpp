@@ -1,8 +1,8 @@
 // What a separation may be, tag by tag, with the words for what it may not.
-#include "SeparationForm.h"
+#include "rasterfeed/SeparationForm.h"
 
-#include "Refusal.h"
-#include "TiffFile.h"
+#include "rasterfeed/Refusal.h"
+#include "rasterfeed/TiffFile.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -10,13 +10,13 @@
 
 namespace
 {
-    constexpr std::uint32_t largestSide = 2147483647;           // pixels
-    constexpr std::uint64_t largestRow = 1024ull * 1024 * 1024; // bytes, stored or delivered
-    constexpr std::uint32_t widestFaxRow = 1000000;             // pixels; libtiff takes 16 bytes for each, in one piece
-    constexpr double resolutionOfNone = 72;                     // pixels per inch
+    constexpr std::uint32_t LargestSide = 2147483647;           // pixels
+    constexpr std::uint64_t LargestRow = 1024ull * 1024 * 1024; // bytes, stored or delivered
+    constexpr std::uint32_t WidestFaxRow = 1000000;             // pixels; libtiff takes 16 bytes for each, in one piece
+    constexpr double ResolutionOfNone = 72;                     // pixels per inch
 
-    const char* const acceptedPhotometric = "; MinIsBlack, MinIsWhite and Separated with one ink are accepted";
-    const char* const acceptedCompression =
+    const char* const AcceptedPhotometric = "; MinIsBlack, MinIsWhite and Separated with one ink are accepted";
+    const char* const AcceptedCompression =
         "; none, PackBits, LZW, Deflate, CCITT RLE, Group 3 and 4, JPEG, ZSTD and LZMA are accepted";
 
     /// What a number of a tag is called.
@@ -27,25 +27,27 @@ namespace
     };
 
     /// The name alone; empty if there is none.
-    template <std::size_t count>
-    std::string PlainName(std::uint32_t number, const Name (&names)[count])
+    template <std::size_t Count>
+    std::string PlainName(std::uint32_t number, const Name (&names)[Count])
     {
         for (const Name& entry : names)
         {
             if (entry.number == number)
+            {
                 return entry.name;
+            }
         }
         return "";
     }
 
-    template <std::size_t count>
-    std::string NameOf(std::uint32_t number, const Name (&names)[count])
+    template <std::size_t Count>
+    std::string NameOf(std::uint32_t number, const Name (&names)[Count])
     {
         const std::string name = PlainName(number, names);
         return std::to_string(number) + (name.empty() ? "" : " (" + name + ")");
     }
 
-    constexpr Name photometricNames[] = {
+    constexpr Name PhotometricNames[] = {
         {PHOTOMETRIC_MINISWHITE, "MinIsWhite"},
         {PHOTOMETRIC_MINISBLACK, "MinIsBlack"},
         {PHOTOMETRIC_RGB, "RGB"},
@@ -61,7 +63,7 @@ namespace
         {PHOTOMETRIC_LOGLUV, "LogLuv"},
     };
 
-    constexpr Name compressionNames[] = {
+    constexpr Name CompressionNames[] = {
         {COMPRESSION_CCITTRLEW, "word-aligned CCITT RLE"},
         {COMPRESSION_OJPEG, "old-style JPEG"},
         {COMPRESSION_NEXT, "NeXT"},
@@ -77,7 +79,7 @@ namespace
         {COMPRESSION_T85, "T.85"},
     };
 
-    constexpr Name sampleFormatNames[] = {
+    constexpr Name SampleFormatNames[] = {
         {SAMPLEFORMAT_INT, "signed integers"},
         {SAMPLEFORMAT_IEEEFP, "floating point"},
         {SAMPLEFORMAT_COMPLEXINT, "complex integers"},
@@ -111,36 +113,50 @@ namespace
         const auto& photometric = file.Facts().photometric;
         if (samples != 1)
         {
-            const std::string name = photometric ? PlainName(*photometric, photometricNames) : "";
+            const std::string name = photometric ? PlainName(*photometric, PhotometricNames) : "";
             throw Refusal(
                 std::to_string(samples) + " samples per pixel" + (name.empty() ? "" : " (" + name + ")") +
                 "; a separation has one");
         }
         if (!photometric)
+        {
             throw Refusal(
-                std::string("no photometric tag, so that its polarity would be a guess") + acceptedPhotometric);
+                std::string("no photometric tag, so that its polarity would be a guess") + AcceptedPhotometric);
+        }
         if (*photometric != PHOTOMETRIC_MINISBLACK && *photometric != PHOTOMETRIC_MINISWHITE &&
             *photometric != PHOTOMETRIC_SEPARATED)
-            throw Refusal("photometric " + NameOf(*photometric, photometricNames) + acceptedPhotometric);
+        {
+            throw Refusal("photometric " + NameOf(*photometric, PhotometricNames) + AcceptedPhotometric);
+        }
         form.inverted = *photometric != PHOTOMETRIC_MINISBLACK;
 
         form.bits = file.Field<std::uint16_t>(TIFFTAG_BITSPERSAMPLE, 1);
         const auto format = file.Field<std::uint16_t>(TIFFTAG_SAMPLEFORMAT, SAMPLEFORMAT_UINT);
         if (format != SAMPLEFORMAT_UINT && format != SAMPLEFORMAT_VOID)
-            throw Refusal("sample format " + NameOf(format, sampleFormatNames) + "; unsigned integers are accepted");
+        {
+            throw Refusal("sample format " + NameOf(format, SampleFormatNames) + "; unsigned integers are accepted");
+        }
         if (form.bits != 1 && form.bits != 2 && form.bits != 4 && form.bits != 8 && form.bits != 16)
+        {
             throw Refusal(std::to_string(form.bits) + " bits per sample; 1, 2, 4, 8 and 16 are accepted");
+        }
     }
 
     void CheckCoding(const TiffFile& file, SeparationForm& form)
     {
         form.compression = file.Field<std::uint16_t>(TIFFTAG_COMPRESSION, COMPRESSION_NONE);
         if (!IsAcceptedCompression(form.compression))
-            throw Refusal("compression " + NameOf(form.compression, compressionNames) + acceptedCompression);
+        {
+            throw Refusal("compression " + NameOf(form.compression, CompressionNames) + AcceptedCompression);
+        }
         if (form.IsFax() && form.bits != 1)
+        {
             throw Refusal("CCITT compression of " + std::to_string(form.bits) + " bits per sample; 1 is accepted");
+        }
         if (form.compression == COMPRESSION_JPEG && form.bits != 8)
+        {
             throw Refusal("JPEG compression of " + std::to_string(form.bits) + " bits per sample; 8 is accepted");
+        }
 
         const std::uint16_t predictor = file.Predictor(form.compression);
         if (predictor != PREDICTOR_NONE && (predictor != PREDICTOR_HORIZONTAL || form.bits < 8))
@@ -158,14 +174,22 @@ namespace
         form.height = file.Field<std::uint32_t>(TIFFTAG_IMAGELENGTH, 0);
         const auto depth = file.Field<std::uint32_t>(TIFFTAG_IMAGEDEPTH, 1);
         if (depth != 1)
+        {
             throw Refusal(std::to_string(depth) + " planes in depth; a separation has one");
+        }
         const std::string size = std::to_string(form.width) + " x " + std::to_string(form.height) + " pixels";
-        if (form.width == 0 || form.width > largestSide || form.height == 0 || form.height > largestSide)
+        if (form.width == 0 || form.width > LargestSide || form.height == 0 || form.height > LargestSide)
+        {
             throw Refusal(size + "; 1 to 2147483647 in each direction are accepted");
-        if (std::max(form.RowBytes(), std::uint64_t{form.width}) > largestRow)
+        }
+        if (std::max(form.RowBytes(), std::uint64_t{form.width}) > LargestRow)
+        {
             throw Refusal(size + " in rows of more than 1 GiB; rows of up to 1 GiB are accepted");
-        if (form.IsFax() && form.width > widestFaxRow)
+        }
+        if (form.IsFax() && form.width > WidestFaxRow)
+        {
             throw Refusal(size + " in CCITT compression; rows of up to 1000000 pixels are accepted");
+        }
 
         if (form.tiled)
         {
@@ -179,11 +203,15 @@ namespace
         }
         const std::string tiles =
             "tiles of " + std::to_string(form.chunkWidth) + " x " + std::to_string(form.chunkHeight) + " pixels";
-        if (form.chunkWidth == 0 || form.chunkWidth > largestSide || form.chunkHeight == 0 ||
-            form.chunkHeight > largestSide)
+        if (form.chunkWidth == 0 || form.chunkWidth > LargestSide || form.chunkHeight == 0 ||
+            form.chunkHeight > LargestSide)
+        {
             throw Refusal(tiles + "; 1 to 2147483647 in each direction are accepted");
+        }
         if (form.tiled && form.ChunksAcross() > 1 && std::uint64_t{form.chunkWidth} * form.bits % 8 != 0)
+        {
             throw Refusal(tiles + "; widths that are multiples of 16 are accepted");
+        }
     }
 }
 
@@ -208,13 +236,15 @@ SeparationForm InspectForm(const TiffFile& file)
 
     const auto orientation = file.Field<std::uint16_t>(TIFFTAG_ORIENTATION, ORIENTATION_TOPLEFT);
     if (orientation < ORIENTATION_TOPLEFT || orientation > ORIENTATION_BOTLEFT)
+    {
         throw Refusal("orientation " + std::to_string(orientation) + "; 1 to 4 are accepted");
+    }
     form.mirrored = orientation == ORIENTATION_TOPRIGHT || orientation == ORIENTATION_BOTRIGHT;
     form.bottomUp = orientation == ORIENTATION_BOTRIGHT || orientation == ORIENTATION_BOTLEFT;
     form.lowestBitFirst = file.Field<std::uint16_t>(TIFFTAG_FILLORDER, FILLORDER_MSB2LSB) == FILLORDER_LSB2MSB;
     form.byteSwapped = file.IsByteSwapped();
 
     const double stated = file.Facts().resolution;
-    form.resolution = stated > 0 ? stated : resolutionOfNone;
+    form.resolution = stated > 0 ? stated : ResolutionOfNone;
     return form;
 }

@@ -1,7 +1,7 @@
 // From directory to plan, from rows to lines, and from stored order to upright.
-#include "SeparationReader.h"
+#include "rasterfeed/SeparationReader.h"
 
-#include "Refusal.h"
+#include "rasterfeed/Refusal.h"
 
 #include <string>
 
@@ -18,14 +18,18 @@ void SeparationReader::ReadHeader()
     rows = MakeRowSource(*file, form, PlanDecoding(*file, form));
     expansion.emplace(form.bits, form.inverted, form.mirrored, form.width);
     if (!expansion->WorksInPlace())
+    {
         packedRow.reset(new unsigned char[static_cast<std::size_t>(form.RowBytes())]);
+    }
     units = ExpressWidth(form.width, form.resolution);
 }
 
 void SeparationReader::ReadLine(unsigned char* line)
 {
     if (nextLine >= form.height)
+    {
         throw Refusal("no line is left; as many are read as there are");
+    }
     const std::uint32_t row = form.bottomUp ? form.height - 1 - nextLine : nextLine;
     try
     {

@@ -2,12 +2,12 @@
 // the interface, which only turn its exceptions into results.
 #pragma once
 
-#include "RowSource.h"
-#include "SampleExpansion.h"
-#include "SeparationForm.h"
-#include "SourceFile.h"
-#include "TiffFile.h"
-#include "WidthInUnits.h"
+#include "rasterfeed/RowSource.h"
+#include "rasterfeed/SampleExpansion.h"
+#include "rasterfeed/SeparationForm.h"
+#include "rasterfeed/SourceFile.h"
+#include "rasterfeed/TiffFile.h"
+#include "rasterfeed/WidthInUnits.h"
 
 #include <RasterFeedLib.h>
 

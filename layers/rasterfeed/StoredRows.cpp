@@ -1,8 +1,8 @@
 // Bytes from the file, with the two orders that TIFF allows them undone.
-#include "StoredRows.h"
+#include "rasterfeed/StoredRows.h"
 
-#include "ChunkDecoding.h"
-#include "TiffFile.h"
+#include "rasterfeed/ChunkDecoding.h"
+#include "rasterfeed/TiffFile.h"
 
 #include <utility>
 
@@ -20,7 +20,9 @@ const unsigned char* StoredRows::Row(std::uint32_t row, unsigned char* room)
     if (form.bits == 16 && form.byteSwapped)
     {
         for (std::size_t i = 0; i < rowBytes; i += 2)
+        {
             std::swap(room[i], room[i + 1]);
+        }
     }
     return room;
 }

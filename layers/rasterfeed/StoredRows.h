@@ -2,7 +2,7 @@
 // a copy of the whole strip.
 #pragma once
 
-#include "RowSource.h"
+#include "rasterfeed/RowSource.h"
 
 #include <cstddef>
 

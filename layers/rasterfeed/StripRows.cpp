@@ -1,7 +1,7 @@
 // One decoded strip at a time.
-#include "StripRows.h"
+#include "rasterfeed/StripRows.h"
 
-#include "ChunkDecoding.h"
+#include "rasterfeed/ChunkDecoding.h"
 
 StripRows::StripRows(TiffFile& tiff, const SeparationForm& imageForm, std::size_t blockBytes)
     : file(tiff)
@@ -9,7 +9,9 @@ StripRows::StripRows(TiffFile& tiff, const SeparationForm& imageForm, std::size_
     , block(new unsigned char[blockBytes])
 {
     if (form.IsDeflate())
+    {
         check.emplace(file, form);
+    }
 }
 
 const unsigned char* StripRows::Row(std::uint32_t row, unsigned char*)

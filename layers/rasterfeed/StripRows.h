@@ -2,8 +2,8 @@
 // has a way of its own for it, and the only way to begin with a strip's last row.
 #pragma once
 
-#include "DeflateCheck.h"
-#include "RowSource.h"
+#include "rasterfeed/DeflateCheck.h"
+#include "rasterfeed/RowSource.h"
 
 #include <cstddef>
 #include <optional>

@@ -1,8 +1,8 @@
 // libtiff's client procedures and handlers, and the choice of the image.
-#include "TiffFile.h"
+#include "rasterfeed/TiffFile.h"
 
-#include "Refusal.h"
-#include "SourceFile.h"
+#include "rasterfeed/Refusal.h"
+#include "rasterfeed/SourceFile.h"
 
 #include <cstdio>
 #include <cstring>
@@ -12,13 +12,13 @@
 namespace
 {
     // All metadata of one directory together. Profiles and previews take a few MiB; more is an attack on memory.
-    constexpr std::uint64_t mostTagBytes = 32ull * 1024 * 1024;
+    constexpr std::uint64_t MostTagBytes = 32ull * 1024 * 1024;
 
     // Reduced images and masks in front of the image proper. Real files have a handful.
-    constexpr int mostDirectories = 64;
+    constexpr int MostDirectories = 64;
 
     // Remarks on data that is read exactly all the same.
-    constexpr const char* harmless[] = {"Old-style LZW codes", "JPEG strip size exceeds expected dimensions"};
+    constexpr const char* Harmless[] = {"Old-style LZW codes", "JPEG strip size exceeds expected dimensions"};
 }
 
 TiffFile::TiffFile(SourceFile& file)
@@ -31,8 +31,10 @@ TiffFile::TiffFile(SourceFile& file)
     const std::unique_ptr<TIFFOpenOptions, decltype(&TIFFOpenOptionsFree)> options(
         TIFFOpenOptionsAlloc(), TIFFOpenOptionsFree);
     if (!options)
+    {
         throw std::bad_alloc();
-    TIFFOpenOptionsSetMaxSingleMemAlloc(options.get(), static_cast<tmsize_t>(largestTag));
+    }
+    TIFFOpenOptionsSetMaxSingleMemAlloc(options.get(), static_cast<tmsize_t>(LargestTag));
     TIFFOpenOptionsSetErrorHandlerExtR(options.get(), KeepError, this);
     TIFFOpenOptionsSetWarningHandlerExtR(options.get(), KeepWarning, this);
     // "m": no mapping, since a file that shrinks under a mapping kills the process. "c": strips as they are in the file.
@@ -40,7 +42,9 @@ TiffFile::TiffFile(SourceFile& file)
         "", "rmc", this, ReadBytes, WriteBytes, SeekTo, IgnoreClose, GetSize, nullptr, nullptr, options.get()));
     Rethrow();
     if (!handle)
+    {
         RefuseDamaged();
+    }
 }
 
 void TiffFile::SelectImage()
@@ -49,12 +53,18 @@ void TiffFile::SelectImage()
     {
         const auto kind = Field<std::uint32_t>(TIFFTAG_SUBFILETYPE, 0);
         if ((kind & (FILETYPE_REDUCEDIMAGE | FILETYPE_MASK)) == 0 && !facts.isReducedImage)
+        {
             return;
-        if (facts.next == 0 || looked == mostDirectories)
+        }
+        if (facts.next == 0 || looked == MostDirectories)
+        {
             throw Refusal("only reduced-resolution images and masks; one image of full resolution is needed");
+        }
         LookAt(facts.next);
         if (Call(TIFFReadDirectory) != 1)
+        {
             RefuseDamaged();
+        }
     }
 }
 
@@ -64,7 +74,9 @@ std::uint16_t TiffFile::Predictor(std::uint16_t compression) const
     std::uint16_t predictor = PREDICTOR_NONE;
     if (compression == COMPRESSION_LZW || compression == COMPRESSION_ADOBE_DEFLATE ||
         compression == COMPRESSION_DEFLATE || compression == COMPRESSION_ZSTD || compression == COMPRESSION_LZMA)
+    {
         TIFFGetField(handle.get(), TIFFTAG_PREDICTOR, &predictor);
+    }
     return predictor;
 }
 
@@ -83,14 +95,18 @@ std::uint64_t TiffFile::DecodedRowBytes() const
 void TiffFile::LookAt(std::uint64_t directory)
 {
     facts = ReadDirectoryFacts(source, preamble, directory);
-    if (facts.tagBytes > mostTagBytes)
+    if (facts.tagBytes > MostTagBytes)
+    {
         throw Refusal("metadata of " + std::to_string(facts.tagBytes) + " bytes; up to 32 MiB are accepted");
+    }
 }
 
 void TiffFile::Rethrow()
 {
     if (pending)
+    {
         std::rethrow_exception(std::exchange(pending, nullptr));
+    }
 }
 
 void TiffFile::RefuseDamaged()
@@ -103,7 +119,9 @@ tmsize_t TiffFile::ReadBytes(thandle_t self, void* to, tmsize_t count)
     // Never negative: libtiff adds the result to what it has before it looks at the sign.
     auto& file = *static_cast<TiffFile*>(self);
     if (file.pending || count <= 0)
+    {
         return 0;
+    }
     try
     {
         const std::size_t got = file.source.Read(file.position, to, static_cast<std::size_t>(count));
@@ -156,13 +174,17 @@ void TiffFile::Keep(bool isError, const char* format, va_list arguments)
 {
     // What follows a first error are its consequences.
     if (!message.empty() && (messageIsError || !isError))
+    {
         return;
+    }
     char text[256];
     std::vsnprintf(text, sizeof text, format, arguments);
-    for (const char* remark : harmless)
+    for (const char* remark : Harmless)
     {
         if (std::strncmp(text, remark, std::strlen(remark)) == 0)
+        {
             return;
+        }
     }
     try
     {

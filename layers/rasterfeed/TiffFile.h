@@ -3,7 +3,9 @@
 // before it starts.
 #pragma once
 
-#include "DirectoryFacts.h"
+#include "rasterfeed/DirectoryFacts.h"
+
+#include <tiffio.h>
 
 #include <cstdarg>
 #include <cstdint>
@@ -11,7 +13,6 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <tiffio.h>
 
 class SourceFile;
 

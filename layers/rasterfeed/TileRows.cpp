@@ -1,7 +1,7 @@
 // Rows gathered from tiles that lie one behind the other in memory.
-#include "TileRows.h"
+#include "rasterfeed/TileRows.h"
 
-#include "ChunkDecoding.h"
+#include "rasterfeed/ChunkDecoding.h"
 
 #include <algorithm>
 #include <cstring>
@@ -12,7 +12,9 @@ TileRows::TileRows(TiffFile& tiff, const SeparationForm& imageForm, std::size_t 
     , block(new unsigned char[blockBytes])
 {
     if (form.IsDeflate())
+    {
         check.emplace(file, form);
+    }
 }
 
 const unsigned char* TileRows::Row(std::uint32_t row, unsigned char* room)
@@ -39,6 +41,8 @@ const unsigned char* TileRows::Row(std::uint32_t row, unsigned char* room)
     const auto wholeRow = static_cast<std::size_t>(form.RowBytes());
     const unsigned char* from = block.get() + row % form.chunkHeight * tileRow;
     for (std::size_t done = 0; done < wholeRow; done += tileRow, from += form.ChunkBytes())
+    {
         std::memcpy(room + done, from, std::min(tileRow, wholeRow - done));
+    }
     return room;
 }

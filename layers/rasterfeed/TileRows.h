@@ -1,8 +1,8 @@
 // Tiles: one row of them is kept decoded, one tile behind the other, while the rows that run through them are asked for.
 #pragma once
 
-#include "DeflateCheck.h"
-#include "RowSource.h"
+#include "rasterfeed/DeflateCheck.h"
+#include "rasterfeed/RowSource.h"
 
 #include <cstddef>
 #include <optional>

@@ -1,5 +1,5 @@
 // A continued fraction, in doubles that never round.
-#include "WidthInUnits.h"
+#include "rasterfeed/WidthInUnits.h"
 
 #include <algorithm>
 #include <cmath>
@@ -16,7 +16,7 @@ WidthInUnits ExpressWidth(std::uint32_t width, double resolution)
     // extent / unitsPerInch shall be width / resolution. No fraction of its size comes nearer to a number than a convergent
     // of its continued fraction, so those are tried in turn and, where they outgrow 32 bits, the last one that does not.
     // The arithmetic is exact: std::fmod does not round, and what is used of the other numbers stays below 2^53.
-    constexpr double largest = std::numeric_limits<std::int32_t>::max();
+    constexpr double Largest = std::numeric_limits<std::int32_t>::max();
     double numerator = width;
     double denominator = resolution;
     double extent = 1, previousExtent = 0;
@@ -30,14 +30,16 @@ WidthInUnits ExpressWidth(std::uint32_t width, double resolution)
         const double rest = std::fmod(numerator, denominator);
         const double quotient = std::round((numerator - rest) / denominator);
         const double room =
-            std::floor(std::min((largest - previousExtent) / extent, (largest - previousUnits) / units));
+            std::floor(std::min((Largest - previousExtent) / extent, (Largest - previousUnits) / units));
         fits = quotient <= room;
         const double step = fits ? quotient : room;
         previousExtent = std::exchange(extent, step * extent + previousExtent);
         previousUnits = std::exchange(units, step * units + previousUnits);
         numerator = std::exchange(denominator, rest);
         if (extent < 1 || units < 1)
+        {
             continue;
+        }
 
         const WidthInUnits candidate = {static_cast<std::int32_t>(extent), static_cast<std::int32_t>(units)};
         const double error = std::fabs(ResolutionOf(width, candidate) - resolution);

@@ -14,9 +14,9 @@ namespace
     static_assert(sizeof(wchar_t) == 4, "a wide unit holds any code point");
 
     /// Unit of a byte b that is no part of well-formed UTF-8: escapeBase + b. Such a byte is above 0x7F.
-    constexpr wchar_t escapeBase = 0xDC00;
-    constexpr wchar_t firstEscape = escapeBase + 0x80;
-    constexpr wchar_t lastEscape = escapeBase + 0xFF;
+    constexpr wchar_t EscapeBase = 0xDC00;
+    constexpr wchar_t FirstEscape = EscapeBase + 0x80;
+    constexpr wchar_t LastEscape = EscapeBase + 0xFF;
 }
 
 std::wstring Utf8ToWide(const std::string& path)
@@ -33,7 +33,9 @@ std::wstring Utf8ToWide(const std::string& path)
             position = next;
         }
         else
-            wide += static_cast<wchar_t>(escapeBase + static_cast<unsigned char>(*position++));
+        {
+            wide += static_cast<wchar_t>(EscapeBase + static_cast<unsigned char>(*position++));
+        }
     }
     return wide;
 }
@@ -44,12 +46,18 @@ std::string WideToUtf8(const std::wstring& path)
     bytes.reserve(path.size());
     for (const wchar_t unit : path)
     {
-        if (unit >= firstEscape && unit <= lastEscape)
-            bytes += static_cast<char>(unit - escapeBase);
+        if (unit >= FirstEscape && unit <= LastEscape)
+        {
+            bytes += static_cast<char>(unit - EscapeBase);
+        }
         else if (boost::locale::utf::is_valid_codepoint(static_cast<boost::locale::utf::code_point>(unit)))
+        {
             Utf8::encode(static_cast<boost::locale::utf::code_point>(unit), std::back_inserter(bytes));
+        }
         else
+        {
             throw std::range_error("A wide path holds a unit that stands for no character and no byte");
+        }
     }
     return bytes;
 }

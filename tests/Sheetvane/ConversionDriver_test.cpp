@@ -1,13 +1,12 @@
 // The driver over a fake reader and the real painter: what it writes, what it says when something fails, and what state
 // the job, the file and the reader are left in.
 #include "frontend/ConversionDriver.h"
-
-#include "Failures.h"
-#include "FakeReader.h"
-#include "Memory.h"
-#include "TempFolder.h"
-#include "Values.h"
 #include "frontend/ConverterImpl.h"
+#include "tests/Sheetvane/Failures.h"
+#include "tests/Sheetvane/FakeReader.h"
+#include "tests/Sheetvane/Memory.h"
+#include "tests/Sheetvane/TempFolder.h"
+#include "tests/Sheetvane/Values.h"
 
 #include <gmock/gmock.h>
 
@@ -22,7 +21,7 @@ using Trouble = FakeSeparation::Trouble;
 
 namespace
 {
-    constexpr char general[] = "Problem converting TIFF files to CIP3";
+    constexpr char General[] = "Problem converting TIFF files to CIP3";
 
     class ConversionDriver : public testing::Test
     {
@@ -68,8 +67,12 @@ namespace
             std::string lines;
             std::istringstream stream(document);
             for (std::string line; std::getline(stream, line);)
+            {
                 if (line.compare(0, word.size(), word) == 0)
+                {
                     lines += line + '\n';
+                }
+            }
             return lines;
         }
 
@@ -143,7 +146,7 @@ TEST_F(ConversionDriver, SizesPastTheSignedRangeStayUnsignedInTheExtents)
     fake.separations["k.tif"] = {1, 1, 0, 2147483648u};
     fake.separations["h.tif"] = {1, 1, 4294967295u, 1, {}, Trouble::LineFails, 3};
     AddFront("S1", "h.tif");
-    EXPECT_EQ(Convert(out), general);
+    EXPECT_EQ(Convert(out), General);
     EXPECT_EQ(job.sheets[0].parameters.extentY, 4294967295.0);
     EXPECT_EQ(job.processorParameters.height, -1);
 }
@@ -211,10 +214,10 @@ TEST_F(ConversionDriver, FailureInsideLeavesAnEmptyFileAndTheJobComplete)
     };
     const FakeSeparation good = fake.separations["k.tif"];
     const Case cases[] = {
-        {"no reader", {1, 1, 2, 4, {}, Trouble::NullReader}, general},
-        {"header", {1, 1, 2, 4, {}, Trouble::HeaderFails}, general},
-        {"file access", {1, 1, 2, 4, {}, Trouble::HeaderCallsFailure}, general},
-        {"second line", {1, 1, 2, 4, {}, Trouble::LineFails, 1}, general},
+        {"no reader", {1, 1, 2, 4, {}, Trouble::NullReader}, General},
+        {"header", {1, 1, 2, 4, {}, Trouble::HeaderFails}, General},
+        {"file access", {1, 1, 2, 4, {}, Trouble::HeaderCallsFailure}, General},
+        {"second line", {1, 1, 2, 4, {}, Trouble::LineFails, 1}, General},
         {"no extent", {1, 0, 2, 4}, "Invalid sheet parameters"},
         {"negative extent", {1, -1, 2, 4}, "Invalid sheet parameters"},
     };
@@ -239,12 +242,12 @@ TEST_F(ConversionDriver, FailureInsideLeavesAnEmptyFileAndTheJobComplete)
 TEST_F(ConversionDriver, SheetsThatAreNotCompleteFail)
 {
     AddFront("S1").parameters.jobName = "";
-    EXPECT_EQ(Convert(out), general);
+    EXPECT_EQ(Convert(out), General);
     EXPECT_EQ(job.sheets[0].parameters.extentX, 2.0); // its first file has been read by then
 
     job.sheets.clear();
     AddSheet("no file");
-    EXPECT_EQ(Convert(out), general);
+    EXPECT_EQ(Convert(out), General);
 
     job.sheets.clear();
     AddFront("");
@@ -293,7 +296,7 @@ TEST_F(ConversionDriver, AnyAllocationThatFailsEndsInAFailureAndNothingLeaks)
         text = FailureOf([&] { Sheetvane::CreateCIP3File(job, location); });
         FailAllocation(0);
         EXPECT_TRUE(
-            text == general || text == "[std::exception: std::bad_alloc]" || text == "[nothing]" ||
+            text == General || text == "[std::exception: std::bad_alloc]" || text == "[nothing]" ||
             text.find("Could not make painter") != std::string::npos || text == "Could not open CIP3 file")
             << count << ": " << text;
         EXPECT_EQ(fake.openReaders, 0) << count;

@@ -1,11 +1,10 @@
 // A converter's job from its construction to its end, and what it enters in the framework's tables meanwhile.
-#include "frontend/ConverterImpl.h"
-
-#include "Memory.h"
 #include "cip3output/CIP3Painter.h"
 #include "cip3output/CIP3ParameterExtractor.h"
+#include "frontend/ConverterImpl.h"
 #include "rasteroutput/Exception.h"
 #include "rasteroutput/PainterRegistry.h"
+#include "tests/Sheetvane/Memory.h"
 
 #include <Sheetvane/SheetvaneConverter.h>
 

@@ -1,6 +1,7 @@
 // What the fakes allocate themselves neither counts nor fails.
-#include "FakeReader.h"
-#include "Memory.h"
+#include "tests/Sheetvane/FakeReader.h"
+
+#include "tests/Sheetvane/Memory.h"
 
 #include <RasterFeedLib.h>
 
@@ -37,7 +38,9 @@ FileBlock FileBlockAlloc(std::uint32_t flags, const char* access)
     const OutsideTheCount notOurs;
     FakeReader& fake = FakeReader::Instance();
     if (fake.blocksRunOut)
+    {
         return nullptr;
+    }
     fake.log += "alloc " + std::to_string(flags) + ' ' + access + '\n';
     ++fake.openBlocks;
     return new FileBlockRecord;
@@ -90,7 +93,9 @@ RasterFeedHandle RasterFeedInit(const RasterFeedOpenRecord* record)
     }
     const auto found = fake.separations.find(record->path);
     if (found == fake.separations.end() || found->second.trouble == Trouble::NullReader)
+    {
         return nullptr;
+    }
     const FileBlock block = record->callbacks.open(record->path);
     const OutsideTheCount notOurs;
     ++fake.openReaders;
@@ -102,7 +107,9 @@ std::int32_t RasterFeedHeader(RasterFeedHandle reader, RasterFeedImageHeader* he
     const OutsideTheCount notOurs;
     const SheetvaneTest::FakeSeparation& separation = reader->separation;
     if (separation.trouble == Trouble::HeaderCallsFailure)
+    {
         reader->callbacks.failure();
+    }
     header->unitsPerInch = separation.unitsPerInch;
     header->widthExtent = separation.widthExtent;
     header->lineCount = separation.lineCount;
@@ -115,15 +122,23 @@ std::int32_t RasterFeedLine(RasterFeedHandle reader, unsigned char* const* lines
     const OutsideTheCount notOurs;
     FakeReader& fake = FakeReader::Instance();
     if (fake.beforeLine)
+    {
         fake.beforeLine();
+    }
     const std::uint32_t number = reader->nextLine++;
     const SheetvaneTest::FakeSeparation& separation = reader->separation;
     if (count != 1 || (separation.trouble == Trouble::LineFails && number == separation.troubleAtLine))
+    {
         return -1;
+    }
     if (number < separation.lines.size())
+    {
         std::memcpy(lines[0], separation.lines[number].data(), separation.lineLength);
+    }
     else
+    {
         std::memset(lines[0], 255, separation.lineLength);
+    }
     return 0;
 }
 

@@ -1,7 +1,7 @@
 // The failure class as an object of the object library.
-#include <Sheetvane/KX_ECIP3Exception.h>
+#include "tests/Sheetvane/Failures.h"
 
-#include "Failures.h"
+#include <Sheetvane/KX_ECIP3Exception.h>
 
 #include <memory>
 

@@ -1,5 +1,5 @@
 // The program's operator new, in place of the library's.
-#include "Memory.h"
+#include "tests/Sheetvane/Memory.h"
 
 #include <cstdlib>
 #include <new>
@@ -24,15 +24,15 @@ namespace SheetvaneTest
     }
 
     OutsideTheCount::OutsideTheCount()
-        : m_allocations(allocations)
-        , m_untilFailure(std::exchange(untilFailure, 0))
+        : allocationsBefore(allocations)
+        , untilFailureBefore(std::exchange(untilFailure, 0))
     {
     }
 
     OutsideTheCount::~OutsideTheCount()
     {
-        allocations = m_allocations;
-        untilFailure = m_untilFailure;
+        allocations = allocationsBefore;
+        untilFailure = untilFailureBefore;
     }
 }
 
@@ -40,9 +40,13 @@ void* operator new(std::size_t size)
 {
     ++allocations;
     if (untilFailure != 0 && --untilFailure == 0)
+    {
         throw std::bad_alloc();
+    }
     if (void* const memory = std::malloc(size != 0 ? size : 1))
+    {
         return memory;
+    }
     throw std::bad_alloc();
 }
 

@@ -21,7 +21,7 @@ namespace SheetvaneTest
         OutsideTheCount& operator=(const OutsideTheCount&) = delete;
 
     private:
-        std::size_t m_allocations;
-        std::size_t m_untilFailure;
+        std::size_t allocationsBefore;
+        std::size_t untilFailureBefore;
     };
 }

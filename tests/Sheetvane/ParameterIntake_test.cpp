@@ -1,8 +1,7 @@
 // What a dictionary leaves in the job: texts by class, and the state behind each failure.
 #include "frontend/ParameterIntake.h"
-
-#include "Failures.h"
-#include "Values.h"
+#include "tests/Sheetvane/Failures.h"
+#include "tests/Sheetvane/Values.h"
 
 #include <gmock/gmock.h>
 
@@ -48,8 +47,10 @@ namespace
         const void* KX_DynamicInfo(const char* typeName) const override
         {
             if (typeName == nullptr)
+            {
                 return KX_TClass::GetClassObject(
                     false, "Label", sizeof(Label), KX_TString::KX_ClassObject(), nullptr, nullptr);
+            }
             return KX_TString::KX_DynamicInfo(typeName);
         }
     };
@@ -67,18 +68,18 @@ namespace
         class Walk : public KX_TConstIterator
         {
         public:
-            explicit Walk(std::unique_ptr<KX_TConstIterator> entries)
-                : m_entries(std::move(entries))
+            explicit Walk(std::unique_ptr<KX_TConstIterator> theEntries)
+                : entries(std::move(theEntries))
             {
             }
             bool IsDone() const override { return false; }
-            const KX_IPackable& Key() const override { return m_entries->IsDone() ? m_oddKey : m_entries->Key(); }
-            const KX_TAny& Value() const override { return m_entries->Value(); }
-            void Next() override { m_entries->Next(); }
+            const KX_IPackable& Key() const override { return entries->IsDone() ? oddKey : entries->Key(); }
+            const KX_TAny& Value() const override { return entries->Value(); }
+            void Next() override { entries->Next(); }
 
         private:
-            std::unique_ptr<KX_TConstIterator> m_entries;
-            KX_EException m_oddKey;
+            std::unique_ptr<KX_TConstIterator> entries;
+            KX_EException oddKey;
         };
     };
 }

@@ -1,9 +1,8 @@
 // What four arrays leave in the job, and the state behind each failure.
 #include "frontend/SheetIntake.h"
-
-#include "Failures.h"
-#include "Memory.h"
-#include "Values.h"
+#include "tests/Sheetvane/Failures.h"
+#include "tests/Sheetvane/Memory.h"
+#include "tests/Sheetvane/Values.h"
 
 #include <gmock/gmock.h>
 

@@ -1,18 +1,19 @@
 // The library as a host has it: public headers, real TIFFs, the file that comes out.
-#include <Sheetvane/SheetvaneConverter.h>
-#include <rasteroutput/Exception.h>
+#include "tests/HostLocale.h"
+#include "tests/Sheetvane/Failures.h"
+#include "tests/Sheetvane/Memory.h"
+#include "tests/Sheetvane/TempFolder.h"
+#include "tests/Sheetvane/Tiffs.h"
+#include "tests/Sheetvane/Values.h"
+#include "tests/TwoSheetExample.h"
 
-#include "../HostLocale.h"
-#include "../TwoSheetExample.h"
-#include "Failures.h"
-#include "Memory.h"
-#include "TempFolder.h"
-#include "Tiffs.h"
-#include "Values.h"
+#include <Sheetvane/SheetvaneConverter.h>
 
 #include <gmock/gmock.h>
 
 #include <memory>
+
+#include <rasteroutput/Exception.h>
 
 using namespace SheetvaneTest;
 using namespace std::string_literals;

@@ -17,21 +17,23 @@ namespace SheetvaneTest
         {
             std::string name = (std::filesystem::temp_directory_path() / "sheetvane.XXXXXX").string();
             if (mkdtemp(name.data()) == nullptr)
+            {
                 throw std::runtime_error("no temporary folder " + name);
-            m_path = name;
+            }
+            path = name;
         }
         ~TempFolder()
         {
             std::error_code ignored;
-            std::filesystem::remove_all(m_path, ignored);
+            std::filesystem::remove_all(path, ignored);
         }
         TempFolder(const TempFolder&) = delete;
         TempFolder& operator=(const TempFolder&) = delete;
 
-        std::string operator/(const std::string& name) const { return (m_path / name).string(); }
+        std::string operator/(const std::string& name) const { return (path / name).string(); }
 
     private:
-        std::filesystem::path m_path;
+        std::filesystem::path path;
     };
 
     inline std::string BytesOf(const std::string& path)

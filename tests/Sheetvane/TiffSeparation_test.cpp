@@ -1,11 +1,10 @@
 // Separations through a fake reader: what the reader is told, what becomes of its numbers and lines, and that it is
 // ended whatever happens.
-#include "frontend/TiffSeparation.h"
-
-#include "Failures.h"
-#include "FakeReader.h"
 #include "frontend/SeparationCallbacks.h"
 #include "frontend/TiffReader.h"
+#include "frontend/TiffSeparation.h"
+#include "tests/Sheetvane/Failures.h"
+#include "tests/Sheetvane/FakeReader.h"
 
 #include <gtest/gtest.h>
 

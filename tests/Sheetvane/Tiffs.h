@@ -1,9 +1,8 @@
 // Separations as files, plain 8-bit grey and uncompressed: 0 is full ink.
 #pragma once
 
-#include <tiffio.h>
-
 #include <gtest/gtest.h>
+#include <tiffio.h>
 
 #include <string>
 #include <vector>

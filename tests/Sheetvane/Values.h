@@ -23,7 +23,9 @@ namespace SheetvaneTest
     {
         KX_TArray array;
         for (const KX_TAny& element : elements)
+        {
             array.Append(element);
+        }
         return array;
     }
 
@@ -31,7 +33,9 @@ namespace SheetvaneTest
     {
         KX_TArray array;
         for (const char* const name : names)
+        {
             array.Append(Text(name));
+        }
         return array;
     }
 
@@ -39,7 +43,9 @@ namespace SheetvaneTest
     {
         KX_TArray array;
         for (const std::string& path : paths)
+        {
             array.Append(Location(path));
+        }
         return array;
     }
 
@@ -47,7 +53,9 @@ namespace SheetvaneTest
     {
         KX_TDict dict;
         for (const auto& entry : entries)
+        {
             dict.Set(entry.first, entry.second);
+        }
         return dict;
     }
 

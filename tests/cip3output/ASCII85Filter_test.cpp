@@ -1,7 +1,7 @@
 // The characters of ASCII85 data: groups within a call, across calls, and the last one.
-#include "Bytes.h"
-#include "Decoders.h"
 #include "cip3output/ASCII85Filter.h"
+#include "tests/cip3output/Bytes.h"
+#include "tests/cip3output/Decoders.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // The digits of ASCIIHex data.
-#include "Bytes.h"
 #include "cip3output/ASCIIHexFilter.h"
+#include "tests/cip3output/Bytes.h"
 
 #include <gtest/gtest.h>
 

@@ -1,11 +1,11 @@
 // Every failure of the painter: a good document, one thing damaged, the class, the exact text and the code.
-#include "Bytes.h"
-#include "Failures.h"
-#include "PpfScribe.h"
 #include "cip3output/CIP3ParameterExtractor.h"
 #include "rasteroutput/Exception.h"
 #include "rasteroutput/ExtractionDispatcher.h"
 #include "rasteroutput/ScanLineRef.h"
+#include "tests/cip3output/Bytes.h"
+#include "tests/cip3output/Failures.h"
+#include "tests/cip3output/PpfScribe.h"
 
 #include <gmock/gmock.h>
 

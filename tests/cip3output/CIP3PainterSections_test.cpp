@@ -1,8 +1,8 @@
 // The lines of a sheet's sections, and the data of its previews.
-#include "Bytes.h"
-#include "Decoders.h"
-#include "PpfScribe.h"
 #include "rasteroutput/ScanLineRef.h"
+#include "tests/cip3output/Bytes.h"
+#include "tests/cip3output/Decoders.h"
+#include "tests/cip3output/PpfScribe.h"
 
 #include <gmock/gmock.h>
 

@@ -1,9 +1,9 @@
 // A document's life: header, directory, closing, the file on disk.
-#include "../HostLocale.h"
-#include "../TwoSheetExample.h"
-#include "Bytes.h"
-#include "PpfScribe.h"
 #include "rasteroutput/ScanLineRef.h"
+#include "tests/HostLocale.h"
+#include "tests/TwoSheetExample.h"
+#include "tests/cip3output/Bytes.h"
+#include "tests/cip3output/PpfScribe.h"
 
 #include <gmock/gmock.h>
 
@@ -63,16 +63,16 @@ namespace PpfTest
 
     TEST(CIP3Painter, DirectoryDescribesSheetsThatFollowEachOtherWithoutAGap)
     {
-        constexpr std::size_t sheets = 300;
-        PpfScribe scribe(sheets, None, Binary);
+        constexpr std::size_t Sheets = 300;
+        PpfScribe scribe(Sheets, None, Binary);
         scribe.Start();
-        for (std::size_t i = 0; i < sheets; ++i)
+        for (std::size_t i = 0; i < Sheets; ++i)
         {
             scribe.Sheet(std::string(1 + i % 214, 'n'), {std::string(i * 7, 'x')});
         }
         const std::string file = scribe.Finish();
-        std::size_t expected = 89 + 256 * sheets;
-        for (std::size_t i = 0; i < sheets; ++i)
+        std::size_t expected = 89 + 256 * Sheets;
+        for (std::size_t i = 0; i < Sheets; ++i)
         {
             const std::string line = file.substr(68 + 256 * i, 256);
             ASSERT_EQ(std::stoul(line.substr(0, 10)), expected) << "sheet " << i;

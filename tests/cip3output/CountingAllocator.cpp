@@ -1,4 +1,4 @@
-#include "CountingAllocator.h"
+#include "tests/cip3output/CountingAllocator.h"
 
 #include <cstdint>
 #include <cstdlib>

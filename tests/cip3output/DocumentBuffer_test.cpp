@@ -1,6 +1,6 @@
 // The document's memory: growth over its blocks, overwriting, the limit.
-#include "Bytes.h"
 #include "cip3output/DocumentBuffer.h"
+#include "tests/cip3output/Bytes.h"
 
 #include <gmock/gmock.h>
 

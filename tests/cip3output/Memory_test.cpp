@@ -1,8 +1,8 @@
 // What the painter asks of memory, and what becomes of a document when there is none.
-#include "Bytes.h"
-#include "CountingAllocator.h"
-#include "PpfScribe.h"
 #include "rasteroutput/ScanLineRef.h"
+#include "tests/cip3output/Bytes.h"
+#include "tests/cip3output/CountingAllocator.h"
+#include "tests/cip3output/PpfScribe.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "PpfScribe.h"
+#include "tests/cip3output/PpfScribe.h"
 
 #include "cip3output/CIP3ParameterExtractor.h"
 #include "rasteroutput/ExtractionDispatcher.h"

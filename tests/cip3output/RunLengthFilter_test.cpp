@@ -1,7 +1,7 @@
 // The tokens of run-length data: boundaries by hand, then a reading by an independent decoder.
-#include "Bytes.h"
-#include "Decoders.h"
 #include "cip3output/RunLengthFilter.h"
+#include "tests/cip3output/Bytes.h"
+#include "tests/cip3output/Decoders.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,7 @@
 // Broadcasts, and what handlers may do in the middle of one. Listener_test.cpp looks at the links from the other end.
 #include "rasteroutput/Broadcaster.h"
-
-#include "Failures.h"
 #include "rasteroutput/Listener.h"
+#include "tests/rasteroutput/Failures.h"
 
 #include <gmock/gmock.h>
 
@@ -12,7 +11,7 @@
 
 namespace RasterOutput
 {
-    constexpr char midBroadcast[] = "Removing listeners mid-broadcast is not supported";
+    constexpr char MidBroadcast[] = "Removing listeners mid-broadcast is not supported";
 
     /// Appends its name to a list of who heard something, then does what a test asks for.
     class NamedListener : public Listener
@@ -85,7 +84,7 @@ namespace RasterOutput
     {
         NamedListener stranger('s', heard);
         EXPECT_NO_THROW(broadcaster->RemoveListener(&stranger));
-        b->reaction = [&] { EXPECT_THAT([&] { broadcaster->RemoveListener(&stranger); }, FailsWith(midBroadcast)); };
+        b->reaction = [&] { EXPECT_THAT([&] { broadcaster->RemoveListener(&stranger); }, FailsWith(MidBroadcast)); };
         EXPECT_EQ(HeardBroadcast(), "abc");
     }
 
@@ -100,7 +99,7 @@ namespace RasterOutput
         {
             SCOPED_TRACE(i);
             b->reaction = removals[i];
-            EXPECT_THAT([&] { HeardBroadcast(); }, FailsWith(midBroadcast));
+            EXPECT_THAT([&] { HeardBroadcast(); }, FailsWith(MidBroadcast));
             EXPECT_EQ(heard, "ab");
             b->reaction = nullptr;
             EXPECT_EQ(HeardBroadcast(), "abc");

@@ -1,7 +1,6 @@
 // Comparison and print of chunks.
 #include "rasteroutput/ChunkChecks.h"
-
-#include "Chunks.h"
+#include "tests/rasteroutput/Chunks.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,6 @@
 // Ranges of bytes, owned and not.
 #include "rasteroutput/DataRef.h"
-
-#include "Chunks.h"
+#include "tests/rasteroutput/Chunks.h"
 
 #include <gtest/gtest.h>
 

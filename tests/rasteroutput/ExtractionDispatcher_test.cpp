@@ -1,7 +1,6 @@
 // The way from a pair of concrete types to its handler.
 #include "rasteroutput/ExtractionDispatcher.h"
-
-#include "Stages.h"
+#include "tests/rasteroutput/Stages.h"
 
 #include <gmock/gmock.h>
 

@@ -1,8 +1,7 @@
 // Links seen from the listener's end, and who names whom when either end dies.
-#include "rasteroutput/Listener.h"
-
-#include "Failures.h"
 #include "rasteroutput/Broadcaster.h"
+#include "rasteroutput/Listener.h"
+#include "tests/rasteroutput/Failures.h"
 
 #include <gmock/gmock.h>
 

@@ -1,7 +1,6 @@
 // What a painter makes of set-up and closing.
 #include "rasteroutput/Painter.h"
-
-#include "Stages.h"
+#include "tests/rasteroutput/Stages.h"
 
 #include <gmock/gmock.h>
 

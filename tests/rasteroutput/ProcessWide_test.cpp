@@ -1,11 +1,10 @@
 // The end of the process, with the tables in every state in which a host may leave them. Each case runs in a process of
 // its own; the sanitizers' leak check looks at its end as well.
-#include "rasteroutput/ProcessWide.h"
-
-#include "Stages.h"
 #include "rasteroutput/Exception.h"
 #include "rasteroutput/Painter.h"
 #include "rasteroutput/PainterRegistry.h"
+#include "rasteroutput/ProcessWide.h"
+#include "tests/rasteroutput/Stages.h"
 
 #include <gtest/gtest.h>
 

@@ -1,11 +1,10 @@
 // A stage's entry points: which handler gets what, and how the counters move.
 #include "rasteroutput/Processor.h"
-
-#include "Chunks.h"
-#include "Failures.h"
-#include "Stages.h"
 #include "rasteroutput/RasterBandRef.h"
 #include "rasteroutput/ScanLineRef.h"
+#include "tests/rasteroutput/Chunks.h"
+#include "tests/rasteroutput/Failures.h"
+#include "tests/rasteroutput/Stages.h"
 
 #include <gmock/gmock.h>
 
@@ -105,18 +104,18 @@ namespace RasterOutput
 
     TEST_F(ProcessorTest, RefusesWhatItHasNoHandlerFor)
     {
-        constexpr char oneBit[] = "1 bit data is not supported by this painter process";
-        constexpr char eightBit[] = "8 bit data is not supported by this painter process";
+        constexpr char OneBit[] = "1 bit data is not supported by this painter process";
+        constexpr char EightBit[] = "8 bit data is not supported by this painter process";
         const auto line = [&](std::uint32_t bits) { return PlanarChunk<ScanLineRef>(bits, 8, 1, {&bytes}); };
         const auto band = [&](std::uint32_t bits) { return PlanarChunk<RasterBandRef>(bits, 8, 2, {&bytes}); };
         const auto tile = [&](std::uint32_t bits) { return PlanarChunk<RawChunkRef>(bits, 8, 2, {&bytes}); };
 
-        EXPECT_THAT([&] { bare.ProcessScanLine(line(1)); }, FailsWith(oneBit));
-        EXPECT_THAT([&] { bare.ProcessScanLine(line(8)); }, FailsWith(eightBit));
-        EXPECT_THAT([&] { bare.ProcessRasterBand(band(1)); }, FailsWith(oneBit));
-        EXPECT_THAT([&] { bare.ProcessRasterBand(band(8)); }, FailsWith(eightBit));
-        EXPECT_THAT([&] { bare.ProcessTile(tile(1)); }, FailsWith(oneBit));
-        EXPECT_THAT([&] { bare.ProcessTile(tile(8)); }, FailsWith(eightBit));
+        EXPECT_THAT([&] { bare.ProcessScanLine(line(1)); }, FailsWith(OneBit));
+        EXPECT_THAT([&] { bare.ProcessScanLine(line(8)); }, FailsWith(EightBit));
+        EXPECT_THAT([&] { bare.ProcessRasterBand(band(1)); }, FailsWith(OneBit));
+        EXPECT_THAT([&] { bare.ProcessRasterBand(band(8)); }, FailsWith(EightBit));
+        EXPECT_THAT([&] { bare.ProcessTile(tile(1)); }, FailsWith(OneBit));
+        EXPECT_THAT([&] { bare.ProcessTile(tile(8)); }, FailsWith(EightBit));
         for (const std::uint32_t bits : {0u, 16u})
         {
             EXPECT_THAT(

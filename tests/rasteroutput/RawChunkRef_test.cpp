@@ -1,8 +1,7 @@
 // Layout of chunks and the search for planes of one value.
 #include "rasteroutput/RawChunkRef.h"
-
-#include "Chunks.h"
 #include "rasteroutput/ScanLineRef.h"
+#include "tests/rasteroutput/Chunks.h"
 
 #include <gtest/gtest.h>
 

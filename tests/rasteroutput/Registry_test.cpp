@@ -1,10 +1,9 @@
 // The registries of painters and plugins. They have one contract, which is tested on painters, and two vocabularies.
-#include "rasteroutput/PainterRegistry.h"
-#include "rasteroutput/PluginRegistry.h"
-
-#include "Failures.h"
 #include "rasteroutput/Painter.h"
+#include "rasteroutput/PainterRegistry.h"
 #include "rasteroutput/Plugin.h"
+#include "rasteroutput/PluginRegistry.h"
+#include "tests/rasteroutput/Failures.h"
 
 #include <gmock/gmock.h>
 
@@ -15,7 +14,7 @@ namespace RasterOutput
         int paintersAlive = 0;
 
         /// A painter that can be told from others by its mark.
-        template <char mark>
+        template <char Mark>
         class MarkedPainter : public Painter
         {
         public:
@@ -25,16 +24,16 @@ namespace RasterOutput
             void FinalizePainter() override {}
         };
 
-        template <char mark>
+        template <char Mark>
         Painter* NewMarked()
         {
-            return new MarkedPainter<mark>;
+            return new MarkedPainter<Mark>;
         }
 
-        template <char mark>
+        template <char Mark>
         bool Makes(const std::string& name)
         {
-            return dynamic_cast<MarkedPainter<mark>*>(MakePainter(name).get()) != nullptr;
+            return dynamic_cast<MarkedPainter<Mark>*>(MakePainter(name).get()) != nullptr;
         }
     }
 

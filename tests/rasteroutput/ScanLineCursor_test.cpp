@@ -1,7 +1,6 @@
 // Rows of a chunk, one after the other.
 #include "rasteroutput/ScanLineCursor.h"
-
-#include "Chunks.h"
+#include "tests/rasteroutput/Chunks.h"
 
 #include <gtest/gtest.h>
 

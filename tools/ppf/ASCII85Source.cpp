@@ -1,21 +1,21 @@
 // Groups of five characters to four bytes, with their short forms.
 #include "ppf/ASCII85Source.h"
 
-#include <cstring>
-
 #include "ppf/Failure.h"
 #include "ppf/Keywords.h"
 #include "ppf/Scanner.h"
 
-namespace ppf
+#include <cstring>
+
+namespace Ppf
 {
     namespace
     {
-        constexpr char firstDigit = '!';
-        constexpr char lastDigit = 'u';
-        constexpr char zeroGroup = 'z';
-        constexpr std::uint64_t base = 85;
-        constexpr std::uint64_t greatestGroup = 0xFFFFFFFF;
+        constexpr char FirstDigit = '!';
+        constexpr char LastDigit = 'u';
+        constexpr char ZeroGroup = 'z';
+        constexpr std::uint64_t Base = 85;
+        constexpr std::uint64_t GreatestGroup = 0xFFFFFFFF;
 
         void StoreBigEndian(unsigned char* out, std::uint32_t value)
         {
@@ -27,7 +27,7 @@ namespace ppf
 
         /// Eight characters as a number, the first in its lowest byte. A group is the lower five.
         using Characters = std::uint64_t;
-        constexpr Characters ones = 0x0101010101;
+        constexpr Characters Ones = 0x0101010101;
 
         Characters Load(const char* text)
         {
@@ -45,28 +45,28 @@ namespace ppf
         /// its sum or difference, and a carry or borrow only ever comes from a byte that did.
         bool AreDigits(Characters group)
         {
-            const Characters tooGreat = group + ones * (0x7F - lastDigit);
-            const Characters tooSmall = group - ones * firstDigit;
-            return ((group | tooGreat | tooSmall) & ones * 0x80) == 0;
+            const Characters tooGreat = group + Ones * (0x7F - LastDigit);
+            const Characters tooSmall = group - Ones * FirstDigit;
+            return ((group | tooGreat | tooSmall) & Ones * 0x80) == 0;
         }
 
         /// The number that five digits stand for. Neighbours are joined to pairs and pairs to fours within one number,
         /// which takes three multiplications in place of four that wait for each other.
         std::uint64_t ValueOf(Characters group)
         {
-            const std::uint64_t digits = group - ones * firstDigit;
-            const std::uint64_t pairs = (digits & 0xFF00FF) * base + (digits >> 8 & 0xFF00FF);
-            const std::uint64_t four = (pairs & 0xFFFF) * (base * base) + (pairs >> 16 & 0xFFFF);
-            return four * base + (digits >> 32 & 0xFF);
+            const std::uint64_t digits = group - Ones * FirstDigit;
+            const std::uint64_t pairs = (digits & 0xFF00FF) * Base + (digits >> 8 & 0xFF00FF);
+            const std::uint64_t four = (pairs & 0xFFFF) * (Base * Base) + (pairs >> 16 & 0xFFFF);
+            return four * Base + (digits >> 32 & 0xFF);
         }
     }
 
-    ASCII85Source::ASCII85Source(const EncodedText& data)
-        : m_data(data)
+    ASCII85Source::ASCII85Source(const EncodedText& theData)
+        : data(theData)
     {
-        if (m_data.bytes.substr(0, filter::ascii85Begin.size()) == filter::ascii85Begin)
+        if (data.bytes.substr(0, Filter::Ascii85Begin.size()) == Filter::Ascii85Begin)
         {
-            m_data.next = filter::ascii85Begin.size();
+            data.next = Filter::Ascii85Begin.size();
         }
     }
 
@@ -75,13 +75,13 @@ namespace ppf
         std::size_t done = 0;
         while (done < count)
         {
-            if (m_groupNext < m_groupEnd)
+            if (groupNext < groupEnd)
             {
-                out[done++] = m_group[m_groupNext++];
+                out[done++] = group[groupNext++];
                 continue;
             }
             done += ReadWholeGroups(out + done, count - done);
-            if (done == count || m_ended)
+            if (done == count || ended)
             {
                 break;
             }
@@ -93,21 +93,21 @@ namespace ppf
     /// Decodes groups that stand without white space and go into `out` in full.
     std::size_t ASCII85Source::ReadWholeGroups(unsigned char* out, std::size_t count)
     {
-        const char* text = m_data.bytes.data() + m_data.next;
-        const char* const end = m_data.bytes.data() + m_data.bytes.size();
+        const char* text = data.bytes.data() + data.next;
+        const char* const end = data.bytes.data() + data.bytes.size();
         std::size_t done = 0;
         while (count - done >= 4 && end - text >= 8)
         {
-            const Characters group = Load(text);
-            if (*text == zeroGroup)
+            const Characters characters = Load(text);
+            if (*text == ZeroGroup)
             {
                 std::memset(out + done, 0, 4);
                 done += 4;
                 ++text;
                 continue;
             }
-            const std::uint64_t value = ValueOf(group);
-            if (!AreDigits(group) || value > greatestGroup)
+            const std::uint64_t value = ValueOf(characters);
+            if (!AreDigits(characters) || value > GreatestGroup)
             {
                 break;
             }
@@ -115,7 +115,7 @@ namespace ppf
             done += 4;
             text += 5;
         }
-        m_data.next = static_cast<std::size_t>(text - m_data.bytes.data());
+        data.next = static_cast<std::size_t>(text - data.bytes.data());
         return done;
     }
 
@@ -124,45 +124,45 @@ namespace ppf
     {
         std::uint64_t value = 0;
         unsigned digits = 0;
-        for (; m_data.next < m_data.bytes.size(); ++m_data.next)
+        for (; data.next < data.bytes.size(); ++data.next)
         {
-            const char c = m_data.bytes[m_data.next];
+            const char c = data.bytes[data.next];
             if (IsWhiteSpace(c))
             {
                 continue;
             }
-            if (c == zeroGroup && digits == 0)
+            if (c == ZeroGroup && digits == 0)
             {
-                ++m_data.next;
+                ++data.next;
                 Store(0, 4);
                 return;
             }
-            if (c == filter::ascii85End[0])
+            if (c == Filter::Ascii85End[0])
             {
-                m_ended = true;
+                ended = true;
                 break;
             }
-            if (c < firstDigit || c > lastDigit)
+            if (c < FirstDigit || c > LastDigit)
             {
                 throw FormatError(
-                    m_data.Offset(), c == zeroGroup ? "ASCII85 data has \"z\" within a group"
-                                                    : "ASCII85 data holds a character that is none of its digits");
+                    data.Offset(), c == ZeroGroup ? "ASCII85 data has \"z\" within a group"
+                                                  : "ASCII85 data holds a character that is none of its digits");
             }
-            value = value * base + static_cast<unsigned>(c - firstDigit);
+            value = value * Base + static_cast<unsigned>(c - FirstDigit);
             if (++digits == 5)
             {
-                ++m_data.next;
+                ++data.next;
                 Store(value, 4);
                 return;
             }
         }
-        if (!m_ended)
+        if (!ended)
         {
-            throw FormatError(m_data.Offset(), "ASCII85 data has no end mark \"~>\"");
+            throw FormatError(data.Offset(), "ASCII85 data has no end mark \"~>\"");
         }
         if (digits == 1)
         {
-            throw FormatError(m_data.Offset(), "ASCII85 data ends in a group of one character");
+            throw FormatError(data.Offset(), "ASCII85 data ends in a group of one character");
         }
         if (digits > 1)
         {
@@ -170,7 +170,7 @@ namespace ppf
             const unsigned bytes = digits - 1;
             for (; digits < 5; ++digits)
             {
-                value = value * base + (base - 1);
+                value = value * Base + (Base - 1);
             }
             Store(value, bytes);
         }
@@ -178,12 +178,12 @@ namespace ppf
 
     void ASCII85Source::Store(std::uint64_t value, unsigned bytes)
     {
-        if (value > greatestGroup)
+        if (value > GreatestGroup)
         {
-            throw FormatError(m_data.Offset(), "ASCII85 data has a group above 4294967295");
+            throw FormatError(data.Offset(), "ASCII85 data has a group above 4294967295");
         }
-        StoreBigEndian(m_group.data(), static_cast<std::uint32_t>(value));
-        m_groupNext = 0;
-        m_groupEnd = bytes;
+        StoreBigEndian(group.data(), static_cast<std::uint32_t>(value));
+        groupNext = 0;
+        groupEnd = bytes;
     }
 }

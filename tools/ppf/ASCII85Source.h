@@ -2,30 +2,30 @@
 // to "~>", and "<~" in front of it all if the writer put it there.
 #pragma once
 
-#include <array>
-
 #include "ppf/ByteSource.h"
 
-namespace ppf
+#include <array>
+
+namespace Ppf
 {
     class ASCII85Source : public ByteSource
     {
     public:
-        explicit ASCII85Source(const EncodedText& data);
+        explicit ASCII85Source(const EncodedText& theData);
 
         std::size_t Read(unsigned char* out, std::size_t count) override;
-        std::uint64_t Offset() const override { return m_data.Offset(); }
+        std::uint64_t Offset() const override { return data.Offset(); }
 
     private:
         std::size_t ReadWholeGroups(unsigned char* out, std::size_t count);
         void ReadGroup();
         void Store(std::uint64_t value, unsigned bytes);
 
-        EncodedText m_data;
+        EncodedText data;
         /// A decoded group of which `out` could not take all.
-        std::array<unsigned char, 4> m_group = {};
-        unsigned m_groupNext = 0;
-        unsigned m_groupEnd = 0;
-        bool m_ended = false;
+        std::array<unsigned char, 4> group = {};
+        unsigned groupNext = 0;
+        unsigned groupEnd = 0;
+        bool ended = false;
     };
 }

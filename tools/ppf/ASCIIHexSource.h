@@ -3,23 +3,23 @@
 
 #include "ppf/ByteSource.h"
 
-namespace ppf
+namespace Ppf
 {
     class ASCIIHexSource : public ByteSource
     {
     public:
-        explicit ASCIIHexSource(const EncodedText& data)
-            : m_data(data)
+        explicit ASCIIHexSource(const EncodedText& theData)
+            : data(theData)
         {
         }
 
         std::size_t Read(unsigned char* out, std::size_t count) override;
-        std::uint64_t Offset() const override { return m_data.Offset(); }
+        std::uint64_t Offset() const override { return data.Offset(); }
 
     private:
         bool ReadDigit(unsigned& digit);
 
-        EncodedText m_data;
-        bool m_ended = false;
+        EncodedText data;
+        bool ended = false;
     };
 }

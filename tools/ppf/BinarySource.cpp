@@ -4,16 +4,16 @@
 #include <algorithm>
 #include <cstring>
 
-namespace ppf
+namespace Ppf
 {
     std::size_t BinarySource::Read(unsigned char* out, std::size_t count)
     {
-        const std::size_t taken = std::min(count, m_data.bytes.size() - m_data.next);
+        const std::size_t taken = std::min(count, data.bytes.size() - data.next);
         if (taken > 0)
         {
-            std::memcpy(out, m_data.bytes.data() + m_data.next, taken);
+            std::memcpy(out, data.bytes.data() + data.next, taken);
         }
-        m_data.next += taken;
+        data.next += taken;
         return taken;
     }
 }

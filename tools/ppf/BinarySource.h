@@ -3,20 +3,20 @@
 
 #include "ppf/ByteSource.h"
 
-namespace ppf
+namespace Ppf
 {
     class BinarySource : public ByteSource
     {
     public:
-        explicit BinarySource(const EncodedText& data)
-            : m_data(data)
+        explicit BinarySource(const EncodedText& theData)
+            : data(theData)
         {
         }
 
         std::size_t Read(unsigned char* out, std::size_t count) override;
-        std::uint64_t Offset() const override { return m_data.Offset(); }
+        std::uint64_t Offset() const override { return data.Offset(); }
 
     private:
-        EncodedText m_data;
+        EncodedText data;
     };
 }

@@ -7,7 +7,7 @@
 #include <memory>
 #include <string_view>
 
-namespace ppf
+namespace Ppf
 {
     class ByteSource
     {

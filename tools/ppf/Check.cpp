@@ -1,16 +1,16 @@
 // The rules, each a comparison of two things that a document says, and one pass over the data of the previews.
 #include "ppf/Check.h"
 
-#include <algorithm>
-#include <array>
-
 #include "ppf/DocumentReader.h"
 #include "ppf/FileMap.h"
 #include "ppf/Keywords.h"
 #include "ppf/ScanLineReader.h"
 #include "ppf/Scanner.h"
 
-namespace ppf
+#include <algorithm>
+#include <array>
+
+namespace Ppf
 {
     namespace
     {
@@ -22,31 +22,31 @@ namespace ppf
         class Checker
         {
         public:
-            Checker(const Document& document, CheckDepth depth)
-                : m_document(document)
-                , m_depth(depth)
+            Checker(const Document& theDocument, CheckDepth theDepth)
+                : document(theDocument)
+                , depth(theDepth)
             {
             }
 
             std::vector<Finding> Findings()
             {
                 CheckDirectory();
-                for (const Sheet& sheet : m_document.sheets)
+                for (const Sheet& sheet : document.sheets)
                 {
                     CheckSheet(sheet);
                 }
-                if (m_document.damage)
+                if (document.damage)
                 {
-                    m_findings.push_back(*m_document.damage);
+                    findings.push_back(*document.damage);
                 }
                 else
                 {
                     CheckEnd();
                 }
                 std::stable_sort(
-                    m_findings.begin(), m_findings.end(),
+                    findings.begin(), findings.end(),
                     [](const Finding& left, const Finding& right) { return left.offset < right.offset; });
-                return std::move(m_findings);
+                return std::move(findings);
             }
 
         private:
@@ -60,17 +60,17 @@ namespace ppf
             void CheckSize(const Preview& preview);
             void CheckEnd();
 
-            void Add(std::uint64_t offset, const std::string& text) { m_findings.push_back({offset, text}); }
+            void Add(std::uint64_t offset, const std::string& text) { findings.push_back({offset, text}); }
 
-            const Document& m_document;
-            const CheckDepth m_depth;
-            std::vector<Finding> m_findings;
+            const Document& document;
+            const CheckDepth depth;
+            std::vector<Finding> findings;
         };
 
         /// Where a directory may let a sheet's section end. Writers differ in what they count behind CIP3EndSheet, but
         /// one file keeps to one way.
         using SectionEnd = std::uint64_t (*)(const Sheet&);
-        constexpr std::array<SectionEnd, 3> sectionEnds = {
+        constexpr std::array<SectionEnd, 3> SectionEnds = {
             [](const Sheet& sheet) { return sheet.offset + sheet.length; },
             [](const Sheet& sheet) { return sheet.endOfLine; },
             [](const Sheet& sheet) { return sheet.endOfWord; },
@@ -79,13 +79,13 @@ namespace ppf
         /// Whether the reading broke off in this sheet: then what it lacks says nothing, as it may stand behind the damage.
         bool Checker::IsOpen(const Sheet& sheet) const
         {
-            return m_document.damage && sheet.length == 0;
+            return document.damage && sheet.length == 0;
         }
 
         void Checker::CheckDirectory()
         {
-            const std::vector<DirectoryEntry>& entries = m_document.directory;
-            const std::vector<Sheet>& sheets = m_document.sheets;
+            const std::vector<DirectoryEntry>& entries = document.directory;
+            const std::vector<Sheet>& sheets = document.sheets;
             const std::size_t count = std::min(entries.size(), sheets.size());
             const auto matches = [&](SectionEnd end)
             {
@@ -97,7 +97,7 @@ namespace ppf
                 return number;
             };
             const SectionEnd end = *std::max_element(
-                sectionEnds.begin(), sectionEnds.end(),
+                SectionEnds.begin(), SectionEnds.end(),
                 [&](SectionEnd left, SectionEnd right) { return matches(left) < matches(right); });
             for (std::size_t i = 0; i < count; ++i)
             {
@@ -105,7 +105,7 @@ namespace ppf
                 CheckDirectoryEntry(
                     entries[i], sheets[i], IsOpen(sheets[i]) ? entries[i].offset + entries[i].length : end(sheets[i]));
             }
-            if (m_document.hasDirectory && !m_document.damage && entries.size() != sheets.size())
+            if (document.hasDirectory && !document.damage && entries.size() != sheets.size())
             {
                 Add(entries.empty() ? 0 : entries.back().position, "directory has " + std::to_string(entries.size()) +
                                                                        " entries for " + std::to_string(sheets.size()) +
@@ -135,11 +135,11 @@ namespace ppf
 
         void Checker::CheckSheet(const Sheet& sheet)
         {
-            if (!sheet.Find(key::jobName) && !IsOpen(sheet))
+            if (!sheet.Find(Key::JobName) && !IsOpen(sheet))
             {
                 Add(sheet.offset, "sheet has no /CIP3AdmJobName");
             }
-            if (!sheet.Find(key::extent) && !IsOpen(sheet))
+            if (!sheet.Find(Key::Extent) && !IsOpen(sheet))
             {
                 Add(sheet.offset, "sheet has no /CIP3AdmPSExtent");
             }
@@ -158,7 +158,7 @@ namespace ppf
                 CheckPreview(preview);
             }
             // What the reading broke off in is not counted.
-            if (!m_document.damage && inks != surface.separationNames.size())
+            if (!document.damage && inks != surface.separationNames.size())
             {
                 Add(surface.offset, std::string(NameOf(surface.side)) + " has " +
                                         std::to_string(surface.separationNames.size()) + " separation names for " +
@@ -180,9 +180,9 @@ namespace ppf
             {
                 Add(preview.offset, "preview image has no /CIP3PreviewImageResolution");
             }
-            const std::size_t before = m_findings.size();
+            const std::size_t before = findings.size();
             CheckEndMark(preview);
-            if (m_depth == CheckDepth::everything && m_findings.size() == before)
+            if (depth == CheckDepth::Everything && findings.size() == before)
             {
                 CheckSize(preview);
             }
@@ -194,23 +194,23 @@ namespace ppf
                 return preview.data.size() >= mark.size() &&
                        preview.data.substr(preview.data.size() - mark.size()) == mark;
             };
-            const std::uint64_t end = m_document.OffsetOf(preview.data) + preview.data.size();
-            if (preview.encoding == Encoding::asciiHex && !endsWith(filter::asciiHexEnd))
+            const std::uint64_t end = document.OffsetOf(preview.data) + preview.data.size();
+            if (preview.encoding == Encoding::AsciiHex && !endsWith(Filter::AsciiHexEnd))
             {
                 Add(end, "ASCIIHex data has no end mark \">\"");
             }
             // White space may stand within "~>", so its last character has to do.
-            if (preview.encoding == Encoding::ascii85 && !endsWith(filter::ascii85End.substr(1)))
+            if (preview.encoding == Encoding::Ascii85 && !endsWith(Filter::Ascii85End.substr(1)))
             {
                 Add(end, "ASCII85 data has no end mark \"~>\"");
             }
-            if (preview.encoding == Encoding::binary && preview.compression == Compression::none &&
+            if (preview.encoding == Encoding::Binary && preview.compression == Compression::None &&
                 preview.data.size() != preview.StoredBytes())
             {
-                Add(m_document.OffsetOf(preview.data), "preview has " + std::to_string(preview.data.size()) +
-                                                           " bytes of data, but " + std::to_string(preview.width) +
-                                                           " x " + std::to_string(preview.height) + " pixels need " +
-                                                           std::to_string(preview.StoredBytes()));
+                Add(document.OffsetOf(preview.data), "preview has " + std::to_string(preview.data.size()) +
+                                                         " bytes of data, but " + std::to_string(preview.width) +
+                                                         " x " + std::to_string(preview.height) + " pixels need " +
+                                                         std::to_string(preview.StoredBytes()));
             }
         }
 
@@ -218,13 +218,13 @@ namespace ppf
         {
             try
             {
-                ScanLineReader rows(m_document, preview);
+                ScanLineReader rows(document, preview);
                 while (rows.Next() != nullptr)
                 {
                 }
                 if (const std::uint64_t excess = rows.CountExcess(); excess > 0)
                 {
-                    Add(m_document.OffsetOf(preview.data),
+                    Add(document.OffsetOf(preview.data),
                         "preview's data goes on for " + std::to_string(excess) + " bytes behind the " +
                             std::to_string(preview.StoredBytes()) + " that " + std::to_string(preview.width) + " x " +
                             std::to_string(preview.height) + " pixels need");
@@ -232,17 +232,17 @@ namespace ppf
             }
             catch (const FormatError& error)
             {
-                m_findings.push_back(error.AsFinding());
+                findings.push_back(error.AsFinding());
             }
         }
 
         void Checker::CheckEnd()
         {
-            std::uint64_t end = m_document.end;
-            const std::string_view bytes = m_document.bytes;
+            std::uint64_t end = document.end;
+            const std::string_view bytes = document.bytes;
             // Serial lines add a Ctrl-D, which counts as nothing.
-            constexpr char endOfTransmission = 4;
-            const auto isNothing = [](char c) { return IsWhiteSpace(c) || c == endOfTransmission; };
+            constexpr char EndOfTransmission = 4;
+            const auto isNothing = [](char c) { return IsWhiteSpace(c) || c == EndOfTransmission; };
             while (end < bytes.size() && isNothing(bytes[static_cast<std::size_t>(end)]))
             {
                 ++end;

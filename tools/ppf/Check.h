@@ -2,21 +2,21 @@
 // directory against the sections, the previews against their sizes, the names against the previews.
 #pragma once
 
+#include "ppf/Document.h"
+
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "ppf/Document.h"
-
-namespace ppf
+namespace Ppf
 {
     enum class CheckDepth
     {
         /// Sections, directory, end marks and closing comment, at about the speed of a search for one byte. Every
         /// writer can afford it after each file.
-        structure,
+        Structure,
         /// The same, and every preview is decoded and its size held against its width and height.
-        everything
+        Everything
     };
 
     /// What is wrong with a document that was read, in the order of the file. An empty list: it is well formed.

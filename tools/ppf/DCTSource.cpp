@@ -1,6 +1,8 @@
 // libjpeg's source manager and error handling around its scan lines.
 #include "ppf/DCTSource.h"
 
+#include "ppf/Failure.h"
+
 #include <algorithm>
 #include <array>
 #include <csetjmp>
@@ -12,20 +14,18 @@
 #include <jerror.h>
 #include <jpeglib.h>
 
-#include "ppf/Failure.h"
-
-namespace ppf
+namespace Ppf
 {
     namespace
     {
-        constexpr std::size_t blockSize = 64u << 10;
+        constexpr std::size_t BlockSize = 64u << 10;
         /// What libjpeg may take for a progressive picture, in bytes, beside the size of the decoded one; and the
         /// growth up to which that size counts.
-        constexpr std::uint64_t workingMemory = 40u << 20;
-        constexpr std::uint64_t usualGrowth = 64;
+        constexpr std::uint64_t WorkingMemory = 40u << 20;
+        constexpr std::uint64_t UsualGrowth = 64;
         /// Passes over the picture that a progressive file may make. Encoders make about ten; each costs the time of a
         /// whole picture, however few bytes it has.
-        constexpr int mostScans = 64;
+        constexpr int MostScans = 64;
     }
 
     /// The state that libjpeg's callbacks see. No exception passes through libjpeg: what a callback catches waits here
@@ -33,26 +33,26 @@ namespace ppf
     class DCTSource::Decoder
     {
     public:
-        Decoder(std::unique_ptr<ByteSource> encoded, const Preview& preview)
-            : m_encoded(std::move(encoded))
-            , m_width(preview.width)
-            , m_height(preview.height)
-            , m_components(preview.components)
-            , m_memory(workingMemory + std::min(preview.StoredBytes(), preview.data.size() * usualGrowth))
+        Decoder(std::unique_ptr<ByteSource> theEncoded, const Preview& preview)
+            : encoded(std::move(theEncoded))
+            , width(preview.width)
+            , height(preview.height)
+            , components(preview.components)
+            , memory(WorkingMemory + std::min(preview.StoredBytes(), preview.data.size() * UsualGrowth))
         {
-            m_jpeg.err = jpeg_std_error(&m_errors);
-            m_jpeg.client_data = this;
-            m_errors.error_exit = &Decoder::OnError;
-            m_errors.emit_message = &Decoder::OnMessage;
-            m_input.init_source = [](j_decompress_ptr) {};
-            m_input.fill_input_buffer = &Decoder::OnFill;
-            m_input.skip_input_data = &Decoder::OnSkip;
-            m_input.resync_to_restart = jpeg_resync_to_restart;
-            m_input.term_source = [](j_decompress_ptr) {};
-            m_progress.progress_monitor = &Decoder::OnProgress;
+            jpeg.err = jpeg_std_error(&errors);
+            jpeg.client_data = this;
+            errors.error_exit = &Decoder::OnError;
+            errors.emit_message = &Decoder::OnMessage;
+            input.init_source = [](j_decompress_ptr) {};
+            input.fill_input_buffer = &Decoder::OnFill;
+            input.skip_input_data = &Decoder::OnSkip;
+            input.resync_to_restart = jpeg_resync_to_restart;
+            input.term_source = [](j_decompress_ptr) {};
+            progress.progress_monitor = &Decoder::OnProgress;
         }
 
-        ~Decoder() { jpeg_destroy_decompress(&m_jpeg); }
+        ~Decoder() { jpeg_destroy_decompress(&jpeg); }
         Decoder(const Decoder&) = delete;
         Decoder& operator=(const Decoder&) = delete;
 
@@ -60,75 +60,75 @@ namespace ppf
         {
             if (!Run(out, count))
             {
-                if (m_failure)
+                if (failure)
                 {
-                    std::rethrow_exception(std::exchange(m_failure, nullptr));
+                    std::rethrow_exception(std::exchange(failure, nullptr));
                 }
-                throw FormatError(Offset(), "DCT data: " + std::string(m_message));
+                throw FormatError(Offset(), "DCT data: " + std::string(message));
             }
-            return m_read;
+            return read;
         }
 
-        std::uint64_t Offset() const { return m_encoded->Offset(); }
+        std::uint64_t Offset() const { return encoded->Offset(); }
 
     private:
         /// Everything that may end in longjmp. False if it did.
         bool Run(unsigned char* out, std::size_t count)
         {
-            m_read = 0;
-            if (setjmp(m_return) != 0)
+            read = 0;
+            if (setjmp(escape) != 0)
             {
                 return false;
             }
-            if (!m_started)
+            if (!started)
             {
                 Start();
             }
-            const std::size_t row = static_cast<std::size_t>(m_width) * m_components;
-            while (m_read + row <= count && m_jpeg.output_scanline < m_jpeg.output_height)
+            const std::size_t row = static_cast<std::size_t>(width) * components;
+            while (read + row <= count && jpeg.output_scanline < jpeg.output_height)
             {
-                JSAMPROW rows[] = {out + m_read};
-                m_read += row * jpeg_read_scanlines(&m_jpeg, rows, 1);
+                JSAMPROW rows[] = {out + read};
+                read += row * jpeg_read_scanlines(&jpeg, rows, 1);
             }
             return true;
         }
 
         void Start()
         {
-            m_started = true;
-            jpeg_create_decompress(&m_jpeg);
-            m_jpeg.src = &m_input;
-            m_jpeg.progress = &m_progress;
-            m_jpeg.mem->max_memory_to_use = static_cast<long>(m_memory);
-            jpeg_read_header(&m_jpeg, TRUE);
-            if (m_jpeg.image_width != m_width || m_jpeg.image_height != m_height)
+            started = true;
+            jpeg_create_decompress(&jpeg);
+            jpeg.src = &input;
+            jpeg.progress = &progress;
+            jpeg.mem->max_memory_to_use = static_cast<long>(memory);
+            jpeg_read_header(&jpeg, TRUE);
+            if (jpeg.image_width != width || jpeg.image_height != height)
             {
                 Fail("the picture's size is not width x height of the preview");
             }
-            if (static_cast<unsigned>(m_jpeg.num_components) != m_components)
+            if (static_cast<unsigned>(jpeg.num_components) != components)
             {
                 Fail("the picture has another number of components than the preview");
             }
-            if (m_jpeg.arith_code)
+            if (jpeg.arith_code)
             {
                 Fail("arithmetic coding is not part of the filter");
             }
-            m_jpeg.out_color_space = m_components == 1 ? JCS_GRAYSCALE : JCS_CMYK;
-            jpeg_start_decompress(&m_jpeg);
+            jpeg.out_color_space = components == 1 ? JCS_GRAYSCALE : JCS_CMYK;
+            jpeg_start_decompress(&jpeg);
         }
 
         static Decoder& Of(j_common_ptr jpeg) { return *static_cast<Decoder*>(jpeg->client_data); }
 
-        [[noreturn]] void Fail(const char* message)
+        [[noreturn]] void Fail(const char* theMessage)
         {
-            std::snprintf(m_message, sizeof m_message, "%s", message);
-            std::longjmp(m_return, 1);
+            std::snprintf(message, sizeof message, "%s", theMessage);
+            std::longjmp(escape, 1);
         }
 
         [[noreturn]] static void OnError(j_common_ptr jpeg)
         {
-            jpeg->err->format_message(jpeg, Of(jpeg).m_message);
-            std::longjmp(Of(jpeg).m_return, 1);
+            jpeg->err->format_message(jpeg, Of(jpeg).message);
+            std::longjmp(Of(jpeg).escape, 1);
         }
 
         /// A warning is a fault, since libjpeg goes on with invented pixels, but for those about mere form.
@@ -147,22 +147,22 @@ namespace ppf
             std::size_t got = 0;
             try
             {
-                got = decoder.m_encoded->Read(decoder.m_block.data(), decoder.m_block.size());
+                got = decoder.encoded->Read(decoder.block.data(), decoder.block.size());
             }
             catch (...)
             {
-                decoder.m_failure = std::current_exception();
+                decoder.failure = std::current_exception();
             }
-            if (decoder.m_failure)
+            if (decoder.failure)
             {
-                std::longjmp(decoder.m_return, 1);
+                std::longjmp(decoder.escape, 1);
             }
             if (got == 0)
             {
                 decoder.Fail("the picture is cut off");
             }
-            decoder.m_input.next_input_byte = decoder.m_block.data();
-            decoder.m_input.bytes_in_buffer = got;
+            decoder.input.next_input_byte = decoder.block.data();
+            decoder.input.bytes_in_buffer = got;
             return TRUE;
         }
 
@@ -181,31 +181,31 @@ namespace ppf
 
         static void OnProgress(j_common_ptr jpeg)
         {
-            if (reinterpret_cast<j_decompress_ptr>(jpeg)->input_scan_number > mostScans)
+            if (reinterpret_cast<j_decompress_ptr>(jpeg)->input_scan_number > MostScans)
             {
                 Of(jpeg).Fail("the picture has more scans than any encoder makes");
             }
         }
 
-        std::unique_ptr<ByteSource> m_encoded;
-        const std::uint64_t m_width;
-        const std::uint64_t m_height;
-        const unsigned m_components;
-        const std::uint64_t m_memory;
-        jpeg_decompress_struct m_jpeg = {};
-        jpeg_error_mgr m_errors = {};
-        jpeg_source_mgr m_input = {};
-        jpeg_progress_mgr m_progress = {};
-        std::array<unsigned char, blockSize> m_block = {};
-        std::jmp_buf m_return = {};
-        char m_message[JMSG_LENGTH_MAX] = {};
-        std::exception_ptr m_failure;
-        std::size_t m_read = 0;
-        bool m_started = false;
+        std::unique_ptr<ByteSource> encoded;
+        const std::uint64_t width;
+        const std::uint64_t height;
+        const unsigned components;
+        const std::uint64_t memory;
+        jpeg_decompress_struct jpeg = {};
+        jpeg_error_mgr errors = {};
+        jpeg_source_mgr input = {};
+        jpeg_progress_mgr progress = {};
+        std::array<unsigned char, BlockSize> block = {};
+        std::jmp_buf escape = {};
+        char message[JMSG_LENGTH_MAX] = {};
+        std::exception_ptr failure;
+        std::size_t read = 0;
+        bool started = false;
     };
 
     DCTSource::DCTSource(std::unique_ptr<ByteSource> encoded, const Preview& preview)
-        : m_decoder(std::make_unique<Decoder>(std::move(encoded), preview))
+        : decoder(std::make_unique<Decoder>(std::move(encoded), preview))
     {
     }
 
@@ -213,11 +213,11 @@ namespace ppf
 
     std::size_t DCTSource::Read(unsigned char* out, std::size_t count)
     {
-        return m_decoder->Read(out, count);
+        return decoder->Read(out, count);
     }
 
     std::uint64_t DCTSource::Offset() const
     {
-        return m_decoder->Offset();
+        return decoder->Offset();
     }
 }

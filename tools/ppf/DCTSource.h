@@ -4,7 +4,7 @@
 #include "ppf/ByteSource.h"
 #include "ppf/Document.h"
 
-namespace ppf
+namespace Ppf
 {
     /// Delivers whole rows: `count` of Read has to be a multiple of the preview's row size.
     class DCTSource : public ByteSource
@@ -19,6 +19,6 @@ namespace ppf
 
     private:
         class Decoder;
-        std::unique_ptr<Decoder> m_decoder;
+        std::unique_ptr<Decoder> decoder;
     };
 }

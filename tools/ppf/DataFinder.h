@@ -2,20 +2,20 @@
 // file, also where nobody asks for the picture, and can be found at the speed of a search for one byte.
 #pragma once
 
+#include "ppf/Document.h"
+
 #include <cstdint>
 #include <string_view>
 
-#include "ppf/Document.h"
-
-namespace ppf
+namespace Ppf
 {
     /// Finds the data of a file's preview images. Over the calls for all of them every byte is looked at a bounded number
     /// of times, whatever a damaged file claims.
     class DataFinder
     {
     public:
-        explicit DataFinder(std::string_view bytes)
-            : m_bytes(bytes)
+        explicit DataFinder(std::string_view theBytes)
+            : bytes(theBytes)
         {
         }
 
@@ -41,8 +41,8 @@ namespace ppf
         bool SectionEndsAfter(std::size_t end) const;
         std::size_t SkipWhiteSpace(std::size_t begin, std::size_t most) const;
 
-        std::string_view m_bytes;
+        std::string_view bytes;
         /// Bytes that walks through run-length data have passed over so far.
-        std::uint64_t m_walked = 0;
+        std::uint64_t walked = 0;
     };
 }

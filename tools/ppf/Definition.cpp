@@ -1,52 +1,52 @@
 // The search for a "def" that belongs to a key, past whatever brackets hold.
 #include "ppf/Definition.h"
 
-#include <string>
-
 #include "ppf/Keywords.h"
 
-namespace ppf
+#include <string>
+
+namespace Ppf
 {
     namespace
     {
         bool IsSectionWord(const Token& token)
         {
-            return token.kind == TokenKind::executableName &&
-                   (StartsWith(token.text, word::begin) || StartsWith(token.text, word::end) ||
-                    token.text == word::image);
+            return token.kind == TokenKind::ExecutableName &&
+                   (StartsWith(token.text, Word::Begin) || StartsWith(token.text, Word::End) ||
+                    token.text == Word::Image);
         }
 
         /// The closing delimiters that a value still awaits, the next one last.
         class Nesting
         {
         public:
-            bool IsOpen() const { return !m_awaited.empty(); }
-            bool IsInProcedure() const { return m_awaited.find('}') != std::string::npos; }
+            bool IsOpen() const { return !awaited.empty(); }
+            bool IsInProcedure() const { return awaited.find('}') != std::string::npos; }
 
             /// False if the token is a closing delimiter that does not match. Throws FormatError if it nests too deeply.
             bool Take(const Token& token, std::uint64_t offset)
             {
-                if (token.kind == TokenKind::open)
+                if (token.kind == TokenKind::Open)
                 {
-                    m_awaited += token.text == "[" ? ']' : token.text == "{" ? '}' : '>';
-                    if (m_awaited.size() > deepestNesting)
+                    awaited += token.text == "[" ? ']' : token.text == "{" ? '}' : '>';
+                    if (awaited.size() > DeepestNesting)
                     {
                         throw FormatError(offset, "value is nested too deeply");
                     }
                 }
-                else if (token.kind == TokenKind::close)
+                else if (token.kind == TokenKind::Close)
                 {
-                    if (m_awaited.empty() || m_awaited.back() != token.text[0])
+                    if (awaited.empty() || awaited.back() != token.text[0])
                     {
                         return false;
                     }
-                    m_awaited.pop_back();
+                    awaited.pop_back();
                 }
                 return true;
             }
 
         private:
-            std::string m_awaited;
+            std::string awaited;
         };
     }
 
@@ -58,19 +58,19 @@ namespace ppf
         Token token = scanner.Next();
         for (;; token = scanner.Next())
         {
-            const bool isDef = token.kind == TokenKind::executableName && token.text == word::def;
+            const bool isDef = token.kind == TokenKind::ExecutableName && token.text == Word::Def;
             if (isDef && !nesting.IsOpen())
             {
                 break;
             }
             // The key of another entry cannot belong to a value that has begun: that value lacks its def.
-            const bool isNextKey = token.kind == TokenKind::literalName && StartsWith(token.text, key::start) &&
+            const bool isNextKey = token.kind == TokenKind::LiteralName && StartsWith(token.text, Key::Start) &&
                                    first.data() != nullptr && !nesting.IsOpen();
-            if (token.kind == TokenKind::end || isNextKey || (IsSectionWord(token) && !nesting.IsInProcedure()))
+            if (token.kind == TokenKind::End || isNextKey || (IsSectionWord(token) && !nesting.IsInProcedure()))
             {
                 return {std::nullopt, token};
             }
-            if (token.kind != TokenKind::comment)
+            if (token.kind != TokenKind::Comment)
             {
                 if (!nesting.Take(token, static_cast<std::uint64_t>(token.text.data() - file.data())))
                 {
@@ -91,7 +91,7 @@ namespace ppf
         const auto offsetOf = [&](const Token& token)
         { return static_cast<std::uint64_t>(token.text.data() - file.data()); };
         const Definition definition = TryDefinition(scanner, key, file);
-        if (!definition.entry && definition.last.kind == TokenKind::close)
+        if (!definition.entry && definition.last.kind == TokenKind::Close)
         {
             throw FormatError(offsetOf(definition.last), "\"" + Shown(definition.last.text) + "\" closes nothing here");
         }

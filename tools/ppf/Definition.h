@@ -2,17 +2,17 @@
 // object, nested as it likes, and only here is known where it stops.
 #pragma once
 
+#include "ppf/Document.h"
+#include "ppf/Scanner.h"
+
 #include <cstddef>
 #include <optional>
 #include <string_view>
 
-#include "ppf/Document.h"
-#include "ppf/Scanner.h"
-
-namespace ppf
+namespace Ppf
 {
     /// Sections within sections and brackets within brackets that no file needs more of.
-    constexpr std::size_t deepestNesting = 100;
+    constexpr std::size_t DeepestNesting = 100;
 
     /// What stands behind a name.
     struct Definition

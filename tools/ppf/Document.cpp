@@ -1,33 +1,33 @@
 // What the records tell of themselves: the last of several definitions, decoded names, orientation.
 #include "ppf/Document.h"
 
-#include <algorithm>
-#include <array>
-#include <iterator>
-
 #include "ppf/Keywords.h"
 #include "ppf/Number.h"
 #include "ppf/Scanner.h"
 #include "ppf/StringLiteral.h"
 
-namespace ppf
+#include <algorithm>
+#include <array>
+#include <iterator>
+
+namespace Ppf
 {
     namespace
     {
         /// True for a transfer curve that is the straight line from 0 0 to 1 1, which changes nothing.
         bool IsNeutralCurve(const Entry& entry)
         {
-            constexpr std::array<double, 4> straight = {0, 0, 1, 1};
-            if (entry.key != key::filmCurve && entry.key != key::plateCurve)
+            constexpr std::array<double, 4> Straight = {0, 0, 1, 1};
+            if (entry.key != Key::FilmCurve && entry.key != Key::PlateCurve)
             {
                 return false;
             }
             // The four numbers stand between brackets.
-            const std::vector<Token> tokens = TokensOf(entry.value, straight.size() + 2);
-            bool isStraight = tokens.size() == straight.size() + 2;
-            for (std::size_t i = 0; isStraight && i < straight.size(); ++i)
+            const std::vector<Token> tokens = TokensOf(entry.value, Straight.size() + 2);
+            bool isStraight = tokens.size() == Straight.size() + 2;
+            for (std::size_t i = 0; isStraight && i < Straight.size(); ++i)
             {
-                isStraight = NumberOf(tokens[i + 1].text) == straight[i];
+                isStraight = NumberOf(tokens[i + 1].text) == Straight[i];
             }
             return isStraight;
         }
@@ -35,7 +35,7 @@ namespace ppf
 
     std::string_view NameOf(Side side)
     {
-        return side == Side::front ? "front" : "back";
+        return side == Side::Front ? "front" : "back";
     }
 
     std::optional<Resolution> Preview::UprightResolution() const
@@ -52,17 +52,17 @@ namespace ppf
 
     std::string Sheet::JobName() const
     {
-        return DecodedName(Find(key::jobName).value_or(""));
+        return DecodedName(Find(Key::JobName).value_or(""));
     }
 
     std::string Sheet::SheetName() const
     {
-        return DecodedName(Find(key::sheetName).value_or(""));
+        return DecodedName(Find(Key::SheetName).value_or(""));
     }
 
     std::string_view Sheet::Extent() const
     {
-        const std::string_view text = Find(key::extent).value_or("");
+        const std::string_view text = Find(Key::Extent).value_or("");
         const bool isArray = text.size() >= 2 && text.front() == '[' && text.back() == ']';
         return isArray ? Trimmed(text.substr(1, text.size() - 2)) : text;
     }
@@ -74,8 +74,8 @@ namespace ppf
             entries.begin(), entries.end(), std::back_inserter(parameters),
             [](const Entry& entry)
             {
-                const bool isName = entry.key == key::jobName || entry.key == key::sheetName;
-                return !isName && entry.key != key::extent && !IsNeutralCurve(entry);
+                const bool isName = entry.key == Key::JobName || entry.key == Key::SheetName;
+                return !isName && entry.key != Key::Extent && !IsNeutralCurve(entry);
             });
         return parameters;
     }
@@ -83,11 +83,11 @@ namespace ppf
     std::string DecodedName(std::string_view value)
     {
         const std::vector<Token> tokens = TokensOf(value, 1);
-        if (tokens.size() == 1 && tokens[0].kind == TokenKind::string)
+        if (tokens.size() == 1 && tokens[0].kind == TokenKind::String)
         {
             return StringOf(tokens[0].text).value_or(std::string(value));
         }
-        if (tokens.size() == 1 && tokens[0].kind == TokenKind::literalName)
+        if (tokens.size() == 1 && tokens[0].kind == TokenKind::LiteralName)
         {
             return std::string(tokens[0].text.substr(1));
         }

@@ -3,16 +3,16 @@
 // can work on a document without knowing how it was read.
 #pragma once
 
+#include "ppf/Failure.h"
+#include "ppf/Orientation.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "ppf/Failure.h"
-#include "ppf/Orientation.h"
-
-namespace ppf
+namespace Ppf
 {
     /// "/key value def". Both are the text of the file: the key without its slash, the value without the white space
     /// around it.
@@ -36,17 +36,17 @@ namespace ppf
 
     enum class Compression
     {
-        none,
-        runLength,
-        dct,
-        unknown
+        None,
+        RunLength,
+        Dct,
+        Unknown
     };
 
     enum class Encoding
     {
-        binary,
-        asciiHex,
-        ascii85
+        Binary,
+        AsciiHex,
+        Ascii85
     };
 
     /// Pixels per inch along the rows and along the columns, as stored.
@@ -69,10 +69,10 @@ namespace ppf
         /// Nothing if the section has no matrix; the image is then taken as upright.
         std::optional<Matrix> matrix;
         std::optional<Resolution> resolution;
-        Compression compression = Compression::none;
+        Compression compression = Compression::None;
         /// The name in the file, without its slash.
         std::string_view compressionName;
-        Encoding encoding = Encoding::binary;
+        Encoding encoding = Encoding::Binary;
         std::string_view encodingName;
         /// The encoded data with its end mark, and with "<~" if ASCII85 begins so.
         std::string_view data;
@@ -95,8 +95,8 @@ namespace ppf
 
     enum class Side
     {
-        front,
-        back
+        Front,
+        Back
     };
 
     /// "front" or "back".
@@ -104,7 +104,7 @@ namespace ppf
 
     struct Surface
     {
-        Side side = Side::front;
+        Side side = Side::Front;
         std::uint64_t offset = 0;
         /// The decoded list of separation names that holds here: the surface's own or, without one, its sheet's.
         std::vector<std::string> separationNames;

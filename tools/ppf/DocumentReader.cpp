@@ -1,9 +1,6 @@
 // A stack of open sections that statements are read into, one after the other, until the closing comment or a fault.
 #include "ppf/DocumentReader.h"
 
-#include <algorithm>
-#include <utility>
-
 #include "ppf/DataFinder.h"
 #include "ppf/Definition.h"
 #include "ppf/InkNames.h"
@@ -12,26 +9,29 @@
 #include "ppf/PreviewEntries.h"
 #include "ppf/Scanner.h"
 
-namespace ppf
+#include <algorithm>
+#include <utility>
+
+namespace Ppf
 {
     namespace
     {
         /// What a vector takes per element at most: while it grows, the old elements and twice as many new ones.
-        constexpr std::size_t growth = 3;
+        constexpr std::size_t Growth = 3;
         /// What a block of memory takes beside its bytes.
-        constexpr std::size_t blockOverhead = 16;
+        constexpr std::size_t BlockOverhead = 16;
         /// The longest value that is kept as an entry, in bytes.
-        constexpr std::size_t longestValue = 64u << 10;
+        constexpr std::size_t LongestValue = 64u << 10;
 
         enum class Kind
         {
-            file,
-            directory,
-            sheet,
-            surface,
-            previewImage,
-            separation,
-            unknown
+            File,
+            Directory,
+            Sheet,
+            Surface,
+            PreviewImage,
+            Separation,
+            Unknown
         };
 
         /// A section that has begun and not ended.
@@ -47,12 +47,12 @@ namespace ppf
 
         Kind KindOf(std::string_view name)
         {
-            return name == word::directory                     ? Kind::directory
-                   : name == word::sheet                       ? Kind::sheet
-                   : name == word::front || name == word::back ? Kind::surface
-                   : name == word::previewImage                ? Kind::previewImage
-                   : name == word::separation                  ? Kind::separation
-                                                               : Kind::unknown;
+            return name == Word::Directory                     ? Kind::Directory
+                   : name == Word::Sheet                       ? Kind::Sheet
+                   : name == Word::Front || name == Word::Back ? Kind::Surface
+                   : name == Word::PreviewImage                ? Kind::PreviewImage
+                   : name == Word::Separation                  ? Kind::Separation
+                                                               : Kind::Unknown;
         }
 
         std::string Described(const Section& section)
@@ -64,7 +64,7 @@ namespace ppf
         /// Whether the reader cannot do without the entry once its key stands there.
         bool IsNeeded(std::string_view key)
         {
-            return key == key::jobName || key == key::sheetName || key == key::extent || key == key::separationNames ||
+            return key == Key::JobName || key == Key::SheetName || key == Key::Extent || key == Key::SeparationNames ||
                    PreviewEntries().Take({key, {}});
         }
 
@@ -72,15 +72,15 @@ namespace ppf
         {
             switch (inner)
             {
-            case Kind::directory:
-            case Kind::sheet:
-                return outer == Kind::file;
-            case Kind::surface:
-                return outer == Kind::sheet;
-            case Kind::previewImage:
-                return outer == Kind::surface;
-            case Kind::separation:
-                return outer == Kind::previewImage;
+            case Kind::Directory:
+            case Kind::Sheet:
+                return outer == Kind::File;
+            case Kind::Surface:
+                return outer == Kind::Sheet;
+            case Kind::PreviewImage:
+                return outer == Kind::Surface;
+            case Kind::Separation:
+                return outer == Kind::PreviewImage;
             default:
                 return true;
             }
@@ -102,12 +102,12 @@ namespace ppf
         class DocumentReader
         {
         public:
-            DocumentReader(std::string_view bytes, std::size_t memory)
-                : m_memory(memory)
-                , m_scanner(bytes)
-                , m_dataFinder(bytes)
+            DocumentReader(std::string_view bytes, std::size_t theMemory)
+                : memory(theMemory)
+                , scanner(bytes)
+                , dataFinder(bytes)
             {
-                m_document.bytes = bytes;
+                document.bytes = bytes;
             }
 
             Document Read()
@@ -115,18 +115,18 @@ namespace ppf
                 try
                 {
                     ReadHeader();
-                    m_sections.push_back({Kind::file, "", 0, {}, false});
+                    sections.push_back({Kind::File, "", 0, {}, false});
                     while (ReadStatement())
                     {
                     }
-                    m_document.end = m_scanner.Position();
+                    document.end = scanner.Position();
                 }
                 catch (const FormatError& error)
                 {
-                    m_document.damage = error.AsFinding();
+                    document.damage = error.AsFinding();
                 }
-                AssignInkNames(m_document, m_memory - std::min(m_charged, m_memory));
-                return std::move(m_document);
+                AssignInkNames(document, memory - std::min(charged, memory));
+                return std::move(document);
             }
 
         private:
@@ -144,36 +144,36 @@ namespace ppf
             bool EndDocument(const Token& comment);
             void Charge(std::uint64_t offset, std::size_t bytes);
 
-            std::uint64_t OffsetOf(const Token& token) const { return m_document.OffsetOf(token.text); }
-            Surface& CurrentSurface() { return m_document.sheets.back().surfaces.back(); }
+            std::uint64_t OffsetOf(const Token& token) const { return document.OffsetOf(token.text); }
+            Surface& CurrentSurface() { return document.sheets.back().surfaces.back(); }
 
-            const std::size_t m_memory;
-            Document m_document;
-            Scanner m_scanner;
-            DataFinder m_dataFinder;
-            std::vector<Section> m_sections;
+            const std::size_t memory;
+            Document document;
+            Scanner scanner;
+            DataFinder dataFinder;
+            std::vector<Section> sections;
             /// The last tokens of the directory that are no word: the operands of its next entry.
-            std::vector<Token> m_operands;
+            std::vector<Token> operands;
             /// Offset up to which a search for a "def" has found none.
-            std::uint64_t m_searchedTo = 0;
+            std::uint64_t searchedTo = 0;
             /// What the records take, in bytes, and those of the last sheet.
-            std::size_t m_charged = 0;
-            std::size_t m_chargedOfSheet = 0;
+            std::size_t charged = 0;
+            std::size_t chargedOfSheet = 0;
         };
 
         void DocumentReader::ReadHeader()
         {
-            const std::string_view bytes = m_document.bytes;
-            if (!StartsWith(bytes, word::magic))
+            const std::string_view bytes = document.bytes;
+            if (!StartsWith(bytes, Word::Magic))
             {
                 throw FormatError(0, "not a print production file: it does not begin with \"%!PS\"");
             }
-            for (Token token = m_scanner.Next(); token.kind == TokenKind::comment; token = m_scanner.Next())
+            for (Token token = scanner.Next(); token.kind == TokenKind::Comment; token = scanner.Next())
             {
-                if (StartsWith(token.text, word::version))
+                if (StartsWith(token.text, Word::Version))
                 {
-                    const std::string_view version = Trimmed(token.text.substr(word::version.size()));
-                    m_document.version = version.substr(0, longestValue);
+                    const std::string_view version = Trimmed(token.text.substr(Word::Version.size()));
+                    document.version = version.substr(0, LongestValue);
                     return;
                 }
             }
@@ -183,31 +183,31 @@ namespace ppf
         /// Reads up to the end of one definition, word or comment. Returns false behind the closing comment.
         bool DocumentReader::ReadStatement()
         {
-            const Token token = m_scanner.Next();
-            const Section& section = m_sections.back();
-            const bool isWord = token.kind == TokenKind::executableName;
-            const bool isOperand = token.kind == TokenKind::number || token.kind == TokenKind::string ||
-                                   token.kind == TokenKind::open || token.kind == TokenKind::close;
-            if (section.hasImage && (isOperand || (isWord && !StartsWith(token.text, word::end))))
+            const Token token = scanner.Next();
+            const Section& section = sections.back();
+            const bool isWord = token.kind == TokenKind::ExecutableName;
+            const bool isOperand = token.kind == TokenKind::Number || token.kind == TokenKind::String ||
+                                   token.kind == TokenKind::Open || token.kind == TokenKind::Close;
+            if (section.hasImage && (isOperand || (isWord && !StartsWith(token.text, Word::End))))
             {
                 throw FormatError(OffsetOf(token), "preview image data is not followed by the end of its section");
             }
             switch (token.kind)
             {
-            case TokenKind::end:
+            case TokenKind::End:
                 throw FormatError(
-                    OffsetOf(token), section.kind == Kind::file
+                    OffsetOf(token), section.kind == Kind::File
                                          ? "file has no closing comment \"%%CIP3EndOfFile\": its end is missing"
                                          : "file ends within " + Described(section));
-            case TokenKind::comment:
+            case TokenKind::Comment:
                 return !EndDocument(token);
-            case TokenKind::literalName:
+            case TokenKind::LiteralName:
                 ReadName(token);
                 return true;
-            case TokenKind::executableName:
+            case TokenKind::ExecutableName:
                 ReadWord(token.text);
                 return true;
-            case TokenKind::open:
+            case TokenKind::Open:
                 if (token.text == "{")
                 {
                     SkipProcedure(token);
@@ -215,13 +215,13 @@ namespace ppf
                 }
                 [[fallthrough]];
             default:
-                if (section.kind == Kind::directory)
+                if (section.kind == Kind::Directory)
                 {
-                    constexpr std::size_t operandsOfEntry = 3;
-                    m_operands.push_back(token);
-                    if (m_operands.size() > operandsOfEntry)
+                    constexpr std::size_t OperandsOfEntry = 3;
+                    operands.push_back(token);
+                    if (operands.size() > OperandsOfEntry)
                     {
-                        m_operands.erase(m_operands.begin());
+                        operands.erase(operands.begin());
                     }
                 }
                 return true;
@@ -231,26 +231,26 @@ namespace ppf
         /// A name is the key of an entry or an operand of some other word: "/cross 5 Mark", "/Helvetica findfont".
         void DocumentReader::ReadName(const Token& name)
         {
-            if (m_sections.back().kind == Kind::unknown)
+            if (sections.back().kind == Kind::Unknown)
             {
                 return;
             }
             if (IsNeeded(name.text.substr(1)))
             {
-                Keep(ReadDefinition(m_scanner, name, m_document.bytes));
+                Keep(ReadDefinition(scanner, name, document.bytes));
             }
             // A name that another search for a "def" has passed over in vain would send out the same search again.
-            else if (OffsetOf(name) >= m_searchedTo)
+            else if (OffsetOf(name) >= searchedTo)
             {
-                const std::uint64_t behind = m_scanner.Position();
-                const Definition definition = TryDefinition(m_scanner, name, m_document.bytes);
+                const std::uint64_t behind = scanner.Position();
+                const Definition definition = TryDefinition(scanner, name, document.bytes);
                 if (definition.entry)
                 {
                     Keep(*definition.entry);
                     return;
                 }
-                m_searchedTo = OffsetOf(definition.last);
-                m_scanner.MoveTo(behind);
+                searchedTo = OffsetOf(definition.last);
+                scanner.MoveTo(behind);
             }
         }
 
@@ -259,8 +259,8 @@ namespace ppf
         {
             for (std::uint64_t depth = 1; depth > 0;)
             {
-                const Token token = m_scanner.Next();
-                if (token.kind == TokenKind::end)
+                const Token token = scanner.Next();
+                if (token.kind == TokenKind::End)
                 {
                     throw FormatError(OffsetOf(begin), "procedure is not closed");
                 }
@@ -271,20 +271,20 @@ namespace ppf
 
         void DocumentReader::ReadWord(std::string_view text)
         {
-            const std::uint64_t offset = m_document.OffsetOf(text);
-            if (StartsWith(text, word::begin))
+            const std::uint64_t offset = document.OffsetOf(text);
+            if (StartsWith(text, Word::Begin))
             {
-                BeginSection(text.substr(word::begin.size()), offset);
+                BeginSection(text.substr(Word::Begin.size()), offset);
             }
-            else if (StartsWith(text, word::end))
+            else if (StartsWith(text, Word::End))
             {
-                EndSection(text.substr(word::end.size()), offset);
+                EndSection(text.substr(Word::End.size()), offset);
             }
-            else if (text == word::directoryEntry && m_sections.back().kind == Kind::directory)
+            else if (text == Word::DirectoryEntry && sections.back().kind == Kind::Directory)
             {
                 ReadDirectoryEntry(offset);
             }
-            else if (text == word::image && m_sections.back().kind != Kind::unknown)
+            else if (text == Word::Image && sections.back().kind != Kind::Unknown)
             {
                 ReadPreview(offset);
             }
@@ -292,119 +292,119 @@ namespace ppf
 
         void DocumentReader::Keep(const Entry& entry)
         {
-            Section& section = m_sections.back();
-            if (section.kind == Kind::unknown || section.entries.Take(entry))
+            Section& section = sections.back();
+            if (section.kind == Kind::Unknown || section.entries.Take(entry))
             {
                 return;
             }
-            const bool ofSheet = section.kind == Kind::sheet;
-            const bool ofSurface = section.kind == Kind::surface || section.kind == Kind::previewImage;
+            const bool ofSheet = section.kind == Kind::Sheet;
+            const bool ofSurface = section.kind == Kind::Surface || section.kind == Kind::PreviewImage;
             if (!ofSheet && !ofSurface)
             {
                 return;
             }
-            const std::uint64_t offset = m_document.OffsetOf(entry.value);
-            const bool isLong = entry.value.size() > longestValue || entry.key.size() > longestValue;
-            Charge(offset, growth * (isLong ? sizeof(Finding) + 2 * blockOverhead + 160 : sizeof(Entry)));
+            const std::uint64_t offset = document.OffsetOf(entry.value);
+            const bool isLong = entry.value.size() > LongestValue || entry.key.size() > LongestValue;
+            Charge(offset, Growth * (isLong ? sizeof(Finding) + 2 * BlockOverhead + 160 : sizeof(Entry)));
             if (isLong)
             {
-                m_document.remarks.push_back(
+                document.remarks.push_back(
                     {offset, "value of /" + Shown(entry.key) + " has " + std::to_string(entry.value.size()) +
                                  " bytes and is left out"});
                 return;
             }
-            (ofSheet ? m_document.sheets.back().entries : CurrentSurface().entries).push_back(entry);
+            (ofSheet ? document.sheets.back().entries : CurrentSurface().entries).push_back(entry);
         }
 
         void DocumentReader::BeginSection(std::string_view name, std::uint64_t offset)
         {
-            const Section& outer = m_sections.back();
-            const Kind kind = outer.kind == Kind::unknown ? Kind::unknown : KindOf(name);
+            const Section& outer = sections.back();
+            const Kind kind = outer.kind == Kind::Unknown ? Kind::Unknown : KindOf(name);
             if (!MayStandIn(kind, outer.kind))
             {
                 throw FormatError(
                     offset, "CIP3Begin" + Shown(name) + " stands " +
-                                (outer.kind == Kind::file ? "outside the section that it belongs to"
+                                (outer.kind == Kind::File ? "outside the section that it belongs to"
                                                           : "within CIP3Begin" + Shown(outer.name)));
             }
-            if (m_sections.size() > deepestNesting)
+            if (sections.size() > DeepestNesting)
             {
                 throw FormatError(offset, "sections are nested too deeply");
             }
-            if (kind == Kind::directory)
+            if (kind == Kind::Directory)
             {
-                m_document.hasDirectory = true;
-                m_operands.clear();
+                document.hasDirectory = true;
+                operands.clear();
             }
-            else if (kind == Kind::sheet)
+            else if (kind == Kind::Sheet)
             {
-                m_chargedOfSheet = 0;
-                Charge(offset, growth * sizeof(Sheet) + 2 * blockOverhead);
-                m_document.sheets.emplace_back();
-                m_document.sheets.back().offset = offset;
+                chargedOfSheet = 0;
+                Charge(offset, Growth * sizeof(Sheet) + 2 * BlockOverhead);
+                document.sheets.emplace_back();
+                document.sheets.back().offset = offset;
             }
-            else if (kind == Kind::surface)
+            else if (kind == Kind::Surface)
             {
-                Charge(offset, growth * sizeof(Surface) + 3 * blockOverhead);
-                m_document.sheets.back().surfaces.emplace_back();
-                CurrentSurface().side = name == word::front ? Side::front : Side::back;
+                Charge(offset, Growth * sizeof(Surface) + 3 * BlockOverhead);
+                document.sheets.back().surfaces.emplace_back();
+                CurrentSurface().side = name == Word::Front ? Side::Front : Side::Back;
                 CurrentSurface().offset = offset;
             }
-            m_sections.push_back({kind, name, offset, outer.entries, false});
+            sections.push_back({kind, name, offset, outer.entries, false});
         }
 
         void DocumentReader::EndSection(std::string_view name, std::uint64_t offset)
         {
-            const Section& section = m_sections.back();
-            if (section.kind == Kind::file || section.name != name)
+            const Section& section = sections.back();
+            if (section.kind == Kind::File || section.name != name)
             {
                 throw FormatError(
                     offset, "CIP3End" + Shown(name) +
-                                (section.kind == Kind::file ? " ends no section"
+                                (section.kind == Kind::File ? " ends no section"
                                                             : " stands where CIP3End" + Shown(section.name) +
                                                                   " is due, the end of " + Described(section)));
             }
-            if (section.kind == Kind::separation && !section.hasImage)
+            if (section.kind == Kind::Separation && !section.hasImage)
             {
                 throw FormatError(offset, "separation has no preview image");
             }
-            if (section.kind == Kind::sheet)
+            if (section.kind == Kind::Sheet)
             {
                 EndSheet();
             }
-            m_sections.pop_back();
+            sections.pop_back();
         }
 
         void DocumentReader::EndSheet()
         {
-            Sheet& sheet = m_document.sheets.back();
-            sheet.endOfWord = m_scanner.Position();
-            sheet.endOfLine = BehindLineEnd(m_document.bytes, sheet.endOfWord);
-            sheet.length = BehindLineEnd(m_document.bytes, sheet.endOfLine) - sheet.offset;
+            Sheet& sheet = document.sheets.back();
+            sheet.endOfWord = scanner.Position();
+            sheet.endOfLine = BehindLineEnd(document.bytes, sheet.endOfWord);
+            sheet.length = BehindLineEnd(document.bytes, sheet.endOfLine) - sheet.offset;
         }
 
         void DocumentReader::ReadDirectoryEntry(std::uint64_t offset)
         {
             const std::optional<std::int64_t> sheetOffset =
-                m_operands.size() == 3 ? IntegerOf(m_operands[0].text) : std::nullopt;
+                operands.size() == 3 ? IntegerOf(operands[0].text) : std::nullopt;
             const std::optional<std::int64_t> length =
-                m_operands.size() == 3 ? IntegerOf(m_operands[1].text) : std::nullopt;
-            if (!sheetOffset || !length || *sheetOffset < 0 || *length < 0 || m_operands[2].kind != TokenKind::string ||
-                m_operands[2].text.size() > longestValue)
+                operands.size() == 3 ? IntegerOf(operands[1].text) : std::nullopt;
+            if (!sheetOffset || !length || *sheetOffset < 0 || *length < 0 || operands[2].kind != TokenKind::String ||
+                operands[2].text.size() > LongestValue)
             {
                 throw FormatError(offset, "directory entry is not an offset, a length and a name in parentheses");
             }
-            Charge(offset, growth * sizeof(DirectoryEntry) + blockOverhead + m_operands[2].text.size());
-            m_document.directory.push_back(
-                {OffsetOf(m_operands[0]), static_cast<std::uint64_t>(*sheetOffset), static_cast<std::uint64_t>(*length),
-                 DecodedName(m_operands[2].text)});
-            m_operands.clear();
+            Charge(offset, Growth * sizeof(DirectoryEntry) + BlockOverhead + operands[2].text.size());
+            document.directory.push_back(
+                {OffsetOf(operands[0]), static_cast<std::uint64_t>(*sheetOffset), static_cast<std::uint64_t>(*length),
+                 DecodedName(operands[2].text)});
+            operands.clear();
         }
 
         void DocumentReader::ReadPreview(std::uint64_t offset)
         {
-            Section& section = m_sections.back();
-            if (section.kind != Kind::separation && section.kind != Kind::previewImage)
+            Section& section = sections.back();
+            if (section.kind != Kind::Separation && section.kind != Kind::PreviewImage)
             {
                 throw FormatError(offset, "CIP3PreviewImage stands outside a separation");
             }
@@ -412,21 +412,21 @@ namespace ppf
             {
                 throw FormatError(offset, "section has a second preview image");
             }
-            Preview preview = section.entries.MakePreview(m_document.bytes, offset);
+            Preview preview = section.entries.MakePreview(document.bytes, offset);
             // The inks that AssignInkNames adds are part of the price, names too long for a string's own memory too.
-            Charge(offset, growth * sizeof(Preview) + blockOverhead + preview.components * (sizeof(std::string) + 32));
-            preview.data = m_dataFinder.Find(m_scanner.Position(), preview);
-            m_scanner.MoveTo(m_document.OffsetOf(preview.data) + preview.data.size());
+            Charge(offset, Growth * sizeof(Preview) + BlockOverhead + preview.components * (sizeof(std::string) + 32));
+            preview.data = dataFinder.Find(scanner.Position(), preview);
+            scanner.MoveTo(document.OffsetOf(preview.data) + preview.data.size());
             section.hasImage = true;
             CurrentSurface().previews.push_back(std::move(preview));
         }
 
         void DocumentReader::Charge(std::uint64_t offset, std::size_t bytes)
         {
-            constexpr std::size_t shareOfSheet = 3;
-            m_charged += bytes;
-            m_chargedOfSheet += bytes;
-            if (m_charged > m_memory || m_chargedOfSheet > m_memory / shareOfSheet)
+            constexpr std::size_t ShareOfSheet = 3;
+            charged += bytes;
+            chargedOfSheet += bytes;
+            if (charged > memory || chargedOfSheet > memory / ShareOfSheet)
             {
                 throw FormatError(offset, "file has more sections and entries than any job; reading stops here");
             }
@@ -435,12 +435,12 @@ namespace ppf
         /// True if the comment closes the document.
         bool DocumentReader::EndDocument(const Token& comment)
         {
-            if (!StartsWith(comment.text, word::endOfFile))
+            if (!StartsWith(comment.text, Word::EndOfFile))
             {
                 return false;
             }
-            const Section& section = m_sections.back();
-            if (section.kind != Kind::file)
+            const Section& section = sections.back();
+            if (section.kind != Kind::File)
             {
                 throw FormatError(OffsetOf(comment), "file ends within " + Described(section));
             }

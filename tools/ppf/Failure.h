@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace ppf
+namespace Ppf
 {
     /// One thing wrong with a file.
     struct Finding
@@ -21,23 +21,23 @@ namespace ppf
     /// The beginning of a text from the file, as much of it as a message repeats.
     inline std::string Shown(std::string_view text)
     {
-        constexpr std::size_t longestShown = 100;
-        return std::string(text.substr(0, longestShown));
+        constexpr std::size_t LongestShown = 100;
+        return std::string(text.substr(0, LongestShown));
     }
 
     /// Ends the reading of a damaged document or preview.
     class FormatError : public std::runtime_error
     {
     public:
-        FormatError(std::uint64_t offset, const std::string& text)
+        FormatError(std::uint64_t theOffset, const std::string& text)
             : std::runtime_error(text)
-            , m_offset(offset)
+            , offset(theOffset)
         {
         }
 
-        Finding AsFinding() const { return {m_offset, what()}; }
+        Finding AsFinding() const { return {offset, what()}; }
 
     private:
-        std::uint64_t m_offset;
+        std::uint64_t offset;
     };
 }

@@ -1,6 +1,9 @@
 // mmap for regular files, read for everything else.
 #include "ppf/FileMap.h"
 
+#include "ppf/Keywords.h"
+#include "ppf/Scanner.h"
+
 #include <cerrno>
 #include <new>
 #include <system_error>
@@ -10,10 +13,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "ppf/Keywords.h"
-#include "ppf/Scanner.h"
-
-namespace ppf
+namespace Ppf
 {
     namespace
     {
@@ -21,23 +21,23 @@ namespace ppf
         {
         public:
             explicit Descriptor(const std::string& path)
-                : m_number(open(path.c_str(), O_RDONLY | O_CLOEXEC))
+                : number(open(path.c_str(), O_RDONLY | O_CLOEXEC))
             {
             }
             ~Descriptor()
             {
-                if (m_number >= 0)
+                if (number >= 0)
                 {
-                    close(m_number);
+                    close(number);
                 }
             }
             Descriptor(const Descriptor&) = delete;
             Descriptor& operator=(const Descriptor&) = delete;
 
-            int Number() const { return m_number; }
+            int Number() const { return number; }
 
         private:
-            int m_number;
+            int number;
         };
 
         [[noreturn]] void Fail(const std::string& path)
@@ -69,17 +69,17 @@ namespace ppf
         {
             Fail(path);
         }
-        m_mapped = true;
-        m_bytes = {static_cast<const char*>(address), size};
+        mapped = true;
+        bytes = {static_cast<const char*>(address), size};
         // Advice only: a kernel that does not take it reads as well.
         madvise(address, size, MADV_SEQUENTIAL);
     }
 
     FileMap::~FileMap()
     {
-        if (m_mapped)
+        if (mapped)
         {
-            munmap(const_cast<char*>(m_bytes.data()), m_bytes.size());
+            munmap(const_cast<char*>(bytes.data()), bytes.size());
         }
     }
 
@@ -87,7 +87,7 @@ namespace ppf
     {
         try
         {
-            m_copy.resize(size);
+            copy.resize(size);
         }
         catch (const std::bad_alloc&)
         {
@@ -97,18 +97,18 @@ namespace ppf
 
     void FileMap::ReadStream(int descriptor, const std::string& path)
     {
-        constexpr std::size_t block = 1 << 20;
+        constexpr std::size_t Block = 1 << 20;
         for (;;)
         {
-            const std::size_t held = m_copy.size();
+            const std::size_t held = copy.size();
             // A stream that is something else may never end.
-            if (held >= word::magic.size() && !StartsWith(m_copy, word::magic))
+            if (held >= Word::Magic.size() && !StartsWith(copy, Word::Magic))
             {
                 break;
             }
-            MakeRoom(held + block, path);
-            const ssize_t got = read(descriptor, m_copy.data() + held, block);
-            m_copy.resize(held + static_cast<std::size_t>(got > 0 ? got : 0));
+            MakeRoom(held + Block, path);
+            const ssize_t got = read(descriptor, copy.data() + held, Block);
+            copy.resize(held + static_cast<std::size_t>(got > 0 ? got : 0));
             if (got == 0)
             {
                 break;
@@ -118,6 +118,6 @@ namespace ppf
                 Fail(path);
             }
         }
-        m_bytes = m_copy;
+        bytes = copy;
     }
 }

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-namespace ppf
+namespace Ppf
 {
     /// A whole file as bytes. A regular file is mapped, read only and with its size taken once, when it is opened;
     /// anything else (a pipe, a device) is read to its end into memory, or no further than its beginning if no print
@@ -23,14 +23,14 @@ namespace ppf
         FileMap& operator=(const FileMap&) = delete;
 
         /// Valid as long as this object lives.
-        std::string_view Bytes() const { return m_bytes; }
+        std::string_view Bytes() const { return bytes; }
 
     private:
         void MakeRoom(std::size_t size, const std::string& path);
         void ReadStream(int descriptor, const std::string& path);
 
-        std::string_view m_bytes;
-        std::string m_copy;
-        bool m_mapped = false;
+        std::string_view bytes;
+        std::string copy;
+        bool mapped = false;
     };
 }

@@ -1,71 +1,71 @@
 // Decoded rows added up, and means over parts of the sums.
 #include "ppf/InkColumns.h"
 
+#include "ppf/ScanLineReader.h"
+
 #include <algorithm>
 #include <cmath>
 #include <numeric>
 #include <string>
 
-#include "ppf/ScanLineReader.h"
-
-namespace ppf
+namespace Ppf
 {
     namespace
     {
-        constexpr double fullInk = 255;
-        constexpr double perCent = 100;
+        constexpr double FullInk = 255;
+        constexpr double PerCent = 100;
 
         /// Columns times components that are summed at most. A sheet of two metres at 2400 pixels per inch has a
         /// twenty-fifth of it; the sums of as many take 50 MiB.
-        constexpr std::uint64_t mostColumns = 5u << 20;
+        constexpr std::uint64_t MostColumns = 5u << 20;
 
         /// Sums samples of many rows position by position. Rows gather in 16 bits, which the compiler turns into
         /// vector additions, and move to the 64 bits of the inks before they could overflow.
         class PositionSums
         {
         public:
-            explicit PositionSums(std::vector<InkColumns>& inks)
-                : m_inks(inks)
-                , m_recent(inks.size() * inks[0].sums.size())
+            explicit PositionSums(std::vector<InkColumns>& theInks)
+                : inks(theInks)
+                , recent(theInks.size() * theInks[0].sums.size())
             {
             }
 
             void Add(const unsigned char* samples)
             {
-                constexpr unsigned rowsBeforeOverflow = 65535 / 255;
-                if (m_recentRows == rowsBeforeOverflow)
+                constexpr unsigned RowsBeforeOverflow = 65535 / 255;
+                if (recentRows == RowsBeforeOverflow)
                 {
                     Flush();
                 }
-                std::uint16_t* const recent = m_recent.data();
-                const std::size_t count = m_recent.size();
+                std::uint16_t* const sums = recent.data();
+                const std::size_t count = recent.size();
                 for (std::size_t i = 0; i < count; ++i)
                 {
-                    recent[i] = static_cast<std::uint16_t>(recent[i] + samples[i]);
+                    sums[i] = static_cast<std::uint16_t>(sums[i] + samples[i]);
                 }
-                ++m_recentRows;
+                ++recentRows;
             }
 
             /// Moves what has gathered to the inks.
             void Flush()
             {
-                const std::size_t count = m_inks.size();
+                const std::size_t count = inks.size();
                 for (std::size_t ink = 0; ink < count; ++ink)
                 {
-                    std::vector<std::uint64_t>& sums = m_inks[ink].sums;
+                    std::vector<std::uint64_t>& sums = inks[ink].sums;
                     for (std::size_t column = 0; column < sums.size(); ++column)
                     {
-                        sums[column] += m_recent[column * count + ink];
+                        sums[column] += recent[column * count + ink];
                     }
                 }
-                std::fill(m_recent.begin(), m_recent.end(), std::uint16_t{0});
-                m_recentRows = 0;
+                std::fill(recent.begin(), recent.end(), std::uint16_t{0});
+                recentRows = 0;
             }
 
         private:
-            std::vector<InkColumns>& m_inks;
-            std::vector<std::uint16_t> m_recent;
-            unsigned m_recentRows = 0;
+            std::vector<InkColumns>& inks;
+            std::vector<std::uint16_t> recent;
+            unsigned recentRows = 0;
         };
 
         /// Sums along the stored columns, for images whose rows run across the sheet.
@@ -122,7 +122,7 @@ namespace ppf
             const double share = std::min(right, begin + 1) - std::max(left, begin);
             ink += static_cast<double>(sums[i]) * share;
         }
-        return ink / (fullInk * static_cast<double>(rows) * (right - left)) * perCent;
+        return ink / (FullInk * static_cast<double>(rows) * (right - left)) * PerCent;
     }
 
     std::vector<double> EdgesOfEqualZones(std::uint64_t columns, std::uint64_t count)
@@ -137,8 +137,8 @@ namespace ppf
 
     double CountOfZones(std::uint64_t columns, double width)
     {
-        constexpr double rounding = 1e-6;
-        return std::max(1.0, std::ceil(static_cast<double>(columns) / width - rounding));
+        constexpr double Rounding = 1e-6;
+        return std::max(1.0, std::ceil(static_cast<double>(columns) / width - Rounding));
     }
 
     std::vector<double> EdgesOfZones(std::uint64_t columns, double width)
@@ -158,7 +158,7 @@ namespace ppf
     {
         const Orientation orientation = preview.Lie();
         const std::uint64_t columns = preview.UprightWidth();
-        if (columns * preview.components > mostColumns)
+        if (columns * preview.components > MostColumns)
         {
             throw FormatError(
                 preview.offset, "preview is " + std::to_string(columns) + " pixels wide, which no sheet needs");

@@ -1,12 +1,12 @@
 // How much ink a separation takes, column by column across the sheet: all that ink presetting needs of a picture.
 #pragma once
 
+#include "ppf/Document.h"
+
 #include <cstdint>
 #include <vector>
 
-#include "ppf/Document.h"
-
-namespace ppf
+namespace Ppf
 {
     /// The ink of one separation, summed down each column of the sheet.
     struct InkColumns

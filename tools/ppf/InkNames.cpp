@@ -1,24 +1,24 @@
 // Lists of names laid along the previews of their sides, within a bound on memory.
 #include "ppf/InkNames.h"
 
-#include <array>
-#include <utility>
-
 #include "ppf/Keywords.h"
 #include "ppf/Scanner.h"
 
-namespace ppf
+#include <array>
+#include <utility>
+
+namespace Ppf
 {
     namespace
     {
         /// More inks than this on one surface are no list of separations.
-        constexpr std::size_t mostSeparations = 1000;
+        constexpr std::size_t MostSeparations = 1000;
 
         std::optional<std::string_view> FindNames(const std::vector<Entry>& entries)
         {
             for (auto entry = entries.rbegin(); entry != entries.rend(); ++entry)
             {
-                if (entry->key == key::separationNames)
+                if (entry->key == Key::SeparationNames)
                 {
                     return entry->value;
                 }
@@ -29,8 +29,8 @@ namespace ppf
         /// Throws FormatError if the value is no array of names.
         std::vector<std::string> NamesOf(const Document& document, std::string_view value)
         {
-            const std::vector<Token> tokens = TokensOf(value, mostSeparations + 2);
-            if (tokens.size() < 2 || tokens.front().kind != TokenKind::open || tokens.back().kind != TokenKind::close)
+            const std::vector<Token> tokens = TokensOf(value, MostSeparations + 2);
+            if (tokens.size() < 2 || tokens.front().kind != TokenKind::Open || tokens.back().kind != TokenKind::Close)
             {
                 throw FormatError(document.OffsetOf(value), "value of /CIP3AdmSeparationNames is no array of names");
             }
@@ -56,7 +56,7 @@ namespace ppf
 
         void NamePreviews(Surface& surface)
         {
-            constexpr std::array<std::string_view, 4> processInks = {"Cyan", "Magenta", "Yellow", "Black"};
+            constexpr std::array<std::string_view, 4> ProcessInks = {"Cyan", "Magenta", "Yellow", "Black"};
             const std::vector<std::string>& names = surface.separationNames;
             std::size_t next = 0;
             for (Preview& preview : surface.previews)
@@ -68,9 +68,9 @@ namespace ppf
                     {
                         preview.inks.push_back(names[next]);
                     }
-                    else if (preview.components == processInks.size())
+                    else if (preview.components == ProcessInks.size())
                     {
-                        preview.inks.emplace_back(processInks[i]);
+                        preview.inks.emplace_back(ProcessInks[i]);
                     }
                     else
                     {

@@ -2,11 +2,11 @@
 // the list of separation names may stand in front of the previews or behind them, with the surface or with its sheet.
 #pragma once
 
-#include <cstddef>
-
 #include "ppf/Document.h"
 
-namespace ppf
+#include <cstddef>
+
+namespace Ppf
 {
     /// Fills `separationNames` of every surface and `inks` of every preview, in the order of the lists. A preview that
     /// the lists do not reach gets the name of a process ink, if it has all four, or of its place. A list that is no

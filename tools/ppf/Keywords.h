@@ -3,69 +3,69 @@
 
 #include <string_view>
 
-namespace ppf
+namespace Ppf
 {
-    namespace word
+    namespace Word
     {
         /// How a file begins; its first line goes on with the version of the document conventions.
-        inline constexpr std::string_view magic = "%!PS";
+        inline constexpr std::string_view Magic = "%!PS";
         /// The header comment that carries the file version.
-        inline constexpr std::string_view version = "%%CIP3-File Version";
-        inline constexpr std::string_view endOfFile = "%%CIP3EndOfFile";
+        inline constexpr std::string_view Version = "%%CIP3-File Version";
+        inline constexpr std::string_view EndOfFile = "%%CIP3EndOfFile";
 
         /// A section is opened by CIP3Begin and its name, and closed by CIP3End and the same name.
-        inline constexpr std::string_view begin = "CIP3Begin";
-        inline constexpr std::string_view end = "CIP3End";
-        inline constexpr std::string_view directory = "PPFDirectory";
-        inline constexpr std::string_view sheet = "Sheet";
-        inline constexpr std::string_view front = "Front";
-        inline constexpr std::string_view back = "Back";
-        inline constexpr std::string_view previewImage = "PreviewImage";
-        inline constexpr std::string_view separation = "Separation";
+        inline constexpr std::string_view Begin = "CIP3Begin";
+        inline constexpr std::string_view End = "CIP3End";
+        inline constexpr std::string_view Directory = "PPFDirectory";
+        inline constexpr std::string_view Sheet = "Sheet";
+        inline constexpr std::string_view Front = "Front";
+        inline constexpr std::string_view Back = "Back";
+        inline constexpr std::string_view PreviewImage = "PreviewImage";
+        inline constexpr std::string_view Separation = "Separation";
 
-        inline constexpr std::string_view directoryEntry = "CIP3PPFDirEntry";
-        inline constexpr std::string_view image = "CIP3PreviewImage";
-        inline constexpr std::string_view def = "def";
+        inline constexpr std::string_view DirectoryEntry = "CIP3PPFDirEntry";
+        inline constexpr std::string_view Image = "CIP3PreviewImage";
+        inline constexpr std::string_view Def = "def";
     }
 
-    namespace key
+    namespace Key
     {
         /// How all keys of the format begin.
-        inline constexpr std::string_view start = "/CIP3";
+        inline constexpr std::string_view Start = "/CIP3";
 
-        inline constexpr std::string_view jobName = "CIP3AdmJobName";
-        inline constexpr std::string_view sheetName = "CIP3AdmSheetName";
-        inline constexpr std::string_view extent = "CIP3AdmPSExtent";
-        inline constexpr std::string_view separationNames = "CIP3AdmSeparationNames";
-        inline constexpr std::string_view filmCurve = "CIP3TransferFilmCurveData";
-        inline constexpr std::string_view plateCurve = "CIP3TransferPlateCurveData";
+        inline constexpr std::string_view JobName = "CIP3AdmJobName";
+        inline constexpr std::string_view SheetName = "CIP3AdmSheetName";
+        inline constexpr std::string_view Extent = "CIP3AdmPSExtent";
+        inline constexpr std::string_view SeparationNames = "CIP3AdmSeparationNames";
+        inline constexpr std::string_view FilmCurve = "CIP3TransferFilmCurveData";
+        inline constexpr std::string_view PlateCurve = "CIP3TransferPlateCurveData";
 
-        inline constexpr std::string_view width = "CIP3PreviewImageWidth";
-        inline constexpr std::string_view height = "CIP3PreviewImageHeight";
-        inline constexpr std::string_view bitsPerComponent = "CIP3PreviewImageBitsPerComp";
-        inline constexpr std::string_view components = "CIP3PreviewImageComponents";
-        inline constexpr std::string_view matrix = "CIP3PreviewImageMatrix";
-        inline constexpr std::string_view resolution = "CIP3PreviewImageResolution";
-        inline constexpr std::string_view compression = "CIP3PreviewImageCompression";
-        inline constexpr std::string_view encoding = "CIP3PreviewImageEncoding";
+        inline constexpr std::string_view Width = "CIP3PreviewImageWidth";
+        inline constexpr std::string_view Height = "CIP3PreviewImageHeight";
+        inline constexpr std::string_view BitsPerComponent = "CIP3PreviewImageBitsPerComp";
+        inline constexpr std::string_view Components = "CIP3PreviewImageComponents";
+        inline constexpr std::string_view Matrix = "CIP3PreviewImageMatrix";
+        inline constexpr std::string_view Resolution = "CIP3PreviewImageResolution";
+        inline constexpr std::string_view Compression = "CIP3PreviewImageCompression";
+        inline constexpr std::string_view Encoding = "CIP3PreviewImageEncoding";
     }
 
-    namespace filter
+    namespace Filter
     {
-        inline constexpr std::string_view none = "None";
-        inline constexpr std::string_view runLength = "RunLengthDecode";
-        inline constexpr std::string_view dct = "DCTDecode";
-        inline constexpr std::string_view binary = "Binary";
-        inline constexpr std::string_view asciiHex = "ASCIIHexDecode";
-        inline constexpr std::string_view ascii85 = "ASCII85Decode";
+        inline constexpr std::string_view None = "None";
+        inline constexpr std::string_view RunLength = "RunLengthDecode";
+        inline constexpr std::string_view Dct = "DCTDecode";
+        inline constexpr std::string_view Binary = "Binary";
+        inline constexpr std::string_view AsciiHex = "ASCIIHexDecode";
+        inline constexpr std::string_view Ascii85 = "ASCII85Decode";
 
         /// End marks of encoded data.
-        inline constexpr std::string_view asciiHexEnd = ">";
-        inline constexpr std::string_view ascii85End = "~>";
+        inline constexpr std::string_view AsciiHexEnd = ">";
+        inline constexpr std::string_view Ascii85End = "~>";
         /// What ASCII85 data may begin with.
-        inline constexpr std::string_view ascii85Begin = "<~";
+        inline constexpr std::string_view Ascii85Begin = "<~";
 
         /// The length byte that ends run-length data.
-        inline constexpr unsigned char runLengthEnd = 0x80;
+        inline constexpr unsigned char RunLengthEnd = 0x80;
     }
 }

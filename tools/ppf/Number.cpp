@@ -4,7 +4,7 @@
 #include <charconv>
 #include <cmath>
 
-namespace ppf
+namespace Ppf
 {
     namespace
     {
@@ -35,8 +35,8 @@ namespace ppf
     std::optional<double> NumberOf(std::string_view text)
     {
         // The longest form that is worth reading: anything longer is a word.
-        constexpr std::size_t longestNumber = 512;
-        if (text.empty() || text.size() > longestNumber)
+        constexpr std::size_t LongestNumber = 512;
+        if (text.empty() || text.size() > LongestNumber)
         {
             return std::nullopt;
         }
@@ -60,9 +60,9 @@ namespace ppf
     std::optional<std::int64_t> IntegerOf(std::string_view text)
     {
         // Up to here every whole number has a double of its own.
-        constexpr double greatest = 9007199254740992.0;
+        constexpr double Greatest = 9007199254740992.0;
         const std::optional<double> value = NumberOf(text);
-        if (!value || *value != std::floor(*value) || std::abs(*value) > greatest)
+        if (!value || *value != std::floor(*value) || std::abs(*value) > Greatest)
         {
             return std::nullopt;
         }

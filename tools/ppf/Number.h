@@ -5,7 +5,7 @@
 #include <optional>
 #include <string_view>
 
-namespace ppf
+namespace Ppf
 {
     /// The value of a number token ("12", "-.5", "1e+06", "16#FF"), or nothing for other text.
     std::optional<double> NumberOf(std::string_view text);

@@ -3,7 +3,7 @@
 
 #include <cmath>
 
-namespace ppf
+namespace Ppf
 {
     bool IsOrthogonal(const Matrix& matrix)
     {

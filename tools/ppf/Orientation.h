@@ -5,7 +5,7 @@
 #include <array>
 #include <cstdint>
 
-namespace ppf
+namespace Ppf
 {
     /// The image matrix [a b c d tx ty] of PostScript: from the unit square, whose origin is the sheet's lower left
     /// corner, to the pixels of the stored image.

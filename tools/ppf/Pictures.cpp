@@ -1,11 +1,11 @@
 // Rows turned upright, and boxes of pixels averaged into smaller ones.
 #include "ppf/Pictures.h"
 
-#include <algorithm>
-
 #include "ppf/ScanLineReader.h"
 
-namespace ppf
+#include <algorithm>
+
+namespace Ppf
 {
     namespace
     {
@@ -45,26 +45,26 @@ namespace ppf
         class Scaler
         {
         public:
-            Scaler(const Preview& preview, std::uint64_t factor)
-                : m_preview(preview)
-                , m_factor(static_cast<std::size_t>(factor))
-                , m_columns(static_cast<std::size_t>((preview.width + factor - 1) / factor))
-                , m_sums(m_columns * preview.components)
-                , m_pictures(preview.components)
+            Scaler(const Preview& thePreview, std::uint64_t theFactor)
+                : preview(thePreview)
+                , factor(static_cast<std::size_t>(theFactor))
+                , columns(static_cast<std::size_t>((thePreview.width + theFactor - 1) / theFactor))
+                , sums(columns * thePreview.components)
+                , pictures(thePreview.components)
             {
-                for (Picture& picture : m_pictures)
+                for (Picture& picture : pictures)
                 {
-                    picture.width = m_columns;
-                    picture.height = (preview.height + factor - 1) / factor;
-                    picture.ink.reserve(m_columns * static_cast<std::size_t>(picture.height));
+                    picture.width = columns;
+                    picture.height = (thePreview.height + theFactor - 1) / theFactor;
+                    picture.ink.reserve(columns * static_cast<std::size_t>(picture.height));
                 }
             }
 
             void Add(const unsigned char* row)
             {
-                const std::size_t components = m_pictures.size();
-                const auto samples = static_cast<std::size_t>(m_preview.RowSamples());
-                const std::size_t square = m_factor * components;
+                const std::size_t components = pictures.size();
+                const auto samples = static_cast<std::size_t>(preview.RowSamples());
+                const std::size_t square = factor * components;
                 for (std::size_t begin = 0, column = 0; begin < samples; begin += square, ++column)
                 {
                     const std::size_t end = std::min(begin + square, samples);
@@ -75,10 +75,10 @@ namespace ppf
                         {
                             sum += row[i];
                         }
-                        m_sums[column * components + component] += sum;
+                        sums[column * components + component] += sum;
                     }
                 }
-                if (++m_rows == m_factor)
+                if (++rows == factor)
                 {
                     EndRow();
                 }
@@ -86,37 +86,37 @@ namespace ppf
 
             std::vector<Picture> Pictures()
             {
-                if (m_rows > 0)
+                if (rows > 0)
                 {
                     EndRow();
                 }
-                return std::move(m_pictures);
+                return std::move(pictures);
             }
 
         private:
             void EndRow()
             {
-                const std::size_t components = m_pictures.size();
-                for (std::size_t column = 0; column < m_columns; ++column)
+                const std::size_t components = pictures.size();
+                for (std::size_t column = 0; column < columns; ++column)
                 {
-                    const auto width = static_cast<std::size_t>(m_preview.width);
-                    const std::uint64_t pixels = std::min(m_factor, width - column * m_factor) * m_rows;
+                    const auto width = static_cast<std::size_t>(preview.width);
+                    const std::uint64_t pixels = std::min(factor, width - column * factor) * rows;
                     for (std::size_t component = 0; component < components; ++component)
                     {
-                        std::uint64_t& sum = m_sums[column * components + component];
-                        m_pictures[component].ink.push_back(static_cast<unsigned char>((sum + pixels / 2) / pixels));
+                        std::uint64_t& sum = sums[column * components + component];
+                        pictures[component].ink.push_back(static_cast<unsigned char>((sum + pixels / 2) / pixels));
                         sum = 0;
                     }
                 }
-                m_rows = 0;
+                rows = 0;
             }
 
-            const Preview& m_preview;
-            std::size_t m_factor;
-            std::size_t m_columns;
-            std::size_t m_rows = 0;
-            std::vector<std::uint64_t> m_sums;
-            std::vector<Picture> m_pictures;
+            const Preview& preview;
+            std::size_t factor;
+            std::size_t columns;
+            std::size_t rows = 0;
+            std::vector<std::uint64_t> sums;
+            std::vector<Picture> pictures;
         };
 
         /// One component of a row, the other way round if wanted.

@@ -1,13 +1,13 @@
 // Previews as pictures that lie the right way up: in full for a file of their own, or scaled down for a page.
 #pragma once
 
+#include "ppf/Document.h"
+
 #include <cstdint>
 #include <functional>
 #include <vector>
 
-#include "ppf/Document.h"
-
-namespace ppf
+namespace Ppf
 {
     /// A picture of one ink, upright: a byte per pixel, 0 no ink to 255 full ink, rows from the top.
     struct Picture

@@ -1,6 +1,8 @@
 // libpng's writing to a stream, and its errors as exceptions.
 #include "ppf/PngWriter.h"
 
+#include <png.h>
+
 #include <algorithm>
 #include <cmath>
 #include <csetjmp>
@@ -9,17 +11,15 @@
 #include <stdexcept>
 #include <string>
 
-#include <png.h>
-
-namespace ppf
+namespace Ppf
 {
     namespace
     {
         /// Pixels per metre for pixels per inch, within what the chunk can hold.
         png_uint_32 PerMetre(double perInch)
         {
-            constexpr double metresPerInch = 0.0254;
-            const double rounded = std::round(perInch / metresPerInch);
+            constexpr double MetresPerInch = 0.0254;
+            const double rounded = std::round(perInch / MetresPerInch);
             return static_cast<png_uint_32>(std::min(std::max(rounded, 1.0), double{PNG_UINT_31_MAX}));
         }
 
@@ -27,9 +27,9 @@ namespace ppf
         {
             switch (colours)
             {
-            case PngWriter::Colours::grey:
+            case PngWriter::Colours::Grey:
                 return PNG_COLOR_TYPE_GRAY;
-            case PngWriter::Colours::rgb:
+            case PngWriter::Colours::Rgb:
                 return PNG_COLOR_TYPE_RGB;
             default:
                 return PNG_COLOR_TYPE_PALETTE;
@@ -106,16 +106,16 @@ namespace ppf
     PngWriter::PngWriter(
         std::ostream& stream, std::uint64_t width, std::uint64_t height, Colours colours,
         const std::optional<Resolution>& resolution, const Palette& palette)
-        : m_state(std::make_unique<State>(stream))
+        : state(std::make_unique<State>(stream))
     {
-        m_state->Run(
-            [&, png = m_state->png, info = m_state->info]
+        state->Run(
+            [&, png = state->png, info = state->info]
             {
                 png_set_user_limits(png, PNG_UINT_31_MAX, PNG_UINT_31_MAX);
                 png_set_IHDR(
                     png, info, static_cast<png_uint_32>(width), static_cast<png_uint_32>(height), 8,
                     ColourType(colours), PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
-                if (colours == Colours::palette)
+                if (colours == Colours::Palette)
                 {
                     std::array<png_color, std::tuple_size<Palette>::value> entries = {};
                     for (std::size_t i = 0; i < entries.size(); ++i)
@@ -136,11 +136,11 @@ namespace ppf
 
     void PngWriter::WriteRow(const unsigned char* samples)
     {
-        m_state->Run([&] { png_write_row(m_state->png, samples); });
+        state->Run([&] { png_write_row(state->png, samples); });
     }
 
     void PngWriter::Finish()
     {
-        m_state->Run([&] { png_write_end(m_state->png, m_state->info); });
+        state->Run([&] { png_write_end(state->png, state->info); });
     }
 }

@@ -1,15 +1,15 @@
 // Pictures as PNG, through libpng. Apart from what draws them because libpng's way of failing stays in here.
 #pragma once
 
+#include "ppf/Document.h"
+
 #include <array>
 #include <cstdint>
 #include <memory>
 #include <optional>
 #include <ostream>
 
-#include "ppf/Document.h"
-
-namespace ppf
+namespace Ppf
 {
     /// Writes one 8-bit picture, row by row: WriteRow for every row, then Finish.
     class PngWriter
@@ -17,10 +17,10 @@ namespace ppf
     public:
         enum class Colours
         {
-            grey,
-            rgb,
+            Grey,
+            Rgb,
             /// A sample per pixel, which stands for a colour of the palette.
-            palette
+            Palette
         };
 
         /// Red, green and blue of each sample.
@@ -42,6 +42,6 @@ namespace ppf
 
     private:
         struct State;
-        std::unique_ptr<State> m_state;
+        std::unique_ptr<State> state;
     };
 }

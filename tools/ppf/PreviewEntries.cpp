@@ -1,16 +1,16 @@
 // Texts kept as they come, and read as numbers and names only once an image needs them.
 #include "ppf/PreviewEntries.h"
 
+#include "ppf/Keywords.h"
+#include "ppf/Number.h"
+#include "ppf/Scanner.h"
+
 #include <array>
 #include <limits>
 #include <string>
 #include <utility>
 
-#include "ppf/Keywords.h"
-#include "ppf/Number.h"
-#include "ppf/Scanner.h"
-
-namespace ppf
+namespace Ppf
 {
     namespace
     {
@@ -18,9 +18,9 @@ namespace ppf
         class ValueReader
         {
         public:
-            ValueReader(std::string_view bytes, std::uint64_t imageOffset)
-                : m_bytes(bytes)
-                , m_imageOffset(imageOffset)
+            ValueReader(std::string_view theBytes, std::uint64_t theImageOffset)
+                : bytes(theBytes)
+                , imageOffset(theImageOffset)
             {
             }
 
@@ -37,13 +37,13 @@ namespace ppf
             std::string_view Name(std::string_view key, std::string_view value) const
             {
                 const std::vector<Token> tokens = TokensOf(Required(key, value), 1);
-                if (tokens.size() != 1 || tokens[0].kind != TokenKind::literalName)
+                if (tokens.size() != 1 || tokens[0].kind != TokenKind::LiteralName)
                 {
                     Fail(key, value, "a name");
                 }
                 // No filter has a name longer than this.
-                constexpr std::size_t longestName = 100;
-                return tokens[0].text.substr(1, longestName);
+                constexpr std::size_t LongestName = 100;
+                return tokens[0].text.substr(1, LongestName);
             }
 
             /// An array of as many numbers, or nothing if the entry is not there at all.
@@ -56,8 +56,8 @@ namespace ppf
                 }
                 // The numbers stand between brackets.
                 const std::vector<Token> tokens = TokensOf(value, Count + 2);
-                bool isArray = tokens.size() == Count + 2 && tokens.front().kind == TokenKind::open &&
-                               tokens.front().text != "<<" && tokens.back().kind == TokenKind::close;
+                bool isArray = tokens.size() == Count + 2 && tokens.front().kind == TokenKind::Open &&
+                               tokens.front().text != "<<" && tokens.back().kind == TokenKind::Close;
                 std::array<double, Count> numbers = {};
                 for (std::size_t i = 0; isArray && i < Count; ++i)
                 {
@@ -75,7 +75,7 @@ namespace ppf
             [[noreturn]] void Fail(std::string_view key, std::string_view value, const std::string& wanted) const
             {
                 throw FormatError(
-                    static_cast<std::uint64_t>(value.data() - m_bytes.data()),
+                    static_cast<std::uint64_t>(value.data() - bytes.data()),
                     "value of /" + std::string(key) + " is not " + wanted);
             }
 
@@ -84,27 +84,27 @@ namespace ppf
             {
                 if (value.data() == nullptr)
                 {
-                    throw FormatError(m_imageOffset, "preview image has no /" + std::string(key));
+                    throw FormatError(imageOffset, "preview image has no /" + std::string(key));
                 }
                 return value;
             }
 
-            std::string_view m_bytes;
-            std::uint64_t m_imageOffset;
+            std::string_view bytes;
+            std::uint64_t imageOffset;
         };
     }
 
     bool PreviewEntries::Take(const Entry& entry)
     {
         const std::pair<std::string_view, std::string_view PreviewEntries::*> fields[] = {
-            {key::width, &PreviewEntries::m_width},
-            {key::height, &PreviewEntries::m_height},
-            {key::bitsPerComponent, &PreviewEntries::m_bitsPerComponent},
-            {key::components, &PreviewEntries::m_components},
-            {key::matrix, &PreviewEntries::m_matrix},
-            {key::resolution, &PreviewEntries::m_resolution},
-            {key::compression, &PreviewEntries::m_compression},
-            {key::encoding, &PreviewEntries::m_encoding},
+            {Key::Width, &PreviewEntries::width},
+            {Key::Height, &PreviewEntries::height},
+            {Key::BitsPerComponent, &PreviewEntries::bitsPerComponent},
+            {Key::Components, &PreviewEntries::components},
+            {Key::Matrix, &PreviewEntries::matrix},
+            {Key::Resolution, &PreviewEntries::resolution},
+            {Key::Compression, &PreviewEntries::compression},
+            {Key::Encoding, &PreviewEntries::encoding},
         };
         for (const auto& [name, field] : fields)
         {
@@ -122,52 +122,52 @@ namespace ppf
         const ValueReader values(bytes, imageOffset);
         Preview preview;
         preview.offset = imageOffset;
-        preview.width = values.Positive(key::width, m_width);
-        preview.height = values.Positive(key::height, m_height);
+        preview.width = values.Positive(Key::Width, width);
+        preview.height = values.Positive(Key::Height, height);
 
-        const std::uint64_t bits = values.Positive(key::bitsPerComponent, m_bitsPerComponent);
+        const std::uint64_t bits = values.Positive(Key::BitsPerComponent, bitsPerComponent);
         if (bits != 1 && bits != 8)
         {
-            values.Fail(key::bitsPerComponent, m_bitsPerComponent, "1 or 8");
+            values.Fail(Key::BitsPerComponent, bitsPerComponent, "1 or 8");
         }
         preview.bitsPerComponent = static_cast<unsigned>(bits);
-        const std::uint64_t components = values.Positive(key::components, m_components);
-        if (components != 1 && components != 4)
+        const std::uint64_t inksPerPixel = values.Positive(Key::Components, components);
+        if (inksPerPixel != 1 && inksPerPixel != 4)
         {
-            values.Fail(key::components, m_components, "1 or 4");
+            values.Fail(Key::Components, components, "1 or 4");
         }
-        preview.components = static_cast<unsigned>(components);
+        preview.components = static_cast<unsigned>(inksPerPixel);
 
-        preview.matrix = values.Array<6>(key::matrix, m_matrix);
+        preview.matrix = values.Array<6>(Key::Matrix, matrix);
         if (preview.matrix && !IsOrthogonal(*preview.matrix))
         {
-            values.Fail(key::matrix, m_matrix, "one of the eight orientations");
+            values.Fail(Key::Matrix, matrix, "one of the eight orientations");
         }
-        if (const auto resolution = values.Array<2>(key::resolution, m_resolution))
+        if (const auto theResolution = values.Array<2>(Key::Resolution, resolution))
         {
-            const auto [x, y] = *resolution;
+            const auto [x, y] = *theResolution;
             if (!(x > 0 && y > 0))
             {
-                values.Fail(key::resolution, m_resolution, "two numbers above 0");
+                values.Fail(Key::Resolution, resolution, "two numbers above 0");
             }
             preview.resolution = {x, y};
         }
 
-        preview.compressionName = values.Name(key::compression, m_compression);
-        preview.compression = preview.compressionName == filter::none        ? Compression::none
-                              : preview.compressionName == filter::runLength ? Compression::runLength
-                              : preview.compressionName == filter::dct       ? Compression::dct
-                                                                             : Compression::unknown;
-        preview.encodingName = values.Name(key::encoding, m_encoding);
-        preview.encoding = preview.encodingName == filter::asciiHex  ? Encoding::asciiHex
-                           : preview.encodingName == filter::ascii85 ? Encoding::ascii85
-                                                                     : Encoding::binary;
-        if (preview.encoding == Encoding::binary &&
-            (preview.encodingName != filter::binary || preview.compression == Compression::unknown))
+        preview.compressionName = values.Name(Key::Compression, compression);
+        preview.compression = preview.compressionName == Filter::None        ? Compression::None
+                              : preview.compressionName == Filter::RunLength ? Compression::RunLength
+                              : preview.compressionName == Filter::Dct       ? Compression::Dct
+                                                                             : Compression::Unknown;
+        preview.encodingName = values.Name(Key::Encoding, encoding);
+        preview.encoding = preview.encodingName == Filter::AsciiHex  ? Encoding::AsciiHex
+                           : preview.encodingName == Filter::Ascii85 ? Encoding::Ascii85
+                                                                     : Encoding::Binary;
+        if (preview.encoding == Encoding::Binary &&
+            (preview.encodingName != Filter::Binary || preview.compression == Compression::Unknown))
         {
             values.Fail(
-                preview.encodingName == filter::binary ? key::compression : key::encoding,
-                preview.encodingName == filter::binary ? m_compression : m_encoding, "one that this reader knows");
+                preview.encodingName == Filter::Binary ? Key::Compression : Key::Encoding,
+                preview.encodingName == Filter::Binary ? compression : encoding, "one that this reader knows");
         }
         return preview;
     }

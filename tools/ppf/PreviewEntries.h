@@ -2,12 +2,12 @@
 // the inner ones until they define it anew.
 #pragma once
 
+#include "ppf/Document.h"
+
 #include <cstdint>
 #include <string_view>
 
-#include "ppf/Document.h"
-
-namespace ppf
+namespace Ppf
 {
     /// The text of the entries so far; a field whose text has no storage is not defined. Copied from a section to the
     /// ones within it.
@@ -22,13 +22,13 @@ namespace ppf
         Preview MakePreview(std::string_view bytes, std::uint64_t imageOffset) const;
 
     private:
-        std::string_view m_width;
-        std::string_view m_height;
-        std::string_view m_bitsPerComponent;
-        std::string_view m_components;
-        std::string_view m_matrix;
-        std::string_view m_resolution;
-        std::string_view m_compression;
-        std::string_view m_encoding;
+        std::string_view width;
+        std::string_view height;
+        std::string_view bitsPerComponent;
+        std::string_view components;
+        std::string_view matrix;
+        std::string_view resolution;
+        std::string_view compression;
+        std::string_view encoding;
     };
 }

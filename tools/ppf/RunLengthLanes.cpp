@@ -4,35 +4,35 @@
 // at which the walk through the lane before it falls into step.
 #include "ppf/RunLengthLanes.h"
 
+#include "ppf/Keywords.h"
+#include "ppf/RunLengthToken.h"
+
 #include <algorithm>
 #include <array>
 #include <limits>
 
-#include "ppf/Keywords.h"
-#include "ppf/RunLengthToken.h"
-
-namespace ppf
+namespace Ppf
 {
     namespace
     {
-        constexpr std::size_t laneCount = 8;
+        constexpr std::size_t LaneCount = 8;
         /// Long enough that falling into step, some dozens of tokens in data that is mostly short ones, costs little. The
         /// longer a lane is the less its end costs, where the lanes take fewer and fewer steps together.
-        constexpr std::size_t shortestLane = 4096;
-        constexpr std::size_t longestLane = 61440;
+        constexpr std::size_t ShortestLane = 4096;
+        constexpr std::size_t LongestLane = 61440;
         /// A length byte and the longest literal run.
-        constexpr std::size_t longestToken = 129;
+        constexpr std::size_t LongestToken = 129;
 
         /// Three counts in one number, so that a step is one addition: in its low bits the place in the block, then how
         /// many bytes the tokens so far stand for, then the end marks met on the way.
-        constexpr unsigned placeBits = 20;
-        constexpr unsigned passedBits = 26;
-        constexpr unsigned endMarkBits = 18;
-        constexpr unsigned endMarksShift = placeBits + passedBits;
-        static_assert(endMarksShift + endMarkBits == 64);
-        constexpr std::size_t largestPlace = laneCount * longestLane + longestToken;
-        static_assert(largestPlace >> placeBits == 0 && largestPlace / 2 >> endMarkBits == 0, "a block can be counted");
-        static_assert(largestPlace / 2 * 128 >> passedBits == 0, "a block of the longest repeat runs can be counted");
+        constexpr unsigned PlaceBits = 20;
+        constexpr unsigned PassedBits = 26;
+        constexpr unsigned EndMarkBits = 18;
+        constexpr unsigned EndMarksShift = PlaceBits + PassedBits;
+        static_assert(EndMarksShift + EndMarkBits == 64);
+        constexpr std::size_t LargestPlace = LaneCount * LongestLane + LongestToken;
+        static_assert(LargestPlace >> PlaceBits == 0 && LargestPlace / 2 >> EndMarkBits == 0, "a block can be counted");
+        static_assert(LargestPlace / 2 * 128 >> PassedBits == 0, "a block of the longest repeat runs can be counted");
 
         constexpr std::uint64_t LowBits(std::uint64_t number, unsigned count)
         {
@@ -45,49 +45,49 @@ namespace ppf
             for (std::size_t length = 0; length < made.size(); ++length)
             {
                 const RunLengthToken token(static_cast<unsigned char>(length));
-                const std::uint64_t endMarks = length == filter::runLengthEnd ? 1 : 0;
-                made[length] = (1 + token.DataBytes()) | token.Run() << placeBits | endMarks << endMarksShift;
+                const std::uint64_t endMarks = length == Filter::RunLengthEnd ? 1 : 0;
+                made[length] = (1 + token.DataBytes()) | token.Run() << PlaceBits | endMarks << EndMarksShift;
             }
             return made;
         }
 
         /// What a step adds, by the length byte. An end mark is passed like a repeat run.
-        constexpr std::array<std::uint64_t, 256> steps = MakeSteps();
+        constexpr std::array<std::uint64_t, 256> Steps = MakeSteps();
 
         /// A walk from some byte of a block on, which may or may not be in step with the tokens.
         class Walk
         {
         public:
             explicit Walk(std::size_t place = 0)
-                : m_counts(place)
+                : counts(place)
             {
             }
 
-            void Step(const char* block) { m_counts += steps[static_cast<unsigned char>(block[Place()])]; }
+            void Step(const char* block) { counts += Steps[static_cast<unsigned char>(block[Place()])]; }
 
-            std::size_t Place() const { return LowBits(m_counts, placeBits); }
-            std::size_t Passed() const { return LowBits(m_counts >> placeBits, passedBits); }
-            bool HasMetEndMark() const { return m_counts >> endMarksShift != 0; }
+            std::size_t Place() const { return LowBits(counts, PlaceBits); }
+            std::size_t Passed() const { return LowBits(counts >> PlaceBits, PassedBits); }
+            bool HasMetEndMark() const { return counts >> EndMarksShift != 0; }
 
             /// Takes over what `other` has counted since it stood where this walk and `then` stand.
-            void GoOnAs(const Walk& other, const Walk& then) { m_counts += other.m_counts - then.m_counts; }
+            void GoOnAs(const Walk& other, const Walk& then) { counts += other.counts - then.counts; }
 
         private:
-            std::uint64_t m_counts;
+            std::uint64_t counts;
         };
 
-        using Lanes = std::array<Walk, laneCount>;
+        using Lanes = std::array<Walk, LaneCount>;
 
         Lanes WalkLanes(const char* block, std::size_t laneSize)
         {
             const auto endOf = [laneSize](std::size_t lane) { return (lane + 1) * laneSize; };
             Lanes lanes;
-            for (std::size_t i = 0; i < laneCount; ++i)
+            for (std::size_t i = 0; i < LaneCount; ++i)
             {
                 lanes[i] = Walk(i * laneSize);
             }
             // As many steps together as bring none of them past its end.
-            for (std::size_t together = laneSize / longestToken; together != 0;)
+            for (std::size_t together = laneSize / LongestToken; together != 0;)
             {
                 for (std::size_t step = 0; step < together; ++step)
                 {
@@ -97,12 +97,12 @@ namespace ppf
                     }
                 }
                 together = std::numeric_limits<std::size_t>::max();
-                for (std::size_t i = 0; i < laneCount; ++i)
+                for (std::size_t i = 0; i < LaneCount; ++i)
                 {
-                    together = std::min(together, (endOf(i) - lanes[i].Place()) / longestToken);
+                    together = std::min(together, (endOf(i) - lanes[i].Place()) / LongestToken);
                 }
             }
-            for (std::size_t i = 0; i < laneCount; ++i)
+            for (std::size_t i = 0; i < LaneCount; ++i)
             {
                 while (lanes[i].Place() < endOf(i))
                 {
@@ -139,8 +139,8 @@ namespace ppf
             // Data is longer than what it stands for by little, if at all.
             const std::uint64_t left =
                 std::min<std::uint64_t>(bytes.size() - std::min(place.at, bytes.size()), wanted - place.passed);
-            const auto laneSize = static_cast<std::size_t>(std::min<std::uint64_t>(longestLane, left / laneCount));
-            if (laneSize < shortestLane)
+            const auto laneSize = static_cast<std::size_t>(std::min<std::uint64_t>(LongestLane, left / LaneCount));
+            if (laneSize < ShortestLane)
             {
                 return place;
             }
@@ -156,7 +156,7 @@ namespace ppf
                     return place;
                 }
                 place = {blockBegin.at + walk.Place(), blockBegin.passed + walk.Passed()};
-                if (!inStep || next == laneCount)
+                if (!inStep || next == LaneCount)
                 {
                     break;
                 }

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string_view>
 
-namespace ppf
+namespace Ppf
 {
     /// Where a walk through run-length data has come to.
     struct RunLengthPlace

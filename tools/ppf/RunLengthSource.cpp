@@ -1,30 +1,30 @@
 // Literal and repeat runs into the buffer that is asked for, however they fall across its end.
 #include "ppf/RunLengthSource.h"
 
+#include "ppf/Failure.h"
+#include "ppf/Keywords.h"
+#include "ppf/RunLengthToken.h"
+
 #include <algorithm>
 #include <array>
 #include <cstring>
 #include <utility>
 
-#include "ppf/Failure.h"
-#include "ppf/Keywords.h"
-#include "ppf/RunLengthToken.h"
-
-namespace ppf
+namespace Ppf
 {
     namespace
     {
-        constexpr std::size_t blockSize = 64u << 10;
-        constexpr std::ptrdiff_t longestRun = 128;
+        constexpr std::size_t BlockSize = 64u << 10;
+        constexpr std::ptrdiff_t LongestRun = 128;
         /// Bytes that runs are copied by where there is room to write beyond their end.
-        constexpr unsigned stride = 16;
-        constexpr std::ptrdiff_t longestToken = 1 + longestRun;
-        constexpr std::uint64_t everyByte = 0x0101010101010101;
+        constexpr unsigned Stride = 16;
+        constexpr std::ptrdiff_t LongestToken = 1 + LongestRun;
+        constexpr std::uint64_t EveryByte = 0x0101010101010101;
     }
 
-    RunLengthSource::RunLengthSource(std::unique_ptr<ByteSource> encoded)
-        : m_encoded(std::move(encoded))
-        , m_block(blockSize)
+    RunLengthSource::RunLengthSource(std::unique_ptr<ByteSource> theEncoded)
+        : encoded(std::move(theEncoded))
+        , block(BlockSize)
     {
     }
 
@@ -33,31 +33,31 @@ namespace ppf
         std::size_t done = 0;
         while (done < count)
         {
-            if (m_runLeft == 0)
+            if (runLeft == 0)
             {
                 done += ReadWholeRuns(out + done, count - done);
-                if (m_ended || !BeginRun())
+                if (ended || !BeginRun())
                 {
                     break;
                 }
             }
-            if (m_next == m_end && !Refill())
+            if (next == end && !Refill())
             {
                 throw FormatError(Offset(), "run-length data ends within a run");
             }
-            std::size_t taken = std::min(m_runLeft, count - done);
-            if (m_runIsLiteral)
+            std::size_t taken = std::min(runLeft, count - done);
+            if (runIsLiteral)
             {
-                taken = std::min(taken, m_end - m_next);
-                std::memcpy(out + done, m_block.data() + m_next, taken);
-                m_next += taken;
+                taken = std::min(taken, end - next);
+                std::memcpy(out + done, block.data() + next, taken);
+                next += taken;
             }
             else
             {
-                std::memset(out + done, m_block[m_next], taken);
-                m_next += taken == m_runLeft ? 1 : 0;
+                std::memset(out + done, block[next], taken);
+                next += taken == runLeft ? 1 : 0;
             }
-            m_runLeft -= taken;
+            runLeft -= taken;
             done += taken;
         }
         return done;
@@ -68,49 +68,49 @@ namespace ppf
     std::size_t RunLengthSource::ReadWholeRuns(unsigned char* out, std::size_t count)
     {
         // Locals, since bytes written through `out` might be the members for all that the compiler knows.
-        const unsigned char* token = m_block.data() + m_next;
-        const unsigned char* const end = m_block.data() + m_end;
+        const unsigned char* token = block.data() + next;
+        const unsigned char* const blockEnd = block.data() + end;
         unsigned char* to = out;
-        while (out + count - to >= longestRun && end - token >= longestToken && *token != filter::runLengthEnd)
+        while (out + count - to >= LongestRun && blockEnd - token >= LongestToken && *token != Filter::RunLengthEnd)
         {
             const RunLengthToken run(*token++);
             const std::uint64_t ofLiteral = run.LiteralMask();
-            const std::uint64_t repeated = (*token * everyByte) & ~ofLiteral;
-            for (unsigned i = 0; i < run.Run(); i += stride)
+            const std::uint64_t repeated = (*token * EveryByte) & ~ofLiteral;
+            for (unsigned i = 0; i < run.Run(); i += Stride)
             {
                 std::array<std::uint64_t, 2> bytes = {};
-                static_assert(sizeof bytes == stride);
-                std::memcpy(bytes.data(), token + i, stride);
+                static_assert(sizeof bytes == Stride);
+                std::memcpy(bytes.data(), token + i, Stride);
                 bytes = {(bytes[0] & ofLiteral) | repeated, (bytes[1] & ofLiteral) | repeated};
-                std::memcpy(to + i, bytes.data(), stride);
+                std::memcpy(to + i, bytes.data(), Stride);
             }
             to += run.Run();
             token += run.DataBytes();
         }
-        m_next = static_cast<std::size_t>(token - m_block.data());
+        next = static_cast<std::size_t>(token - block.data());
         return static_cast<std::size_t>(to - out);
     }
 
     /// False at the end of the data.
     bool RunLengthSource::BeginRun()
     {
-        if (m_next == m_end && !Refill())
+        if (next == end && !Refill())
         {
-            m_ended = true;
+            ended = true;
             return false;
         }
-        const unsigned char length = m_block[m_next++];
-        m_ended = length == filter::runLengthEnd;
+        const unsigned char length = block[next++];
+        ended = length == Filter::RunLengthEnd;
         const RunLengthToken run(length);
-        m_runIsLiteral = run.IsLiteral();
-        m_runLeft = m_ended ? 0 : run.Run();
-        return !m_ended;
+        runIsLiteral = run.IsLiteral();
+        runLeft = ended ? 0 : run.Run();
+        return !ended;
     }
 
     bool RunLengthSource::Refill()
     {
-        m_next = 0;
-        m_end = m_encoded->Read(m_block.data(), blockSize);
-        return m_end > 0;
+        next = 0;
+        end = encoded->Read(block.data(), BlockSize);
+        return end > 0;
     }
 }

@@ -1,37 +1,37 @@
 // A chain of sources by compression and encoding, and bits widened to bytes.
 #include "ppf/ScanLineReader.h"
 
-#include <algorithm>
-#include <array>
-#include <cstring>
-#include <string>
-
 #include "ppf/ASCII85Source.h"
 #include "ppf/ASCIIHexSource.h"
 #include "ppf/BinarySource.h"
 #include "ppf/DCTSource.h"
 #include "ppf/RunLengthSource.h"
 
-namespace ppf
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <string>
+
+namespace Ppf
 {
     namespace
     {
         /// Rows are pulled through the decoders in blocks of about this many bytes: in the second cache of every
         /// machine, and long against what a call costs.
-        constexpr std::size_t blockBytes = 128u << 10;
+        constexpr std::size_t BlockBytes = 128u << 10;
 
         /// Bytes that a decoder makes of one at most.
-        constexpr std::uint64_t ascii85Growth = 4;
-        constexpr std::uint64_t runLengthGrowth = 64;
+        constexpr std::uint64_t Ascii85Growth = 4;
+        constexpr std::uint64_t RunLengthGrowth = 64;
         /// A block of 64 pixels takes at least two bits where every code is the shortest; sampling factors stretch
         /// what a block covers up to eightfold. What a progressive picture adds to this the decoder's memory limits.
-        constexpr std::uint64_t dctGrowth = std::uint64_t{64} * 4 * 8;
+        constexpr std::uint64_t DctGrowth = std::uint64_t{64} * 4 * 8;
 
         std::uint64_t MostDecodedBytes(const Preview& preview)
         {
-            const std::uint64_t encodingGrowth = preview.encoding == Encoding::ascii85 ? ascii85Growth : 1;
-            const std::uint64_t compressionGrowth = preview.compression == Compression::runLength ? runLengthGrowth
-                                                    : preview.compression == Compression::dct     ? dctGrowth
+            const std::uint64_t encodingGrowth = preview.encoding == Encoding::Ascii85 ? Ascii85Growth : 1;
+            const std::uint64_t compressionGrowth = preview.compression == Compression::RunLength ? RunLengthGrowth
+                                                    : preview.compression == Compression::Dct     ? DctGrowth
                                                                                                   : 1;
             return preview.data.size() * encodingGrowth * compressionGrowth;
         }
@@ -40,9 +40,9 @@ namespace ppf
         {
             switch (encoding)
             {
-            case Encoding::asciiHex:
+            case Encoding::AsciiHex:
                 return std::make_unique<ASCIIHexSource>(data);
-            case Encoding::ascii85:
+            case Encoding::Ascii85:
                 return std::make_unique<ASCII85Source>(data);
             default:
                 return std::make_unique<BinarySource>(data);
@@ -54,11 +54,11 @@ namespace ppf
             std::unique_ptr<ByteSource> encoded = MakeEncodedSource(data, preview.encoding);
             switch (preview.compression)
             {
-            case Compression::none:
+            case Compression::None:
                 return encoded;
-            case Compression::runLength:
+            case Compression::RunLength:
                 return std::make_unique<RunLengthSource>(std::move(encoded));
-            case Compression::dct:
+            case Compression::Dct:
                 if (preview.bitsPerComponent != 8)
                 {
                     throw FormatError(preview.offset, "DCT data stands for 8 bits per component, not for 1");
@@ -87,16 +87,16 @@ namespace ppf
         }
 
         /// The eight components that a byte of a 1-bit image holds, the highest bit first.
-        constexpr std::array<Octet, 256> octets = MakeOctets();
+        constexpr std::array<Octet, 256> Octets = MakeOctets();
     }
 
     ScanLineReader::ScanLineReader(const Document& document, const Preview& preview)
-        : m_dataEnd(document.OffsetOf(preview.data) + preview.data.size())
-        , m_height(preview.height)
-        , m_storedRowBytes(static_cast<std::size_t>(preview.StoredRowBytes()))
-        , m_isBilevel(preview.bitsPerComponent == 1)
-        , m_isDct(preview.compression == Compression::dct)
-        , m_source(MakeSource({preview.data, document.OffsetOf(preview.data), 0}, preview))
+        : dataEnd(document.OffsetOf(preview.data) + preview.data.size())
+        , height(preview.height)
+        , storedRowBytes(static_cast<std::size_t>(preview.StoredRowBytes()))
+        , isBilevel(preview.bitsPerComponent == 1)
+        , isDct(preview.compression == Compression::Dct)
+        , source(MakeSource({preview.data, document.OffsetOf(preview.data), 0}, preview))
     {
         if (preview.StoredBytes() > MostDecodedBytes(preview))
         {
@@ -105,11 +105,11 @@ namespace ppf
                 "preview of " + std::to_string(preview.width) + " x " + std::to_string(preview.height) +
                     " pixels has " + std::to_string(preview.data.size()) + " bytes of data, which cannot hold it");
         }
-        const std::uint64_t rows = std::clamp<std::uint64_t>(blockBytes / preview.StoredRowBytes(), 1, m_height);
-        m_block.resize(static_cast<std::size_t>(rows) * m_storedRowBytes);
-        if (m_isBilevel)
+        const std::uint64_t rows = std::clamp<std::uint64_t>(BlockBytes / preview.StoredRowBytes(), 1, height);
+        block.resize(static_cast<std::size_t>(rows) * storedRowBytes);
+        if (isBilevel)
         {
-            m_expanded.resize(m_storedRowBytes * 8);
+            expanded.resize(storedRowBytes * 8);
         }
     }
 
@@ -117,46 +117,46 @@ namespace ppf
 
     unsigned char* ScanLineReader::Next()
     {
-        if (m_rowsRead == m_height)
+        if (rowsRead == height)
         {
             return nullptr;
         }
-        if (m_next == m_end)
+        if (next == end)
         {
             Refill();
         }
-        unsigned char* const stored = m_block.data() + m_next;
-        m_next += m_storedRowBytes;
-        ++m_rowsRead;
-        if (!m_isBilevel)
+        unsigned char* const stored = block.data() + next;
+        next += storedRowBytes;
+        ++rowsRead;
+        if (!isBilevel)
         {
             return stored;
         }
         Expand(stored);
-        return m_expanded.data();
+        return expanded.data();
     }
 
     void ScanLineReader::Refill()
     {
-        const std::uint64_t rows = std::min<std::uint64_t>(m_block.size() / m_storedRowBytes, m_height - m_rowsRead);
-        const std::size_t wanted = static_cast<std::size_t>(rows) * m_storedRowBytes;
-        const std::size_t got = m_source->Read(m_block.data(), wanted);
-        m_next = 0;
+        const std::uint64_t rows = std::min<std::uint64_t>(block.size() / storedRowBytes, height - rowsRead);
+        const std::size_t wanted = static_cast<std::size_t>(rows) * storedRowBytes;
+        const std::size_t got = source->Read(block.data(), wanted);
+        next = 0;
         // Rows in front of a gap are delivered; the next call comes to it.
-        m_end = got - got % m_storedRowBytes;
-        if (m_end == 0)
+        end = got - got % storedRowBytes;
+        if (end == 0)
         {
             throw FormatError(
-                m_dataEnd,
-                "preview's data ends in row " + std::to_string(m_rowsRead + 1) + " of " + std::to_string(m_height));
+                dataEnd,
+                "preview's data ends in row " + std::to_string(rowsRead + 1) + " of " + std::to_string(height));
         }
     }
 
     void ScanLineReader::Expand(const unsigned char* stored)
     {
-        for (std::size_t i = 0; i < m_storedRowBytes; ++i)
+        for (std::size_t i = 0; i < storedRowBytes; ++i)
         {
-            std::memcpy(m_expanded.data() + 8 * i, octets[stored[i]].data(), 8);
+            std::memcpy(expanded.data() + 8 * i, Octets[stored[i]].data(), 8);
         }
     }
 
@@ -164,9 +164,9 @@ namespace ppf
     {
         std::uint64_t excess = 0;
         std::array<unsigned char, 4096> bytes = {};
-        for (std::size_t got = bytes.size(); got == bytes.size() && !m_isDct; excess += got)
+        for (std::size_t got = bytes.size(); got == bytes.size() && !isDct; excess += got)
         {
-            got = m_source->Read(bytes.data(), bytes.size());
+            got = source->Read(bytes.data(), bytes.size());
         }
         return excess;
     }

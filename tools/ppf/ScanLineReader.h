@@ -2,14 +2,14 @@
 // which decoders to chain, how wide a row is, and how much its data can hold at most.
 #pragma once
 
+#include "ppf/ByteSource.h"
+#include "ppf/Document.h"
+
 #include <cstdint>
 #include <memory>
 #include <vector>
 
-#include "ppf/ByteSource.h"
-#include "ppf/Document.h"
-
-namespace ppf
+namespace Ppf
 {
     /// Reads rows as they are stored, the first in the file first: Next* up to null, then CountExcess if wanted.
     class ScanLineReader
@@ -32,18 +32,18 @@ namespace ppf
         void Refill();
         void Expand(const unsigned char* stored);
 
-        std::uint64_t m_dataEnd;
-        std::uint64_t m_height;
-        std::uint64_t m_rowsRead = 0;
-        std::size_t m_storedRowBytes;
-        bool m_isBilevel;
-        bool m_isDct;
-        std::unique_ptr<ByteSource> m_source;
+        std::uint64_t dataEnd;
+        std::uint64_t height;
+        std::uint64_t rowsRead = 0;
+        std::size_t storedRowBytes;
+        bool isBilevel;
+        bool isDct;
+        std::unique_ptr<ByteSource> source;
         /// As many stored rows as one pull through the decoders brings.
-        std::vector<unsigned char> m_block;
-        std::size_t m_next = 0;
-        std::size_t m_end = 0;
+        std::vector<unsigned char> block;
+        std::size_t next = 0;
+        std::size_t end = 0;
         /// The row with a byte per component, for images of 1 bit.
-        std::vector<unsigned char> m_expanded;
+        std::vector<unsigned char> expanded;
     };
 }

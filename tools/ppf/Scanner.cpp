@@ -1,20 +1,20 @@
 // One table of character classes and one rule per first character.
 #include "ppf/Scanner.h"
 
-#include <array>
-
 #include "ppf/Failure.h"
 #include "ppf/Number.h"
 
-namespace ppf
+#include <array>
+
+namespace Ppf
 {
     namespace
     {
         enum CharacterClass : std::uint8_t
         {
-            regular,
-            whiteSpace,
-            delimiter
+            Regular,
+            WhiteSpace,
+            Delimiter
         };
 
         constexpr std::array<CharacterClass, 256> MakeClasses()
@@ -22,27 +22,27 @@ namespace ppf
             std::array<CharacterClass, 256> classes = {};
             for (const char c : std::string_view("\0\t\n\f\r ", 6))
             {
-                classes[static_cast<unsigned char>(c)] = whiteSpace;
+                classes[static_cast<unsigned char>(c)] = WhiteSpace;
             }
             for (const char c : std::string_view("()<>[]{}/%"))
             {
-                classes[static_cast<unsigned char>(c)] = delimiter;
+                classes[static_cast<unsigned char>(c)] = Delimiter;
             }
             return classes;
         }
 
-        constexpr std::array<CharacterClass, 256> classes = MakeClasses();
+        constexpr std::array<CharacterClass, 256> Classes = MakeClasses();
 
         CharacterClass ClassOf(char c)
         {
-            return classes[static_cast<unsigned char>(c)];
+            return Classes[static_cast<unsigned char>(c)];
         }
 
     }
 
     bool IsWhiteSpace(char c)
     {
-        return ClassOf(c) == whiteSpace;
+        return ClassOf(c) == WhiteSpace;
     }
 
     std::string_view Trimmed(std::string_view text)
@@ -58,74 +58,74 @@ namespace ppf
         return text;
     }
 
-    Scanner::Scanner(std::string_view bytes, std::uint64_t begin)
-        : m_bytes(bytes)
-        , m_position(static_cast<std::size_t>(begin))
+    Scanner::Scanner(std::string_view theBytes, std::uint64_t begin)
+        : bytes(theBytes)
+        , position(static_cast<std::size_t>(begin))
     {
     }
 
     Token Scanner::Next()
     {
-        while (m_position < m_bytes.size() && IsWhiteSpace(m_bytes[m_position]))
+        while (position < bytes.size() && IsWhiteSpace(bytes[position]))
         {
-            ++m_position;
+            ++position;
         }
-        const std::size_t begin = m_position;
-        if (begin == m_bytes.size())
+        const std::size_t begin = position;
+        if (begin == bytes.size())
         {
-            return {TokenKind::end, m_bytes.substr(begin)};
+            return {TokenKind::End, bytes.substr(begin)};
         }
-        const auto at = [&](std::size_t i) { return i < m_bytes.size() ? m_bytes[i] : '\0'; };
+        const auto at = [&](std::size_t i) { return i < bytes.size() ? bytes[i] : '\0'; };
         switch (at(begin))
         {
         case '%':
         {
-            const std::size_t lineEnd = m_bytes.find_first_of("\r\n", begin);
-            return Take(TokenKind::comment, lineEnd == std::string_view::npos ? m_bytes.size() : lineEnd);
+            const std::size_t lineEnd = bytes.find_first_of("\r\n", begin);
+            return Take(TokenKind::Comment, lineEnd == std::string_view::npos ? bytes.size() : lineEnd);
         }
         case '(':
-            return Take(TokenKind::string, EndOfParenthesised(begin));
+            return Take(TokenKind::String, EndOfParenthesised(begin));
         case '<':
-            return at(begin + 1) == '<' ? Take(TokenKind::open, begin + 2)
-                                        : Take(TokenKind::string, EndOfAngled(begin));
+            return at(begin + 1) == '<' ? Take(TokenKind::Open, begin + 2)
+                                        : Take(TokenKind::String, EndOfAngled(begin));
         case '>':
             if (at(begin + 1) != '>')
             {
                 throw FormatError(begin, "\">\" closes nothing that was opened");
             }
-            return Take(TokenKind::close, begin + 2);
+            return Take(TokenKind::Close, begin + 2);
         case ')':
             throw FormatError(begin, "\")\" closes no string: the parentheses of a string do not balance");
         case '[':
         case '{':
-            return Take(TokenKind::open, begin + 1);
+            return Take(TokenKind::Open, begin + 1);
         case ']':
         case '}':
-            return Take(TokenKind::close, begin + 1);
+            return Take(TokenKind::Close, begin + 1);
         case '/':
-            return Take(TokenKind::literalName, EndOfRegular(begin + (at(begin + 1) == '/' ? 2 : 1)));
+            return Take(TokenKind::LiteralName, EndOfRegular(begin + (at(begin + 1) == '/' ? 2 : 1)));
         default:
         {
             const std::size_t end = EndOfRegular(begin);
-            const bool isNumber = NumberOf(m_bytes.substr(begin, end - begin)).has_value();
-            return Take(isNumber ? TokenKind::number : TokenKind::executableName, end);
+            const bool isNumber = NumberOf(bytes.substr(begin, end - begin)).has_value();
+            return Take(isNumber ? TokenKind::Number : TokenKind::ExecutableName, end);
         }
         }
     }
 
     Token Scanner::Take(TokenKind kind, std::size_t end)
     {
-        const Token token = {kind, m_bytes.substr(m_position, end - m_position)};
-        m_position = end;
+        const Token token = {kind, bytes.substr(position, end - position)};
+        position = end;
         return token;
     }
 
     std::size_t Scanner::EndOfParenthesised(std::size_t begin) const
     {
         std::size_t depth = 0;
-        for (std::size_t i = begin; i < m_bytes.size(); ++i)
+        for (std::size_t i = begin; i < bytes.size(); ++i)
         {
-            const char c = m_bytes[i];
+            const char c = bytes[i];
             if (c == '\\')
             {
                 ++i;
@@ -144,8 +144,8 @@ namespace ppf
 
     std::size_t Scanner::EndOfAngled(std::size_t begin) const
     {
-        const bool base85 = m_bytes.substr(begin, 2) == "<~";
-        const std::size_t end = m_bytes.find(base85 ? "~>" : ">", begin + (base85 ? 2 : 1));
+        const bool base85 = bytes.substr(begin, 2) == "<~";
+        const std::size_t end = bytes.find(base85 ? "~>" : ">", begin + (base85 ? 2 : 1));
         if (end == std::string_view::npos)
         {
             throw FormatError(begin, "string is not closed");
@@ -156,7 +156,7 @@ namespace ppf
         }
         for (std::size_t i = begin + 1; i < end; ++i)
         {
-            if (DigitOf(m_bytes[i]) >= 16 && !IsWhiteSpace(m_bytes[i]))
+            if (DigitOf(bytes[i]) >= 16 && !IsWhiteSpace(bytes[i]))
             {
                 throw FormatError(i, "hexadecimal string holds a character that is no digit");
             }
@@ -167,7 +167,7 @@ namespace ppf
     std::size_t Scanner::EndOfRegular(std::size_t begin) const
     {
         std::size_t end = begin;
-        while (end < m_bytes.size() && ClassOf(m_bytes[end]) == regular)
+        while (end < bytes.size() && ClassOf(bytes[end]) == Regular)
         {
             ++end;
         }
@@ -180,9 +180,9 @@ namespace ppf
         Scanner scanner(text);
         try
         {
-            for (Token token = scanner.Next(); token.kind != TokenKind::end; token = scanner.Next())
+            for (Token token = scanner.Next(); token.kind != TokenKind::End; token = scanner.Next())
             {
-                if (token.kind == TokenKind::comment)
+                if (token.kind == TokenKind::Comment)
                 {
                     continue;
                 }

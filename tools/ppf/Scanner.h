@@ -7,18 +7,18 @@
 #include <string_view>
 #include <vector>
 
-namespace ppf
+namespace Ppf
 {
     enum class TokenKind
     {
-        end,            ///< behind the last token
-        comment,        ///< from "%" to the end of its line, without it
-        number,         ///< an integer, a real or a radix number
-        literalName,    ///< with its slash, or both for an immediately evaluated one
-        executableName, ///< a bare word
-        string,         ///< "(...)", "<...>" or "<~...~>", with its delimiters
-        open,           ///< "[", "{" or "<<"
-        close           ///< "]", "}" or ">>"
+        End,            ///< behind the last token
+        Comment,        ///< from "%" to the end of its line, without it
+        Number,         ///< an integer, a real or a radix number
+        LiteralName,    ///< with its slash, or both for an immediately evaluated one
+        ExecutableName, ///< a bare word
+        String,         ///< "(...)", "<...>" or "<~...~>", with its delimiters
+        Open,           ///< "[", "{" or "<<"
+        Close           ///< "]", "}" or ">>"
     };
 
     struct Token
@@ -44,15 +44,15 @@ namespace ppf
     {
     public:
         /// Begins at an offset into the bytes.
-        explicit Scanner(std::string_view bytes, std::uint64_t begin = 0);
+        explicit Scanner(std::string_view theBytes, std::uint64_t begin = 0);
 
         /// The next token. Throws FormatError at a string that is not closed, a character that a hexadecimal string
         /// cannot hold, and a closing delimiter of a string that was not opened.
         Token Next();
 
         /// Offset behind the last token.
-        std::uint64_t Position() const { return m_position; }
-        void MoveTo(std::uint64_t position) { m_position = static_cast<std::size_t>(position); }
+        std::uint64_t Position() const { return position; }
+        void MoveTo(std::uint64_t thePosition) { position = static_cast<std::size_t>(thePosition); }
 
     private:
         std::size_t EndOfParenthesised(std::size_t begin) const;
@@ -60,8 +60,8 @@ namespace ppf
         std::size_t EndOfRegular(std::size_t begin) const;
         Token Take(TokenKind kind, std::size_t end);
 
-        std::string_view m_bytes;
-        std::size_t m_position;
+        std::string_view bytes;
+        std::size_t position;
     };
 
     /// The tokens of a value, comments left out; an empty list if the text is no sequence of tokens or holds more than

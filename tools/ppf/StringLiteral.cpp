@@ -1,12 +1,12 @@
 // Escapes, hexadecimal digits and base 85 to the bytes that they stand for.
 #include "ppf/StringLiteral.h"
 
-#include <cstdint>
-
 #include "ppf/Number.h"
 #include "ppf/Scanner.h"
 
-namespace ppf
+#include <cstdint>
+
+namespace Ppf
 {
     namespace
     {
@@ -54,10 +54,10 @@ namespace ppf
                 }
                 else
                 {
-                    constexpr std::string_view letters = "nrtbf";
-                    constexpr std::string_view meanings = "\n\r\t\b\f";
-                    const std::size_t found = letters.find(c);
-                    bytes += found == std::string_view::npos ? c : meanings[found];
+                    constexpr std::string_view Letters = "nrtbf";
+                    constexpr std::string_view Meanings = "\n\r\t\b\f";
+                    const std::size_t found = Letters.find(c);
+                    bytes += found == std::string_view::npos ? c : Meanings[found];
                 }
             }
             return bytes;

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace ppf
+namespace Ppf
 {
     /// The bytes that a string token stands for: escapes, line ends and digits resolved. Nothing for other text.
     std::optional<std::string> StringOf(std::string_view text);

@@ -1,15 +1,15 @@
 // Every separation's preview as a picture file of its own.
 #pragma once
 
+#include "ppf/Document.h"
+
 #include <optional>
 #include <string>
 
-#include "ppf/Document.h"
-
-namespace ppfinfo
+namespace PpfInfo
 {
     /// Writes FOLDER/SHEET-SIDE-NN-NAME.png for each separation, upright, in 8-bit grey with ink as dark. Makes the
     /// folder if need be. A preview that cannot be decoded gets no file; returns the first fault among them. Throws
     /// std::runtime_error if a file cannot be written.
-    std::optional<ppf::Finding> ExtractPictures(const ppf::Document& document, const std::string& folder);
+    std::optional<Ppf::Finding> ExtractPictures(const Ppf::Document& document, const std::string& folder);
 }

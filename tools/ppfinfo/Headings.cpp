@@ -4,20 +4,20 @@
 #include "ppfinfo/Text.h"
 #include "ppfinfo/ZoneChoice.h"
 
-namespace ppfinfo
+namespace PpfInfo
 {
-    std::string SheetHeading(const ppf::Sheet& sheet, std::size_t position)
+    std::string SheetHeading(const Ppf::Sheet& sheet, std::size_t position)
     {
         const std::string name = sheet.SheetName();
         return "Sheet " + std::to_string(position + 1) + (name.empty() ? "" : ", \"" + ToPrintable(name) + "\"");
     }
 
-    std::string SizeText(const ppf::Preview& preview)
+    std::string SizeText(const Ppf::Preview& preview)
     {
         const std::uint64_t width = preview.UprightWidth();
         const std::uint64_t height = preview.UprightHeight();
         std::string text = std::to_string(width) + " x " + std::to_string(height) + " pixels";
-        if (const std::optional<ppf::Resolution> resolution = preview.UprightResolution())
+        if (const std::optional<Ppf::Resolution> resolution = preview.UprightResolution())
         {
             const double up = Millimetres(static_cast<double>(height), resolution->y);
             const double across = Millimetres(static_cast<double>(width), resolution->x);
@@ -28,7 +28,7 @@ namespace ppfinfo
         return text;
     }
 
-    std::string FilterText(const ppf::Preview& preview)
+    std::string FilterText(const Ppf::Preview& preview)
     {
         return ToPrintable(preview.compressionName) + ", " + ToPrintable(preview.encodingName);
     }

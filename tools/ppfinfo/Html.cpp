@@ -3,7 +3,7 @@
 
 #include "ppfinfo/Text.h"
 
-namespace ppfinfo
+namespace PpfInfo
 {
     std::string Escaped(std::string_view text)
     {

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace ppfinfo
+namespace PpfInfo
 {
     /// A text from a file, fit to stand between tags and within quoted attributes: as UTF-8, without control
     /// characters, with everything that markup is made of escaped.

@@ -1,9 +1,6 @@
 // The page from top to bottom, side by side, each written as soon as it is measured.
 #include "ppfinfo/HtmlReport.h"
 
-#include <algorithm>
-#include <vector>
-
 #include "ppf/Pictures.h"
 #include "ppfinfo/Headings.h"
 #include "ppfinfo/Html.h"
@@ -13,30 +10,33 @@
 #include "ppfinfo/Text.h"
 #include "ppfinfo/ZoneChart.h"
 
-namespace ppfinfo
+#include <algorithm>
+#include <vector>
+
+namespace PpfInfo
 {
     namespace
     {
         /// Longer side of the pictures in pixels: enough for a wide screen, small enough for a page to be mailed.
-        constexpr std::uint64_t compositeSide = 1600;
-        constexpr std::uint64_t separationSide = 1200;
+        constexpr std::uint64_t CompositeSide = 1600;
+        constexpr std::uint64_t SeparationSide = 1200;
         /// Pictures below this width are shown with hard pixels.
-        constexpr std::uint64_t smallWidth = 300;
+        constexpr std::uint64_t SmallWidth = 300;
         /// The most common width of ink keys.
-        constexpr double usualZoneWidth = 32.5 / 25.4;
-        constexpr std::uint64_t usualZoneCount = 32;
+        constexpr double UsualZoneWidth = 32.5 / 25.4;
+        constexpr std::uint64_t UsualZoneCount = 32;
 
         /// One ink of a side, measured.
         struct SideInk
         {
-            const ppf::Preview* preview;
+            const Ppf::Preview* preview;
             unsigned component;
             Colour colour;
             /// Nothing if the preview cannot be decoded.
             std::optional<double> coverage;
             InkZones zones;
             /// What to know about it.
-            std::vector<ppf::Finding> notes;
+            std::vector<Ppf::Finding> notes;
         };
 
         std::string Swatch(const Colour& colour)
@@ -45,12 +45,12 @@ namespace ppfinfo
         }
 
         /// An img element in the proportions of the sheet.
-        std::string Image(const ppf::Preview& preview, const std::string& url, const std::string& description)
+        std::string Image(const Ppf::Preview& preview, const std::string& url, const std::string& description)
         {
-            const ppf::Resolution resolution = preview.UprightResolution().value_or(ppf::Resolution{1, 1});
+            const Ppf::Resolution resolution = preview.UprightResolution().value_or(Ppf::Resolution{1, 1});
             const double ratio = static_cast<double>(preview.UprightWidth()) / resolution.x /
                                  (static_cast<double>(preview.UprightHeight()) / resolution.y);
-            return "<img" + std::string(preview.UprightWidth() < smallWidth ? " class=\"small\"" : "") +
+            return "<img" + std::string(preview.UprightWidth() < SmallWidth ? " class=\"small\"" : "") +
                    " style=\"aspect-ratio:" + Fixed(ratio, 5) + "\" alt=\"" + Escaped(description) + "\" src=\"" + url +
                    "\">\n";
         }
@@ -58,120 +58,120 @@ namespace ppfinfo
         class ReportWriter
         {
         public:
-            ReportWriter(const ppf::Document& document, const ZoneChoice& zones, std::ostream& out)
-                : m_document(document)
-                , m_zones(zones)
-                , m_out(out)
+            ReportWriter(const Ppf::Document& theDocument, const ZoneChoice& theZones, std::ostream& theOut)
+                : document(theDocument)
+                , zones(theZones)
+                , out(theOut)
             {
             }
 
             void Write(const std::string& fileName);
 
-            const std::optional<ppf::Finding>& Fault() const { return m_fault; }
+            const std::optional<Ppf::Finding>& Fault() const { return fault; }
 
         private:
             void WriteHead(const std::string& fileName);
             void WriteUnusual();
             void WriteSheet(std::size_t position);
-            void WriteEntries(const ppf::Sheet& sheet);
-            void WriteSurface(const ppf::Surface& surface);
-            std::vector<SideInk> MeasureSide(const ppf::Surface& surface);
+            void WriteEntries(const Ppf::Sheet& sheet);
+            void WriteSurface(const Ppf::Surface& surface);
+            std::vector<SideInk> MeasureSide(const Ppf::Surface& surface);
             void WriteOverview(const std::vector<SideInk>& inks, double top);
             void WriteInkTable(const std::vector<SideInk>& inks);
             void WriteSeparations(const std::vector<SideInk>& inks, double top);
             void WriteZoneTable(const std::vector<SideInk>& inks);
-            ZoneChoice ZonesFor(const ppf::Preview& preview) const;
+            ZoneChoice ZonesFor(const Ppf::Preview& preview) const;
 
-            const ppf::Document& m_document;
-            const ZoneChoice& m_zones;
-            std::ostream& m_out;
-            std::optional<ppf::Finding> m_fault;
+            const Ppf::Document& document;
+            const ZoneChoice& zones;
+            std::ostream& out;
+            std::optional<Ppf::Finding> fault;
         };
 
         void ReportWriter::Write(const std::string& fileName)
         {
             WriteHead(fileName);
             WriteUnusual();
-            for (std::size_t i = 0; i < m_document.sheets.size(); ++i)
+            for (std::size_t i = 0; i < document.sheets.size(); ++i)
             {
                 WriteSheet(i);
             }
-            m_out << "</body>\n</html>\n";
+            out << "</body>\n</html>\n";
         }
 
         void ReportWriter::WriteHead(const std::string& fileName)
         {
-            const std::vector<ppf::Sheet>& sheets = m_document.sheets;
+            const std::vector<Ppf::Sheet>& sheets = document.sheets;
             const std::string job = sheets.empty() ? "" : sheets.front().JobName();
             const std::string title = Escaped(job.empty() ? fileName : job);
-            m_out << "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
-                     "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n<title>"
-                  << title << "</title>\n<style>" << ReportStyle() << "</style>\n</head>\n<body>\n<header>\n<h1>"
-                  << title << "</h1>\n<div class=\"soft\">" << Escaped(fileName)
-                  << " &middot; print production file, version " << Escaped(m_document.version) << " &middot; "
-                  << sheets.size() << (sheets.size() == 1 ? " sheet" : " sheets") << " &middot; "
-                  << m_document.bytes.size() << " bytes</div>\n";
+            out << "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
+                   "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n<title>"
+                << title << "</title>\n<style>" << ReportStyle() << "</style>\n</head>\n<body>\n<header>\n<h1>" << title
+                << "</h1>\n<div class=\"soft\">" << Escaped(fileName) << " &middot; print production file, version "
+                << Escaped(document.version) << " &middot; " << sheets.size()
+                << (sheets.size() == 1 ? " sheet" : " sheets") << " &middot; " << document.bytes.size()
+                << " bytes</div>\n";
             if (sheets.size() > 1)
             {
-                m_out << "<nav><ol>";
+                out << "<nav><ol>";
                 for (std::size_t i = 0; i < sheets.size(); ++i)
                 {
-                    m_out << "<li><a href=\"#sheet-" << i + 1 << "\">" << Escaped(SheetHeading(sheets[i], i))
-                          << "</a></li>";
+                    out << "<li><a href=\"#sheet-" << i + 1 << "\">" << Escaped(SheetHeading(sheets[i], i))
+                        << "</a></li>";
                 }
-                m_out << "</ol></nav>\n";
+                out << "</ol></nav>\n";
             }
-            m_out << "</header>\n";
+            out << "</header>\n";
         }
 
         void ReportWriter::WriteUnusual()
         {
-            std::vector<ppf::Finding> findings = Observations(m_document);
-            if (m_document.damage)
+            std::vector<Ppf::Finding> findings = Observations(document);
+            if (document.damage)
             {
-                findings.push_back(*m_document.damage);
+                findings.push_back(*document.damage);
                 findings.back().text += "; nothing behind this byte was read";
             }
             if (findings.empty())
             {
                 return;
             }
-            m_out << "<section class=\"unusual\"><h2>To be looked at</h2><ul>\n";
-            for (const ppf::Finding& finding : findings)
+            out << "<section class=\"unusual\"><h2>To be looked at</h2><ul>\n";
+            for (const Ppf::Finding& finding : findings)
             {
-                m_out << "<li>" << Escaped(finding.text) << " <span class=\"soft\">(byte " << finding.offset
-                      << ")</span></li>\n";
+                out << "<li>" << Escaped(finding.text) << " <span class=\"soft\">(byte " << finding.offset
+                    << ")</span></li>\n";
             }
-            m_out << "</ul></section>\n";
+            out << "</ul></section>\n";
         }
 
         void ReportWriter::WriteSheet(std::size_t position)
         {
-            const ppf::Sheet& sheet = m_document.sheets[position];
-            m_out << "<section class=\"sheet\" id=\"sheet-" << position + 1 << "\">\n<h2>"
-                  << Escaped(SheetHeading(sheet, position)) << "</h2>\n";
+            const Ppf::Sheet& sheet = document.sheets[position];
+            out << "<section class=\"sheet\" id=\"sheet-" << position + 1 << "\">\n<h2>"
+                << Escaped(SheetHeading(sheet, position)) << "</h2>\n";
             WriteEntries(sheet);
-            for (const ppf::Surface& surface : sheet.surfaces)
+            for (const Ppf::Surface& surface : sheet.surfaces)
             {
                 WriteSurface(surface);
             }
-            m_out << "</section>\n";
+            out << "</section>\n";
         }
 
-        void ReportWriter::WriteEntries(const ppf::Sheet& sheet)
+        void ReportWriter::WriteEntries(const Ppf::Sheet& sheet)
         {
-            m_out << "<dl><dt>Job</dt><dd>" << Escaped(sheet.JobName()) << "</dd><dt>Extent</dt><dd>"
-                  << Escaped(sheet.Extent()) << "</dd>\n";
-            for (const ppf::Entry& entry : sheet.Parameters())
+            out << "<dl><dt>Job</dt><dd>" << Escaped(sheet.JobName()) << "</dd><dt>Extent</dt><dd>"
+                << Escaped(sheet.Extent()) << "</dd>\n";
+            for (const Ppf::Entry& entry : sheet.Parameters())
             {
-                m_out << "<dt>" << Escaped(entry.key) << "</dt><dd>" << Escaped(entry.value) << "</dd>\n";
+                out << "<dt>" << Escaped(entry.key) << "</dt><dd>" << Escaped(entry.value) << "</dd>\n";
             }
-            m_out << "</dl>\n";
+            out << "</dl>\n";
         }
 
-        void ReportWriter::WriteSurface(const ppf::Surface& surface)
+        void ReportWriter::WriteSurface(const Ppf::Surface& surface)
         {
-            m_out << "<section class=\"side\">\n<h3>" << NameOf(surface.side) << "</h3>\n";
+            out << "<section class=\"side\">\n<h3>" << NameOf(surface.side) << "</h3>\n";
             const std::vector<SideInk> inks = MeasureSide(surface);
             double top = 0;
             for (const SideInk& ink : inks)
@@ -180,7 +180,7 @@ namespace ppfinfo
             }
             if (inks.empty())
             {
-                m_out << "<p class=\"soft\">No separation.</p>\n";
+                out << "<p class=\"soft\">No separation.</p>\n";
             }
             else
             {
@@ -192,22 +192,22 @@ namespace ppfinfo
                 }
                 WriteZoneTable(inks);
             }
-            m_out << "</section>\n";
+            out << "</section>\n";
         }
 
-        std::vector<SideInk> ReportWriter::MeasureSide(const ppf::Surface& surface)
+        std::vector<SideInk> ReportWriter::MeasureSide(const Ppf::Surface& surface)
         {
             std::vector<std::string> names;
-            for (const ppf::Preview& preview : surface.previews)
+            for (const Ppf::Preview& preview : surface.previews)
             {
                 names.insert(names.end(), preview.inks.begin(), preview.inks.end());
             }
             const std::vector<Colour> colours = InkColours(names);
             std::vector<SideInk> inks;
-            for (const ppf::Preview& preview : surface.previews)
+            for (const Ppf::Preview& preview : surface.previews)
             {
-                const InkMeasure measure = MeasureInks(m_document, preview);
-                KeepFirst(m_fault, measure.fault);
+                const InkMeasure measure = MeasureInks(document, preview);
+                KeepFirst(fault, measure.fault);
                 for (unsigned i = 0; i < preview.components; ++i)
                 {
                     SideInk ink = {&preview, i, colours[inks.size()], std::nullopt, {}, Observations(preview, measure)};
@@ -216,12 +216,12 @@ namespace ppfinfo
                     if (!measure.inks.empty())
                     {
                         ink.coverage = measure.inks[i].Coverage();
-                        std::optional<ppf::Finding> fault;
-                        ink.zones.edges = ZoneEdges(preview, ZonesFor(preview), fault);
-                        if (fault)
+                        std::optional<Ppf::Finding> zonesFault;
+                        ink.zones.edges = ZoneEdges(preview, ZonesFor(preview), zonesFault);
+                        if (zonesFault)
                         {
-                            ink.notes.push_back(*fault);
-                            KeepFirst(m_fault, fault);
+                            ink.notes.push_back(*zonesFault);
+                            KeepFirst(fault, zonesFault);
                         }
                         ink.zones.coverage = measure.inks[i].Zones(ink.zones.edges);
                     }
@@ -231,13 +231,13 @@ namespace ppfinfo
             return inks;
         }
 
-        ZoneChoice ReportWriter::ZonesFor(const ppf::Preview& preview) const
+        ZoneChoice ReportWriter::ZonesFor(const Ppf::Preview& preview) const
         {
-            if (m_zones.IsGiven())
+            if (zones.IsGiven())
             {
-                return m_zones;
+                return zones;
             }
-            return preview.resolution ? ZoneChoice{0, usualZoneWidth} : ZoneChoice{usualZoneCount, 0};
+            return preview.resolution ? ZoneChoice{0, UsualZoneWidth} : ZoneChoice{UsualZoneCount, 0};
         }
 
         void ReportWriter::WriteOverview(const std::vector<SideInk>& inks, double top)
@@ -245,13 +245,13 @@ namespace ppfinfo
             Composite composite;
             ZoneChart chart;
             chart.top = top;
-            const ppf::Preview* drawn = nullptr;
+            const Ppf::Preview* drawn = nullptr;
             for (std::size_t i = 0; i < inks.size();)
             {
-                const ppf::Preview& preview = *inks[i].preview;
+                const Ppf::Preview& preview = *inks[i].preview;
                 if (inks[i].coverage)
                 {
-                    const std::vector<ppf::Picture> pictures = ppf::ScaledPictures(m_document, preview, compositeSide);
+                    const std::vector<Ppf::Picture> pictures = Ppf::ScaledPictures(document, preview, CompositeSide);
                     for (std::size_t component = 0; component < pictures.size(); ++component)
                     {
                         composite.Print(pictures[component], inks[i + component].colour);
@@ -264,57 +264,57 @@ namespace ppfinfo
                 }
                 i += preview.components;
             }
-            m_out << "<div class=\"overview\">\n<figure><figcaption><b>All inks</b><span class=\"soft\">"
-                  << SizeText(*inks.front().preview) << "</span></figcaption>\n";
+            out << "<div class=\"overview\">\n<figure><figcaption><b>All inks</b><span class=\"soft\">"
+                << SizeText(*inks.front().preview) << "</span></figcaption>\n";
             if (drawn != nullptr)
             {
-                if (const std::optional<ppf::Resolution> resolution = drawn->UprightResolution())
+                if (const std::optional<Ppf::Resolution> resolution = drawn->UprightResolution())
                 {
                     chart.resolution = resolution->x;
                 }
-                m_out << Image(*drawn, composite.Url(), "All inks over each other") << SvgOf(chart);
+                out << Image(*drawn, composite.Url(), "All inks over each other") << SvgOf(chart);
             }
             else
             {
-                m_out << "<div class=\"broken\">No separation of this side can be decoded.</div>\n";
+                out << "<div class=\"broken\">No separation of this side can be decoded.</div>\n";
             }
-            m_out << "</figure>\n";
+            out << "</figure>\n";
             WriteInkTable(inks);
-            m_out << "</div>\n";
+            out << "</div>\n";
         }
 
         void ReportWriter::WriteInkTable(const std::vector<SideInk>& inks)
         {
-            m_out << "<table class=\"inks\"><thead><tr><th class=\"name\">Ink</th><th class=\"meter\"></th>"
-                     "<th>Coverage</th></tr></thead><tbody>\n";
+            out << "<table class=\"inks\"><thead><tr><th class=\"name\">Ink</th><th class=\"meter\"></th>"
+                   "<th>Coverage</th></tr></thead><tbody>\n";
             for (const SideInk& ink : inks)
             {
                 const std::string width = Fixed(ink.coverage.value_or(0), 2);
-                m_out << "<tr><th class=\"name\">" << Swatch(ink.colour) << ' ' << Escaped(ink.zones.name)
-                      << "</th><td class=\"meter\"><svg role=\"img\" aria-hidden=\"true\"><rect class=\"track\" "
-                         "width=\"100%\" height=\"100%\"/><rect width=\""
-                      << width << "%\" height=\"100%\" fill=\"" << HexOf(ink.colour) << "\"/></svg></td><td>"
-                      << (ink.coverage ? width + " %" : "damaged") << "</td></tr>\n";
+                out << "<tr><th class=\"name\">" << Swatch(ink.colour) << ' ' << Escaped(ink.zones.name)
+                    << "</th><td class=\"meter\"><svg role=\"img\" aria-hidden=\"true\"><rect class=\"track\" "
+                       "width=\"100%\" height=\"100%\"/><rect width=\""
+                    << width << "%\" height=\"100%\" fill=\"" << HexOf(ink.colour) << "\"/></svg></td><td>"
+                    << (ink.coverage ? width + " %" : "damaged") << "</td></tr>\n";
             }
-            m_out << "</tbody></table>\n";
+            out << "</tbody></table>\n";
         }
 
         void ReportWriter::WriteSeparations(const std::vector<SideInk>& inks, double top)
         {
-            m_out << "<div class=\"separations\">\n";
-            std::vector<ppf::Picture> pictures;
+            out << "<div class=\"separations\">\n";
+            std::vector<Ppf::Picture> pictures;
             const std::string firstSize = SizeText(*inks.front().preview);
             for (const SideInk& ink : inks)
             {
                 const std::string size = SizeText(*ink.preview);
-                m_out << "<figure><figcaption>" << Swatch(ink.colour) << "<b>" << Escaped(ink.zones.name)
-                      << "</b><span class=\"soft\">" << (size == firstSize ? "" : size) << "</span><span class=\"per\">"
-                      << (ink.coverage ? Fixed(*ink.coverage, 2) + " %" : "damaged") << "</span></figcaption>\n";
+                out << "<figure><figcaption>" << Swatch(ink.colour) << "<b>" << Escaped(ink.zones.name)
+                    << "</b><span class=\"soft\">" << (size == firstSize ? "" : size) << "</span><span class=\"per\">"
+                    << (ink.coverage ? Fixed(*ink.coverage, 2) + " %" : "damaged") << "</span></figcaption>\n";
                 if (ink.coverage)
                 {
                     if (ink.component == 0)
                     {
-                        pictures = ppf::ScaledPictures(m_document, *ink.preview, separationSide);
+                        pictures = Ppf::ScaledPictures(document, *ink.preview, SeparationSide);
                     }
                     ZoneChart chart;
                     if (!ink.zones.edges.empty())
@@ -322,23 +322,23 @@ namespace ppfinfo
                         chart.inks = {ink.zones};
                     }
                     chart.top = top;
-                    if (const std::optional<ppf::Resolution> resolution = ink.preview->UprightResolution())
+                    if (const std::optional<Ppf::Resolution> resolution = ink.preview->UprightResolution())
                     {
                         chart.resolution = resolution->x;
                     }
-                    m_out << Image(
-                                 *ink.preview, TintedPictureUrl(pictures[ink.component], ink.colour),
-                                 "Separation " + ToPrintable(ink.zones.name))
-                          << SvgOf(chart);
+                    out << Image(
+                               *ink.preview, TintedPictureUrl(pictures[ink.component], ink.colour),
+                               "Separation " + ToPrintable(ink.zones.name))
+                        << SvgOf(chart);
                 }
-                for (const ppf::Finding& note : ink.notes)
+                for (const Ppf::Finding& note : ink.notes)
                 {
-                    m_out << "<div class=\"" << (ink.coverage ? "soft" : "broken") << "\">" << Escaped(note.text)
-                          << " (byte " << note.offset << ")</div>\n";
+                    out << "<div class=\"" << (ink.coverage ? "soft" : "broken") << "\">" << Escaped(note.text)
+                        << " (byte " << note.offset << ")</div>\n";
                 }
-                m_out << "</figure>\n";
+                out << "</figure>\n";
             }
-            m_out << "</div>\n";
+            out << "</div>\n";
         }
 
         void ReportWriter::WriteZoneTable(const std::vector<SideInk>& inks)
@@ -351,35 +351,34 @@ namespace ppfinfo
             {
                 return;
             }
-            const std::optional<ppf::Resolution> resolution = widest->preview->UprightResolution();
+            const std::optional<Ppf::Resolution> resolution = widest->preview->UprightResolution();
             const auto place = [&](double edge)
             { return Fixed(resolution ? Millimetres(edge, resolution->x) : edge, 1); };
-            m_out
-                << "<h4>Ink zones: mean coverage in per cent</h4>\n<div class=\"scroll\"><table class=\"zones\"><thead>"
+            out << "<h4>Ink zones: mean coverage in per cent</h4>\n<div class=\"scroll\"><table class=\"zones\"><thead>"
                    "<tr><th>Zone</th><th>"
                 << (resolution ? "mm" : "pixels") << "</th>";
             for (const SideInk& ink : inks)
             {
-                m_out << "<th>" << Swatch(ink.colour) << ' ' << Escaped(ink.zones.name) << "</th>";
+                out << "<th>" << Swatch(ink.colour) << ' ' << Escaped(ink.zones.name) << "</th>";
             }
-            m_out << "</tr></thead><tbody>\n";
+            out << "</tr></thead><tbody>\n";
             for (std::size_t zone = 0; zone + 1 < edges.size(); ++zone)
             {
-                m_out << "<tr><th>" << zone + 1 << "</th><td>" << place(edges[zone]) << "&ndash;"
-                      << place(edges[zone + 1]) << "</td>";
+                out << "<tr><th>" << zone + 1 << "</th><td>" << place(edges[zone]) << "&ndash;"
+                    << place(edges[zone + 1]) << "</td>";
                 for (const SideInk& ink : inks)
                 {
                     const std::vector<double>& coverage = ink.zones.coverage;
-                    m_out << "<td>" << (zone < coverage.size() ? Fixed(coverage[zone], 2) : "&ndash;") << "</td>";
+                    out << "<td>" << (zone < coverage.size() ? Fixed(coverage[zone], 2) : "&ndash;") << "</td>";
                 }
-                m_out << "</tr>\n";
+                out << "</tr>\n";
             }
-            m_out << "</tbody></table></div>\n";
+            out << "</tbody></table></div>\n";
         }
     }
 
-    std::optional<ppf::Finding> WriteHtmlReport(
-        const std::string& fileName, const ppf::Document& document, const ZoneChoice& zones, std::ostream& out)
+    std::optional<Ppf::Finding> WriteHtmlReport(
+        const std::string& fileName, const Ppf::Document& document, const ZoneChoice& zones, std::ostream& out)
     {
         ReportWriter writer(document, zones, out);
         writer.Write(fileName);

@@ -8,11 +8,11 @@
 #include <optional>
 #include <utility>
 
-namespace ppfinfo
+namespace PpfInfo
 {
     namespace
     {
-        constexpr double fullCircle = 360;
+        constexpr double FullCircle = 360;
 
         std::string LowerCase(std::string text)
         {
@@ -33,27 +33,27 @@ namespace ppfinfo
         /// The usual values of the process inks on coated paper, as screens show them.
         std::optional<ProcessInk> ProcessInkOf(std::string name)
         {
-            constexpr ProcessInk cyan = {{0, 174, 239}, 196};
-            constexpr ProcessInk magenta = {{236, 0, 140}, 324};
-            constexpr ProcessInk yellow = {{255, 242, 0}, 57};
-            constexpr ProcessInk black = {{35, 31, 32}, -1};
-            constexpr std::array<std::pair<std::string_view, ProcessInk>, 9> inks = {{
-                {"cyan", cyan},
-                {"c", cyan},
-                {"magenta", magenta},
-                {"m", magenta},
-                {"yellow", yellow},
-                {"y", yellow},
-                {"black", black},
-                {"k", black},
-                {"key", black},
+            constexpr ProcessInk Cyan = {{0, 174, 239}, 196};
+            constexpr ProcessInk Magenta = {{236, 0, 140}, 324};
+            constexpr ProcessInk Yellow = {{255, 242, 0}, 57};
+            constexpr ProcessInk Black = {{35, 31, 32}, -1};
+            constexpr std::array<std::pair<std::string_view, ProcessInk>, 9> Inks = {{
+                {"cyan", Cyan},
+                {"c", Cyan},
+                {"magenta", Magenta},
+                {"m", Magenta},
+                {"yellow", Yellow},
+                {"y", Yellow},
+                {"black", Black},
+                {"k", Black},
+                {"key", Black},
             }};
-            constexpr std::string_view prefix = "process ";
-            if (name.compare(0, prefix.size(), prefix) == 0)
+            constexpr std::string_view Prefix = "process ";
+            if (name.compare(0, Prefix.size(), Prefix) == 0)
             {
-                name.erase(0, prefix.size());
+                name.erase(0, Prefix.size());
             }
-            for (const auto& [ink, values] : inks)
+            for (const auto& [ink, values] : Inks)
             {
                 if (name == ink)
                 {
@@ -66,7 +66,7 @@ namespace ppfinfo
         /// Degrees on the circle of hues.
         double HueOf(const std::string& name)
         {
-            constexpr std::array<std::pair<std::string_view, double>, 9> words = {{
+            constexpr std::array<std::pair<std::string_view, double>, 9> Words = {{
                 {"orange", 28},
                 {"green", 140},
                 {"violet", 275},
@@ -77,7 +77,7 @@ namespace ppfinfo
                 {"gold", 45},
                 {"rhodamine", 318},
             }};
-            for (const auto& [word, hue] : words)
+            for (const auto& [word, hue] : Words)
             {
                 if (name.find(word) != std::string::npos)
                 {
@@ -90,24 +90,24 @@ namespace ppfinfo
             {
                 hash = (hash ^ static_cast<unsigned char>(c)) * 16777619u;
             }
-            return std::fmod(static_cast<double>(hash), fullCircle);
+            return std::fmod(static_cast<double>(hash), FullCircle);
         }
 
         double Distance(double left, double right)
         {
             const double apart = std::abs(left - right);
-            return std::min(apart, fullCircle - apart);
+            return std::min(apart, FullCircle - apart);
         }
 
         /// A strong colour of middle lightness.
         Colour ColourOf(double hue)
         {
-            constexpr double lightness = 0.46;
-            constexpr double chroma = 0.39;
+            constexpr double Lightness = 0.46;
+            constexpr double Chroma = 0.39;
             const auto channel = [&](double offset)
             {
                 const double place = std::fmod(offset + hue / 30, 12);
-                const double value = lightness - chroma * std::max(-1.0, std::min({place - 3, 9 - place, 1.0}));
+                const double value = Lightness - Chroma * std::max(-1.0, std::min({place - 3, 9 - place, 1.0}));
                 return static_cast<unsigned char>(std::lround(value * 255));
             };
             return {channel(0), channel(8), channel(4)};
@@ -116,17 +116,17 @@ namespace ppfinfo
         unsigned char Multiplied(unsigned char paper, unsigned char ink, unsigned char sample)
         {
             const unsigned filtered = 255u * 255u - sample * (255u - ink);
-            constexpr unsigned full = 255u * 255u;
-            return static_cast<unsigned char>((paper * filtered + full / 2) / full);
+            constexpr unsigned Full = 255u * 255u;
+            return static_cast<unsigned char>((paper * filtered + Full / 2) / Full);
         }
     }
 
     std::vector<Colour> InkColours(const std::vector<std::string>& names)
     {
-        constexpr double closest = 20;
+        constexpr double Closest = 20;
         // The golden angle never comes back to a hue that it left.
-        constexpr double step = 137.5;
-        constexpr int mostSteps = 12;
+        constexpr double Step = 137.5;
+        constexpr int MostSteps = 12;
         std::vector<std::optional<ProcessInk>> process;
         std::vector<double> hues;
         for (const std::string& name : names)
@@ -148,11 +148,11 @@ namespace ppfinfo
             double hue = HueOf(LowerCase(names[i]));
             const auto isTaken = [&] {
                 return std::any_of(
-                    hues.begin(), hues.end(), [&](double other) { return Distance(hue, other) < closest; });
+                    hues.begin(), hues.end(), [&](double other) { return Distance(hue, other) < Closest; });
             };
-            for (int steps = 0; steps < mostSteps && isTaken(); ++steps)
+            for (int steps = 0; steps < MostSteps && isTaken(); ++steps)
             {
-                hue = std::fmod(hue + step, fullCircle);
+                hue = std::fmod(hue + Step, FullCircle);
             }
             hues.push_back(hue);
             colours.push_back(ColourOf(hue));
@@ -162,12 +162,12 @@ namespace ppfinfo
 
     std::string HexOf(const Colour& colour)
     {
-        constexpr char digits[] = "0123456789abcdef";
+        constexpr char Digits[] = "0123456789abcdef";
         std::string text = "#";
         for (const unsigned char channel : {colour.red, colour.green, colour.blue})
         {
-            text += digits[channel >> 4];
-            text += digits[channel & 15];
+            text += Digits[channel >> 4];
+            text += Digits[channel & 15];
         }
         return text;
     }

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-namespace ppfinfo
+namespace PpfInfo
 {
     struct Colour
     {

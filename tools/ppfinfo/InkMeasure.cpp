@@ -3,25 +3,25 @@
 
 #include <utility>
 
-namespace ppfinfo
+namespace PpfInfo
 {
-    InkMeasure MeasureInks(const ppf::Document& document, const ppf::Preview& preview)
+    InkMeasure MeasureInks(const Ppf::Document& document, const Ppf::Preview& preview)
     {
         InkMeasure measure;
         try
         {
-            ppf::Measurement measured = ppf::Measure(document, preview);
+            Ppf::Measurement measured = Ppf::Measure(document, preview);
             measure.inks = std::move(measured.inks);
             measure.excess = measured.excess;
         }
-        catch (const ppf::FormatError& error)
+        catch (const Ppf::FormatError& error)
         {
             measure.fault = error.AsFinding();
         }
         return measure;
     }
 
-    void KeepFirst(std::optional<ppf::Finding>& first, const std::optional<ppf::Finding>& other)
+    void KeepFirst(std::optional<Ppf::Finding>& first, const std::optional<Ppf::Finding>& other)
     {
         if (other && (!first || other->offset < first->offset))
         {

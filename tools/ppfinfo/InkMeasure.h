@@ -2,24 +2,24 @@
 // shows what it can and goes on.
 #pragma once
 
-#include <optional>
-#include <vector>
-
 #include "ppf/Document.h"
 #include "ppf/InkColumns.h"
 
-namespace ppfinfo
+#include <optional>
+#include <vector>
+
+namespace PpfInfo
 {
     struct InkMeasure
     {
         /// One per component; empty if the preview cannot be decoded.
-        std::vector<ppf::InkColumns> inks;
+        std::vector<Ppf::InkColumns> inks;
         std::uint64_t excess = 0;
-        std::optional<ppf::Finding> fault;
+        std::optional<Ppf::Finding> fault;
     };
 
-    InkMeasure MeasureInks(const ppf::Document& document, const ppf::Preview& preview);
+    InkMeasure MeasureInks(const Ppf::Document& document, const Ppf::Preview& preview);
 
     /// Keeps the fault that stands first in the file.
-    void KeepFirst(std::optional<ppf::Finding>& first, const std::optional<ppf::Finding>& other);
+    void KeepFirst(std::optional<Ppf::Finding>& first, const std::optional<Ppf::Finding>& other);
 }

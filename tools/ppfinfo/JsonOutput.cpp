@@ -1,15 +1,15 @@
 // The document sheet by sheet, so that no more than one is in memory as JSON.
 #include "ppfinfo/JsonOutput.h"
 
-#include <cmath>
-#include <string>
-
-#include <nlohmann/json.hpp>
-
 #include "ppfinfo/InkMeasure.h"
 #include "ppfinfo/Text.h"
 
-namespace ppfinfo
+#include <nlohmann/json.hpp>
+
+#include <cmath>
+#include <string>
+
+namespace PpfInfo
 {
     namespace
     {
@@ -18,8 +18,8 @@ namespace ppfinfo
         /// Whole numbers without a point.
         Json NumberOf(double value)
         {
-            constexpr double greatestExact = 9007199254740992.0;
-            if (value == std::floor(value) && std::abs(value) <= greatestExact)
+            constexpr double GreatestExact = 9007199254740992.0;
+            if (value == std::floor(value) && std::abs(value) <= GreatestExact)
             {
                 return static_cast<std::int64_t>(value);
             }
@@ -27,10 +27,10 @@ namespace ppfinfo
         }
 
         /// Entry by entry: a directory has as many as there are sheets.
-        void WriteDirectory(const ppf::Document& document, std::ostream& out)
+        void WriteDirectory(const Ppf::Document& document, std::ostream& out)
         {
             const char* separator = "";
-            for (const ppf::DirectoryEntry& entry : document.directory)
+            for (const Ppf::DirectoryEntry& entry : document.directory)
             {
                 const Json json = {
                     {"offset", entry.offset}, {"length", entry.length}, {"sheetName", ToUtf8(entry.sheetName)}};
@@ -42,21 +42,21 @@ namespace ppfinfo
         class SheetWriter
         {
         public:
-            SheetWriter(const ppf::Document& document, const ZoneChoice& zones)
-                : m_document(document)
-                , m_zones(zones)
+            SheetWriter(const Ppf::Document& theDocument, const ZoneChoice& theZones)
+                : document(theDocument)
+                , zones(theZones)
             {
             }
 
-            Json JsonOf(const ppf::Sheet& sheet)
+            Json JsonOf(const Ppf::Sheet& sheet)
             {
                 Json parameters = Json::object();
-                for (const ppf::Entry& entry : sheet.Parameters())
+                for (const Ppf::Entry& entry : sheet.Parameters())
                 {
                     parameters[ToUtf8(entry.key)] = ToUtf8(entry.value);
                 }
                 Json surfaces = Json::array();
-                for (const ppf::Surface& surface : sheet.surfaces)
+                for (const Ppf::Surface& surface : sheet.surfaces)
                 {
                     surfaces.push_back({{"side", NameOf(surface.side)}, {"separations", SeparationsOf(surface)}});
                 }
@@ -70,26 +70,26 @@ namespace ppfinfo
                     {"surfaces", std::move(surfaces)}};
             }
 
-            const std::optional<ppf::Finding>& Fault() const { return m_fault; }
+            const std::optional<Ppf::Finding>& Fault() const { return fault; }
 
         private:
-            Json SeparationsOf(const ppf::Surface& surface)
+            Json SeparationsOf(const Ppf::Surface& surface)
             {
                 Json separations = Json::array();
-                for (const ppf::Preview& preview : surface.previews)
+                for (const Ppf::Preview& preview : surface.previews)
                 {
-                    const InkMeasure measure = MeasureInks(m_document, preview);
-                    KeepFirst(m_fault, measure.fault);
+                    const InkMeasure measure = MeasureInks(document, preview);
+                    KeepFirst(fault, measure.fault);
                     for (unsigned i = 0; i < preview.components; ++i)
                     {
-                        const ppf::InkColumns* ink = measure.inks.empty() ? nullptr : &measure.inks[i];
+                        const Ppf::InkColumns* ink = measure.inks.empty() ? nullptr : &measure.inks[i];
                         separations.push_back(SeparationOf(preview, preview.inks[i], ink));
                     }
                 }
                 return separations;
             }
 
-            Json SeparationOf(const ppf::Preview& preview, const std::string& name, const ppf::InkColumns* ink)
+            Json SeparationOf(const Ppf::Preview& preview, const std::string& name, const Ppf::InkColumns* ink)
             {
                 Json resolution = nullptr;
                 if (preview.resolution)
@@ -109,17 +109,17 @@ namespace ppfinfo
                 {
                     separation["coverage"] = ink->Coverage();
                 }
-                if (m_zones.IsGiven())
+                if (zones.IsGiven())
                 {
                     separation["zones"] =
-                        ink == nullptr ? std::vector<double>() : ink->Zones(ZoneEdges(preview, m_zones, m_fault));
+                        ink == nullptr ? std::vector<double>() : ink->Zones(ZoneEdges(preview, zones, fault));
                 }
                 return separation;
             }
 
-            const ppf::Document& m_document;
-            const ZoneChoice& m_zones;
-            std::optional<ppf::Finding> m_fault;
+            const Ppf::Document& document;
+            const ZoneChoice& zones;
+            std::optional<Ppf::Finding> fault;
         };
 
         /// Text of a value that stands two levels deep.
@@ -135,14 +135,14 @@ namespace ppfinfo
         }
     }
 
-    std::optional<ppf::Finding> WriteJson(const ppf::Document& document, const ZoneChoice& zones, std::ostream& out)
+    std::optional<Ppf::Finding> WriteJson(const Ppf::Document& document, const ZoneChoice& zones, std::ostream& out)
     {
         SheetWriter writer(document, zones);
         out << "{\n  \"version\": " << Json(ToUtf8(document.version)).dump() << ",\n  \"directory\": [";
         WriteDirectory(document, out);
         out << "],\n  \"sheets\": [";
         const char* separator = "";
-        for (const ppf::Sheet& sheet : document.sheets)
+        for (const Ppf::Sheet& sheet : document.sheets)
         {
             out << separator << "\n    " << Indented(writer.JsonOf(sheet));
             separator = ",";

@@ -1,17 +1,17 @@
 // What is allowed and still worth a look: differences within a side, and inks without ink.
 #include "ppfinfo/Observations.h"
 
-#include <algorithm>
-#include <string>
-
 #include "ppf/Check.h"
 #include "ppfinfo/Text.h"
 
-namespace ppfinfo
+#include <algorithm>
+#include <string>
+
+namespace PpfInfo
 {
     namespace
     {
-        std::string SizeOf(const ppf::Preview& preview)
+        std::string SizeOf(const Ppf::Preview& preview)
         {
             return std::to_string(preview.UprightWidth()) + " x " + std::to_string(preview.UprightHeight());
         }
@@ -21,19 +21,19 @@ namespace ppfinfo
             return "\"" + ToPrintable(name) + "\"";
         }
 
-        bool SameResolution(const ppf::Preview& left, const ppf::Preview& right)
+        bool SameResolution(const Ppf::Preview& left, const Ppf::Preview& right)
         {
             const auto& a = left.resolution;
             const auto& b = right.resolution;
             return a.has_value() == b.has_value() && (!a || (a->x == b->x && a->y == b->y));
         }
 
-        void ObserveSurface(const ppf::Surface& surface, std::vector<ppf::Finding>& findings)
+        void ObserveSurface(const Ppf::Surface& surface, std::vector<Ppf::Finding>& findings)
         {
             std::vector<std::string> names;
-            for (const ppf::Preview& preview : surface.previews)
+            for (const Ppf::Preview& preview : surface.previews)
             {
-                const ppf::Preview& first = surface.previews.front();
+                const Ppf::Preview& first = surface.previews.front();
                 if (SizeOf(preview) != SizeOf(first))
                 {
                     findings.push_back(
@@ -64,36 +64,36 @@ namespace ppfinfo
         }
     }
 
-    std::vector<ppf::Finding> Observations(const ppf::Document& document)
+    std::vector<Ppf::Finding> Observations(const Ppf::Document& document)
     {
-        std::vector<ppf::Finding> findings = ppf::Check(document, ppf::CheckDepth::structure);
+        std::vector<Ppf::Finding> findings = Ppf::Check(document, Ppf::CheckDepth::Structure);
         if (document.damage)
         {
-            const auto isDamage = [&](const ppf::Finding& finding)
+            const auto isDamage = [&](const Ppf::Finding& finding)
             { return finding.offset == document.damage->offset && finding.text == document.damage->text; };
             findings.erase(std::remove_if(findings.begin(), findings.end(), isDamage), findings.end());
         }
         findings.insert(findings.end(), document.remarks.begin(), document.remarks.end());
-        for (const ppf::Sheet& sheet : document.sheets)
+        for (const Ppf::Sheet& sheet : document.sheets)
         {
             if (sheet.surfaces.empty() && !document.damage)
             {
                 findings.push_back({sheet.offset, "sheet has no printed side"});
             }
-            for (const ppf::Surface& surface : sheet.surfaces)
+            for (const Ppf::Surface& surface : sheet.surfaces)
             {
                 ObserveSurface(surface, findings);
             }
         }
         std::stable_sort(
             findings.begin(), findings.end(),
-            [](const ppf::Finding& left, const ppf::Finding& right) { return left.offset < right.offset; });
+            [](const Ppf::Finding& left, const Ppf::Finding& right) { return left.offset < right.offset; });
         return findings;
     }
 
-    std::vector<ppf::Finding> Observations(const ppf::Preview& preview, const InkMeasure& measure)
+    std::vector<Ppf::Finding> Observations(const Ppf::Preview& preview, const InkMeasure& measure)
     {
-        std::vector<ppf::Finding> findings;
+        std::vector<Ppf::Finding> findings;
         if (measure.fault)
         {
             findings.push_back(*measure.fault);

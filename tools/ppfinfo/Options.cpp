@@ -1,11 +1,11 @@
 // The command line and the help text.
 #include "ppfinfo/Options.h"
 
-#include <memory>
-
 #include <CLI/CLI.hpp>
 
-namespace ppfinfo
+#include <memory>
+
+namespace PpfInfo
 {
     namespace
     {
@@ -38,8 +38,8 @@ namespace ppfinfo
         {
             const bool isNumber =
                 !text.empty() && text.size() < 10 && text.find_first_not_of("0123456789") == text.npos;
-            const bool fits = isNumber && std::stoul(text) >= 1 && std::stoul(text) <= mostZones;
-            return fits ? "" : "needs a number of zones from 1 to " + std::to_string(mostZones);
+            const bool fits = isNumber && std::stoul(text) >= 1 && std::stoul(text) <= MostZones;
+            return fits ? "" : "needs a number of zones from 1 to " + std::to_string(MostZones);
         }
 
         std::string CheckLength(const std::string& text)
@@ -63,7 +63,7 @@ namespace ppfinfo
 
     CommandLine ReadCommandLine(int argc, const char* const* argv)
     {
-        CommandLine line = {CommandLine::Outcome::run, {}, ""};
+        CommandLine line = {CommandLine::Outcome::Run, {}, ""};
         Options& options = line.options;
         std::string zoneWidth;
 
@@ -100,21 +100,21 @@ namespace ppfinfo
             app.parse(argc, argv);
             options.zones.width = ParseLength(zoneWidth).value_or(0);
             line.text = file->empty() ? "no file: name the one to look into" : Contradiction(options);
-            line.outcome = line.text.empty() ? CommandLine::Outcome::run : CommandLine::Outcome::usageError;
+            line.outcome = line.text.empty() ? CommandLine::Outcome::Run : CommandLine::Outcome::UsageError;
         }
         catch (const CLI::CallForHelp&)
         {
-            line.outcome = CommandLine::Outcome::answer;
+            line.outcome = CommandLine::Outcome::Answer;
             line.text = app.help();
         }
         catch (const CLI::CallForVersion& version)
         {
-            line.outcome = CommandLine::Outcome::answer;
+            line.outcome = CommandLine::Outcome::Answer;
             line.text = std::string(version.what()) + "\n";
         }
         catch (const CLI::ParseError& error)
         {
-            line.outcome = CommandLine::Outcome::usageError;
+            line.outcome = CommandLine::Outcome::UsageError;
             line.text = error.what();
         }
         return line;

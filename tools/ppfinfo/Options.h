@@ -1,11 +1,11 @@
 // The command line, read into one record.
 #pragma once
 
-#include <string>
-
 #include "ppfinfo/ZoneChoice.h"
 
-namespace ppfinfo
+#include <string>
+
+namespace PpfInfo
 {
     struct Options
     {
@@ -24,11 +24,11 @@ namespace ppfinfo
     {
         enum class Outcome
         {
-            run,
+            Run,
             /// `text` is the answer to --help or --version.
-            answer,
+            Answer,
             /// `text` says what is wrong.
-            usageError
+            UsageError
         };
 
         Outcome outcome;

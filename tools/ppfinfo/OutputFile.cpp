@@ -9,7 +9,7 @@
 
 #include <unistd.h>
 
-namespace ppfinfo
+namespace PpfInfo
 {
     namespace
     {
@@ -41,48 +41,48 @@ namespace ppfinfo
         }
     }
 
-    OutputFile::OutputFile(const std::string& path)
-        : m_path(TargetOf(path))
-        , m_draft(DraftOf(m_path))
+    OutputFile::OutputFile(const std::string& thePath)
+        : path(TargetOf(thePath))
+        , draft(DraftOf(path))
     {
         errno = 0;
-        m_stream.open(m_draft, std::ios::binary | std::ios::trunc);
-        if (!m_stream)
+        stream.open(draft, std::ios::binary | std::ios::trunc);
+        if (!stream)
         {
-            Fail(m_path);
+            Fail(path);
         }
     }
 
     OutputFile::~OutputFile()
     {
-        if (!m_committed && m_draft != m_path)
+        if (!committed && draft != path)
         {
             std::error_code none;
-            fs::remove(m_draft, none);
+            fs::remove(draft, none);
         }
     }
 
     void OutputFile::Commit()
     {
         errno = 0;
-        m_stream.close();
-        if (!m_stream)
+        stream.close();
+        if (!stream)
         {
-            Fail(m_path);
+            Fail(path);
         }
         std::error_code failure;
-        if (m_draft != m_path)
+        if (draft != path)
         {
-            if (const fs::file_status old = fs::status(m_path, failure); fs::is_regular_file(old))
+            if (const fs::file_status old = fs::status(path, failure); fs::is_regular_file(old))
             {
-                fs::permissions(m_draft, old.permissions(), failure);
+                fs::permissions(draft, old.permissions(), failure);
             }
-            fs::rename(m_draft, m_path, failure);
+            fs::rename(draft, path, failure);
         }
         if (failure)
         {
-            throw std::runtime_error("cannot write " + m_path + ": " + failure.message());
+            throw std::runtime_error("cannot write " + path + ": " + failure.message());
         }
-        m_committed = true;
+        committed = true;
     }
 }

@@ -5,7 +5,7 @@
 #include <fstream>
 #include <string>
 
-namespace ppfinfo
+namespace PpfInfo
 {
     /// Written beside its place under a hidden name and renamed into place by Commit; without Commit nothing is left.
     /// A file that is replaced passes on its permissions, and a link stays one. A path that exists and is no regular
@@ -14,21 +14,21 @@ namespace ppfinfo
     {
     public:
         /// Throws std::runtime_error that names the path if the file cannot be made.
-        explicit OutputFile(const std::string& path);
+        explicit OutputFile(const std::string& thePath);
         ~OutputFile();
         OutputFile(const OutputFile&) = delete;
         OutputFile& operator=(const OutputFile&) = delete;
 
-        std::ostream& Stream() { return m_stream; }
+        std::ostream& Stream() { return stream; }
 
         /// Throws std::runtime_error if anything was not written. Then the path is as it was.
         void Commit();
 
     private:
-        std::string m_path;
+        std::string path;
         /// The name that it is written under.
-        std::string m_draft;
-        std::ofstream m_stream;
-        bool m_committed = false;
+        std::string draft;
+        std::ofstream stream;
+        bool committed = false;
     };
 }

@@ -1,15 +1,6 @@
 // One file, one form of output, and one line for the first fault.
 #include "ppfinfo/Run.h"
 
-#include <exception>
-#include <filesystem>
-#include <fstream>
-#include <new>
-#include <stdexcept>
-#include <string_view>
-#include <system_error>
-#include <vector>
-
 #include "ppf/Check.h"
 #include "ppf/DocumentReader.h"
 #include "ppf/FileMap.h"
@@ -22,35 +13,44 @@
 #include "ppfinfo/TextOutput.h"
 #include "ppfinfo/ZoneTable.h"
 
-namespace ppfinfo
+#include <exception>
+#include <filesystem>
+#include <fstream>
+#include <new>
+#include <stdexcept>
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+namespace PpfInfo
 {
     namespace
     {
-        std::string At(const ppf::Finding& finding)
+        std::string At(const Ppf::Finding& finding)
         {
             return "byte " + std::to_string(finding.offset) + ": " + ToPrintable(finding.text);
         }
 
-        std::optional<ppf::Finding> WriteFindings(const ppf::Document& document, std::ostream& out)
+        std::optional<Ppf::Finding> WriteFindings(const Ppf::Document& document, std::ostream& out)
         {
-            const std::vector<ppf::Finding> findings = ppf::Check(document, ppf::CheckDepth::everything);
-            for (const ppf::Finding& finding : findings)
+            const std::vector<Ppf::Finding> findings = Ppf::Check(document, Ppf::CheckDepth::Everything);
+            for (const Ppf::Finding& finding : findings)
             {
                 out << At(finding) << '\n';
             }
-            return findings.empty() ? std::nullopt : std::optional<ppf::Finding>(findings.front());
+            return findings.empty() ? std::nullopt : std::optional<Ppf::Finding>(findings.front());
         }
 
         /// Whether the file at `path` begins as PostScript files do.
         bool IsPostScript(const std::string& path)
         {
-            constexpr std::string_view mark = "%!PS";
+            constexpr std::string_view Mark = "%!PS";
             std::ifstream file(path, std::ios::binary);
-            std::string begin(mark.size(), '\0');
-            return file.read(begin.data(), static_cast<std::streamsize>(begin.size())) && begin == mark;
+            std::string begin(Mark.size(), '\0');
+            return file.read(begin.data(), static_cast<std::streamsize>(begin.size())) && begin == Mark;
         }
 
-        std::optional<ppf::Finding> WriteReportFile(const Options& options, const ppf::Document& document)
+        std::optional<Ppf::Finding> WriteReportFile(const Options& options, const Ppf::Document& document)
         {
             // The place of the page is easily forgotten, and the next argument taken for it.
             if (std::filesystem::is_regular_file(options.reportTo) && IsPostScript(options.reportTo))
@@ -66,13 +66,13 @@ namespace ppfinfo
         }
 
         /// The first fault in the order of the file, or nothing.
-        std::optional<ppf::Finding> Write(const Options& options, const ppf::Document& document, std::ostream& out)
+        std::optional<Ppf::Finding> Write(const Options& options, const Ppf::Document& document, std::ostream& out)
         {
             if (options.check)
             {
                 return WriteFindings(document, out);
             }
-            std::optional<ppf::Finding> fault = !options.extractTo.empty()
+            std::optional<Ppf::Finding> fault = !options.extractTo.empty()
                                                     ? ExtractPictures(document, options.extractTo)
                                                 : !options.reportTo.empty() ? WriteReportFile(options, document)
                                                 : options.json              ? WriteJson(document, options.zones, out)
@@ -89,24 +89,24 @@ namespace ppfinfo
         {
             out.flush();
             errors << "ppfinfo: error: " << text << '\n';
-            return failure;
+            return Failure;
         };
         try
         {
-            const ppf::FileMap file(options.file == "-" ? "/dev/stdin" : options.file);
-            const ppf::Document document = ppf::ReadDocument(file.Bytes());
+            const Ppf::FileMap file(options.file == "-" ? "/dev/stdin" : options.file);
+            const Ppf::Document document = Ppf::ReadDocument(file.Bytes());
             // Of a file that does not begin as one there is nothing to show.
             if (document.version.empty() && document.damage && !options.check)
             {
                 return fail(ToPrintable(options.file) + ": " + At(*document.damage));
             }
-            const std::optional<ppf::Finding> fault = Write(options, document, out);
+            const std::optional<Ppf::Finding> fault = Write(options, document, out);
             out.flush();
             if (!out)
             {
                 return fail("cannot write to standard output");
             }
-            return fault ? fail(ToPrintable(options.file) + ": " + At(*fault)) : success;
+            return fault ? fail(ToPrintable(options.file) + ": " + At(*fault)) : Success;
         }
         catch (const std::bad_alloc&)
         {

@@ -1,18 +1,18 @@
 // What the program does once the command line is read.
 #pragma once
 
-#include <ostream>
-
 #include "ppfinfo/Options.h"
 
-namespace ppfinfo
+#include <ostream>
+
+namespace PpfInfo
 {
     /// The program's exit statuses.
     enum ExitStatus
     {
-        success = 0,
-        failure = 1,
-        usageError = 2
+        Success = 0,
+        Failure = 1,
+        UsageError = 2
     };
 
     /// Looks into the file as the options ask. What was asked for goes to `out`; a fault becomes one line on `errors`,

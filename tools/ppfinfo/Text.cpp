@@ -6,7 +6,7 @@
 #include <charconv>
 #include <cstdint>
 
-namespace ppfinfo
+namespace PpfInfo
 {
     namespace
     {
@@ -68,14 +68,14 @@ namespace ppfinfo
 
     std::string ToPrintable(std::string_view bytes)
     {
-        constexpr char digits[] = "0123456789ABCDEF";
+        constexpr char Digits[] = "0123456789ABCDEF";
         const std::string utf8 = ToUtf8(bytes);
         std::string text;
         const auto addEscaped = [&](unsigned char code)
         {
             text += "\\x";
-            text += digits[code >> 4];
-            text += digits[code & 15];
+            text += Digits[code >> 4];
+            text += Digits[code & 15];
         };
         for (std::size_t i = 0; i < utf8.size(); ++i)
         {

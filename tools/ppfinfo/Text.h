@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace ppfinfo
+namespace PpfInfo
 {
     /// Characters of valid UTF-8 as they are; each byte that is part of none as the character of ISO 8859-1.
     std::string ToUtf8(std::string_view bytes);

@@ -1,24 +1,24 @@
 // Lines in columns, sheet by sheet.
 #include "ppfinfo/TextOutput.h"
 
-#include <algorithm>
-#include <cmath>
-#include <vector>
-
 #include "ppfinfo/Headings.h"
 #include "ppfinfo/InkMeasure.h"
 #include "ppfinfo/Observations.h"
 #include "ppfinfo/Text.h"
 
-namespace ppfinfo
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+namespace PpfInfo
 {
     namespace
     {
         /// A bar of 25 characters for 100 per cent; any ink at all shows.
         std::string Bar(double coverage)
         {
-            constexpr double perCharacter = 4;
-            const auto length = static_cast<std::size_t>(std::ceil(coverage / perCharacter));
+            constexpr double PerCharacter = 4;
+            const auto length = static_cast<std::size_t>(std::ceil(coverage / PerCharacter));
             return std::string(length, '#');
         }
 
@@ -30,24 +30,24 @@ namespace ppfinfo
         class TextWriter
         {
         public:
-            TextWriter(const ppf::Document& document, std::ostream& out)
-                : m_document(document)
-                , m_out(out)
-                , m_unusual(Observations(document))
+            TextWriter(const Ppf::Document& theDocument, std::ostream& theOut)
+                : document(theDocument)
+                , out(theOut)
+                , unusual(Observations(theDocument))
             {
             }
 
             void WriteSheet(std::size_t position)
             {
-                const ppf::Sheet& sheet = m_document.sheets[position];
-                m_out << '\n' << SheetHeading(sheet, position) << '\n';
+                const Ppf::Sheet& sheet = document.sheets[position];
+                out << '\n' << SheetHeading(sheet, position) << '\n';
                 WriteEntry("job", sheet.JobName());
                 WriteEntry("extent", sheet.Extent());
-                for (const ppf::Entry& entry : sheet.Parameters())
+                for (const Ppf::Entry& entry : sheet.Parameters())
                 {
                     WriteEntry(ToPrintable(entry.key), entry.value);
                 }
-                for (const ppf::Surface& surface : sheet.surfaces)
+                for (const Ppf::Surface& surface : sheet.surfaces)
                 {
                     WriteSurface(surface);
                 }
@@ -55,31 +55,31 @@ namespace ppfinfo
 
             void WriteUnusual()
             {
-                if (m_unusual.empty())
+                if (unusual.empty())
                 {
                     return;
                 }
-                m_out << "\nUnusual\n";
-                for (const ppf::Finding& finding : m_unusual)
+                out << "\nUnusual\n";
+                for (const Ppf::Finding& finding : unusual)
                 {
-                    m_out << "  byte " << finding.offset << ": " << ToPrintable(finding.text) << '\n';
+                    out << "  byte " << finding.offset << ": " << ToPrintable(finding.text) << '\n';
                 }
             }
 
-            const std::optional<ppf::Finding>& Fault() const { return m_fault; }
+            const std::optional<Ppf::Finding>& Fault() const { return fault; }
 
         private:
             void WriteEntry(const std::string& name, std::string_view value)
             {
-                constexpr std::size_t nameWidth = 10;
-                m_out << "  " << PaddedRight(name, nameWidth) << "  " << ToPrintable(value) << '\n';
+                constexpr std::size_t NameWidth = 10;
+                out << "  " << PaddedRight(name, NameWidth) << "  " << ToPrintable(value) << '\n';
             }
 
-            void WriteSurface(const ppf::Surface& surface)
+            void WriteSurface(const Ppf::Surface& surface)
             {
                 std::size_t inks = 0;
                 std::size_t nameWidth = 0;
-                for (const ppf::Preview& preview : surface.previews)
+                for (const Ppf::Preview& preview : surface.previews)
                 {
                     inks += preview.inks.size();
                     for (const std::string& name : preview.inks)
@@ -87,41 +87,41 @@ namespace ppfinfo
                         nameWidth = std::max(nameWidth, WidthOf(ToPrintable(name)));
                     }
                 }
-                m_out << "  " << NameOf(surface.side) << ": " << Plural(inks, "ink");
+                out << "  " << NameOf(surface.side) << ": " << Plural(inks, "ink");
                 if (surface.previews.empty())
                 {
-                    m_out << '\n';
+                    out << '\n';
                     return;
                 }
-                const ppf::Preview& first = surface.previews.front();
-                m_out << ", " << SizeText(first) << '\n';
+                const Ppf::Preview& first = surface.previews.front();
+                out << ", " << SizeText(first) << '\n';
                 std::size_t position = 0;
-                for (const ppf::Preview& preview : surface.previews)
+                for (const Ppf::Preview& preview : surface.previews)
                 {
-                    const InkMeasure measure = MeasureInks(m_document, preview);
-                    KeepFirst(m_fault, measure.fault);
-                    const std::vector<ppf::Finding> seen = Observations(preview, measure);
-                    m_unusual.insert(m_unusual.end(), seen.begin(), seen.end());
+                    const InkMeasure measure = MeasureInks(document, preview);
+                    KeepFirst(fault, measure.fault);
+                    const std::vector<Ppf::Finding> seen = Observations(preview, measure);
+                    unusual.insert(unusual.end(), seen.begin(), seen.end());
                     for (std::size_t i = 0; i < preview.inks.size(); ++i)
                     {
                         const std::string coverage =
                             measure.inks.empty() ? "damaged" : Fixed(measure.inks[i].Coverage(), 2) + " %";
-                        m_out << "  " << PaddedLeft(std::to_string(++position), 4) << "  "
-                              << PaddedRight(ToPrintable(preview.inks[i]), nameWidth) << PaddedLeft(coverage, 11)
-                              << "  " << PaddedRight(measure.inks.empty() ? "" : Bar(measure.inks[i].Coverage()), 25)
-                              << "  " << Plural(preview.data.size(), "byte") << ", " << FilterText(preview) << '\n';
+                        out << "  " << PaddedLeft(std::to_string(++position), 4) << "  "
+                            << PaddedRight(ToPrintable(preview.inks[i]), nameWidth) << PaddedLeft(coverage, 11) << "  "
+                            << PaddedRight(measure.inks.empty() ? "" : Bar(measure.inks[i].Coverage()), 25) << "  "
+                            << Plural(preview.data.size(), "byte") << ", " << FilterText(preview) << '\n';
                     }
                 }
             }
 
-            const ppf::Document& m_document;
-            std::ostream& m_out;
-            std::vector<ppf::Finding> m_unusual;
-            std::optional<ppf::Finding> m_fault;
+            const Ppf::Document& document;
+            std::ostream& out;
+            std::vector<Ppf::Finding> unusual;
+            std::optional<Ppf::Finding> fault;
         };
     }
 
-    std::optional<ppf::Finding> WriteText(const std::string& fileName, const ppf::Document& document, std::ostream& out)
+    std::optional<Ppf::Finding> WriteText(const std::string& fileName, const Ppf::Document& document, std::ostream& out)
     {
         out << ToPrintable(fileName) << ": print production file, version " << ToPrintable(document.version) << ", "
             << Plural(document.sheets.size(), "sheet") << ", " << Plural(document.bytes.size(), "byte") << '\n';

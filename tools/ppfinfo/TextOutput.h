@@ -1,15 +1,15 @@
 // What a file holds, for people: sheets, sides and inks at a glance, and what is unusual about them.
 #pragma once
 
+#include "ppf/Document.h"
+
 #include <optional>
 #include <ostream>
 #include <string>
 
-#include "ppf/Document.h"
-
-namespace ppfinfo
+namespace PpfInfo
 {
     /// Writes the summary. Returns the first fault among the previews.
-    std::optional<ppf::Finding>
-    WriteText(const std::string& fileName, const ppf::Document& document, std::ostream& out);
+    std::optional<Ppf::Finding>
+    WriteText(const std::string& fileName, const Ppf::Document& document, std::ostream& out);
 }

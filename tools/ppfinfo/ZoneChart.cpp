@@ -1,14 +1,14 @@
 // Bars in per cents of the chart, so that it stretches with the picture.
 #include "ppfinfo/ZoneChart.h"
 
-#include <algorithm>
-#include <array>
-
 #include "ppfinfo/Html.h"
 #include "ppfinfo/Text.h"
 #include "ppfinfo/ZoneChoice.h"
 
-namespace ppfinfo
+#include <algorithm>
+#include <array>
+
+namespace PpfInfo
 {
     namespace
     {
@@ -57,9 +57,9 @@ namespace ppfinfo
         /// Zone numbers under the bars; a narrow screen shows every fifth.
         std::string Numbers(const InkZones& zones)
         {
-            constexpr std::size_t mostNumbers = 40;
+            constexpr std::size_t MostNumbers = 40;
             const std::size_t count = zones.coverage.size();
-            const std::size_t step = (count + mostNumbers - 1) / mostNumbers;
+            const std::size_t step = (count + MostNumbers - 1) / MostNumbers;
             std::string svg;
             for (std::size_t zone = 0; zone < count; ++zone)
             {
@@ -82,9 +82,9 @@ namespace ppfinfo
     {
         const auto highest = std::max_element(zones.coverage.begin(), zones.coverage.end());
         const double greatest = highest == zones.coverage.end() ? 0 : *highest;
-        constexpr std::array<double, 6> tops = {5, 10, 20, 40, 60, 80};
-        const auto found = std::find_if(tops.begin(), tops.end(), [&](double top) { return greatest <= top; });
-        return found == tops.end() ? 100 : *found;
+        constexpr std::array<double, 6> Tops = {5, 10, 20, 40, 60, 80};
+        const auto found = std::find_if(Tops.begin(), Tops.end(), [&](double top) { return greatest <= top; });
+        return found == Tops.end() ? 100 : *found;
     }
 
     std::string SvgOf(const ZoneChart& chart)

@@ -1,13 +1,13 @@
 // Ink zones as a bar chart in SVG, as wide as the picture that it stands under.
 #pragma once
 
+#include "ppfinfo/InkColours.h"
+
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "ppfinfo/InkColours.h"
-
-namespace ppfinfo
+namespace PpfInfo
 {
     /// The zones of one ink.
     struct InkZones

@@ -1,29 +1,29 @@
 // Units of length, and the reasons for which there may be no zones.
 #include "ppfinfo/ZoneChoice.h"
 
+#include "ppf/InkColumns.h"
+#include "ppfinfo/InkMeasure.h"
+
 #include <array>
 #include <charconv>
 #include <cmath>
 #include <utility>
 
-#include "ppf/InkColumns.h"
-#include "ppfinfo/InkMeasure.h"
-
-namespace ppfinfo
+namespace PpfInfo
 {
     namespace
     {
-        constexpr double millimetresPerInch = 25.4;
-        constexpr double pointsPerInch = 72;
+        constexpr double MillimetresPerInch = 25.4;
+        constexpr double PointsPerInch = 72;
     }
 
     std::optional<double> ParseLength(std::string_view text)
     {
-        constexpr std::array<std::pair<std::string_view, double>, 4> unitsPerInch = {{
-            {"mm", millimetresPerInch},
-            {"cm", millimetresPerInch / 10},
+        constexpr std::array<std::pair<std::string_view, double>, 4> UnitsPerInch = {{
+            {"mm", MillimetresPerInch},
+            {"cm", MillimetresPerInch / 10},
             {"inch", 1},
-            {"point", pointsPerInch},
+            {"point", PointsPerInch},
         }};
         double number = 0;
         const char* end = text.data() + text.size();
@@ -33,7 +33,7 @@ namespace ppfinfo
         {
             unit.remove_prefix(1);
         }
-        for (const auto& [name, perInch] : unitsPerInch)
+        for (const auto& [name, perInch] : UnitsPerInch)
         {
             if (parsed.ec == std::errc() && unit == name && std::isfinite(number) && number > 0)
             {
@@ -44,38 +44,38 @@ namespace ppfinfo
     }
 
     std::vector<double>
-    ZoneEdges(const ppf::Preview& preview, const ZoneChoice& choice, std::optional<ppf::Finding>& fault)
+    ZoneEdges(const Ppf::Preview& preview, const ZoneChoice& choice, std::optional<Ppf::Finding>& fault)
     {
         const std::uint64_t columns = preview.UprightWidth();
         if (choice.width <= 0)
         {
-            return ppf::EdgesOfEqualZones(columns, choice.count);
+            return Ppf::EdgesOfEqualZones(columns, choice.count);
         }
-        const std::string separation = "separation \"" + ppf::Shown(preview.inks.front()) + "\"";
-        const std::optional<ppf::Resolution> resolution = preview.UprightResolution();
+        const std::string separation = "separation \"" + Ppf::Shown(preview.inks.front()) + "\"";
+        const std::optional<Ppf::Resolution> resolution = preview.UprightResolution();
         if (!resolution)
         {
             KeepFirst(
                 fault,
-                ppf::Finding{
+                Ppf::Finding{
                     preview.offset,
                     separation + " has no resolution, so its zones have no width; give their number with --zones"});
             return {};
         }
         const double width = choice.width * resolution->x;
-        if (!(ppf::CountOfZones(columns, width) <= static_cast<double>(mostZones)))
+        if (!(Ppf::CountOfZones(columns, width) <= static_cast<double>(MostZones)))
         {
             KeepFirst(
-                fault, ppf::Finding{
-                           preview.offset, separation + " would have more than " + std::to_string(mostZones) +
+                fault, Ppf::Finding{
+                           preview.offset, separation + " would have more than " + std::to_string(MostZones) +
                                                " zones; give a greater --zone-width"});
             return {};
         }
-        return ppf::EdgesOfZones(columns, width);
+        return Ppf::EdgesOfZones(columns, width);
     }
 
     double Millimetres(double pixels, double perInch)
     {
-        return pixels / perInch * millimetresPerInch;
+        return pixels / perInch * MillimetresPerInch;
     }
 }

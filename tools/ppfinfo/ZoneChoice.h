@@ -1,15 +1,15 @@
 // Into which ink zones a picture is divided: so many of one width, or of a width in the units of the pressroom.
 #pragma once
 
+#include "ppf/Document.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "ppf/Document.h"
-
-namespace ppfinfo
+namespace PpfInfo
 {
     /// A length as it is given on the command line, "32.5mm", "3 cm", "1.28inch" or "92point", in inches. Nothing if
     /// the text is no such length or not above 0.
@@ -27,13 +27,13 @@ namespace ppfinfo
     };
 
     /// The greatest number of zones that a picture is divided into.
-    constexpr std::uint64_t mostZones = 100000;
+    constexpr std::uint64_t MostZones = 100000;
 
     /// The edges of the zones in an upright preview, in its columns. None if zones have a width but the preview no
     /// resolution, or if there would be more than `mostZones`; `fault` then says so, unless it has one that stands
     /// further in front.
     std::vector<double>
-    ZoneEdges(const ppf::Preview& preview, const ZoneChoice& choice, std::optional<ppf::Finding>& fault);
+    ZoneEdges(const Ppf::Preview& preview, const ZoneChoice& choice, std::optional<Ppf::Finding>& fault);
 
     /// So many pixels at so many per inch, in millimetres.
     double Millimetres(double pixels, double perInch);

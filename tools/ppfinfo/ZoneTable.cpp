@@ -1,15 +1,15 @@
 // One table per side, with a column for each ink.
 #include "ppfinfo/ZoneTable.h"
 
-#include <algorithm>
-#include <string>
-#include <vector>
-
 #include "ppfinfo/Headings.h"
 #include "ppfinfo/InkMeasure.h"
 #include "ppfinfo/Text.h"
 
-namespace ppfinfo
+#include <algorithm>
+#include <string>
+#include <vector>
+
+namespace PpfInfo
 {
     namespace
     {
@@ -19,40 +19,40 @@ namespace ppfinfo
             std::vector<double> zones;
         };
 
-        constexpr std::size_t narrowestColumn = 7;
-        constexpr std::size_t widestColumn = 24;
+        constexpr std::size_t NarrowestColumn = 7;
+        constexpr std::size_t WidestColumn = 24;
 
         std::size_t ColumnWidth(const Column& column)
         {
-            return std::clamp(WidthOf(column.name), narrowestColumn, widestColumn);
+            return std::clamp(WidthOf(column.name), NarrowestColumn, WidestColumn);
         }
 
         class ZoneTableWriter
         {
         public:
-            ZoneTableWriter(const ppf::Document& document, const ZoneChoice& zones, std::ostream& out)
-                : m_document(document)
-                , m_zones(zones)
-                , m_out(out)
+            ZoneTableWriter(const Ppf::Document& theDocument, const ZoneChoice& theZones, std::ostream& theOut)
+                : document(theDocument)
+                , zones(theZones)
+                , out(theOut)
             {
             }
 
-            void WriteSurface(const ppf::Surface& surface)
+            void WriteSurface(const Ppf::Surface& surface)
             {
                 std::vector<Column> columns;
                 // The zones of the separation that has most of them: as a rule all have the same.
-                const ppf::Preview* widest = nullptr;
+                const Ppf::Preview* widest = nullptr;
                 std::vector<double> edges;
-                for (const ppf::Preview& preview : surface.previews)
+                for (const Ppf::Preview& preview : surface.previews)
                 {
-                    const std::vector<double> own = ZoneEdges(preview, m_zones, m_fault);
+                    const std::vector<double> own = ZoneEdges(preview, zones, fault);
                     if (own.size() > edges.size())
                     {
                         edges = own;
                         widest = &preview;
                     }
-                    const InkMeasure measure = MeasureInks(m_document, preview);
-                    KeepFirst(m_fault, measure.fault);
+                    const InkMeasure measure = MeasureInks(document, preview);
+                    KeepFirst(fault, measure.fault);
                     for (std::size_t i = 0; i < preview.inks.size(); ++i)
                     {
                         columns.push_back(
@@ -66,49 +66,49 @@ namespace ppfinfo
                 }
             }
 
-            const std::optional<ppf::Finding>& Fault() const { return m_fault; }
+            const std::optional<Ppf::Finding>& Fault() const { return fault; }
 
         private:
             void WriteTable(
-                const std::vector<Column>& columns, const std::vector<double>& edges, const ppf::Preview& preview)
+                const std::vector<Column>& columns, const std::vector<double>& edges, const Ppf::Preview& preview)
             {
-                const std::optional<ppf::Resolution> resolution = preview.UprightResolution();
-                m_out << "zone" << PaddedLeft(resolution ? "from mm" : "from px", 10)
-                      << PaddedLeft(resolution ? "to mm" : "to px", 10);
+                const std::optional<Ppf::Resolution> resolution = preview.UprightResolution();
+                out << "zone" << PaddedLeft(resolution ? "from mm" : "from px", 10)
+                    << PaddedLeft(resolution ? "to mm" : "to px", 10);
                 for (const Column& column : columns)
                 {
-                    m_out << "  " << PaddedLeft(column.name, ColumnWidth(column));
+                    out << "  " << PaddedLeft(column.name, ColumnWidth(column));
                 }
-                m_out << '\n';
+                out << '\n';
                 const auto place = [&](double edge)
                 { return PaddedLeft(Fixed(resolution ? Millimetres(edge, resolution->x) : edge, 1), 10); };
                 for (std::size_t zone = 0; zone + 1 < edges.size(); ++zone)
                 {
-                    m_out << PaddedLeft(std::to_string(zone + 1), 4) << place(edges[zone]) << place(edges[zone + 1]);
+                    out << PaddedLeft(std::to_string(zone + 1), 4) << place(edges[zone]) << place(edges[zone + 1]);
                     for (const Column& column : columns)
                     {
                         const std::string value = zone < column.zones.size() ? Fixed(column.zones[zone], 2) : "-";
-                        m_out << "  " << PaddedLeft(value, ColumnWidth(column));
+                        out << "  " << PaddedLeft(value, ColumnWidth(column));
                     }
-                    m_out << '\n';
+                    out << '\n';
                 }
             }
 
-            const ppf::Document& m_document;
-            const ZoneChoice& m_zones;
-            std::ostream& m_out;
-            std::optional<ppf::Finding> m_fault;
+            const Ppf::Document& document;
+            const ZoneChoice& zones;
+            std::ostream& out;
+            std::optional<Ppf::Finding> fault;
         };
     }
 
-    std::optional<ppf::Finding>
-    WriteZoneTable(const ppf::Document& document, const ZoneChoice& zones, std::ostream& out)
+    std::optional<Ppf::Finding>
+    WriteZoneTable(const Ppf::Document& document, const ZoneChoice& zones, std::ostream& out)
     {
         ZoneTableWriter writer(document, zones, out);
         const char* gap = "";
         for (std::size_t i = 0; i < document.sheets.size(); ++i)
         {
-            for (const ppf::Surface& surface : document.sheets[i].surfaces)
+            for (const Ppf::Surface& surface : document.sheets[i].surfaces)
             {
                 out << gap << SheetHeading(document.sheets[i], i) << ", " << NameOf(surface.side)
                     << ": ink coverage per zone in per cent\n";

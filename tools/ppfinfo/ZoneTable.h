@@ -1,16 +1,16 @@
 // Ink zones for people: what the ink keys of a press get, as a table per side.
 #pragma once
 
-#include <optional>
-#include <ostream>
-
 #include "ppf/Document.h"
 #include "ppfinfo/ZoneChoice.h"
 
-namespace ppfinfo
+#include <optional>
+#include <ostream>
+
+namespace PpfInfo
 {
     /// Writes a row per zone and a column per ink. Returns the first fault among the previews; their columns are
     /// empty. A side that has no zones for any of its previews has a heading alone.
-    std::optional<ppf::Finding>
-    WriteZoneTable(const ppf::Document& document, const ZoneChoice& zones, std::ostream& out);
+    std::optional<Ppf::Finding>
+    WriteZoneTable(const Ppf::Document& document, const ZoneChoice& zones, std::ostream& out);
 }

@@ -1,12 +1,12 @@
 // ppfinfo: look into a print production file, check it, and see the ink.
 
+#include "ppfinfo/Options.h"
+#include "ppfinfo/Run.h"
+
 #include <csignal>
 #include <iostream>
 
 #include <unistd.h>
-
-#include "ppfinfo/Options.h"
-#include "ppfinfo/Run.h"
 
 namespace
 {
@@ -14,26 +14,26 @@ namespace
     /// but it can be said.
     void OnLostBytes(int)
     {
-        constexpr char text[] = "ppfinfo: error: the file became shorter while it was read\n";
-        const ssize_t ignored = write(STDERR_FILENO, text, sizeof text - 1);
+        constexpr char Text[] = "ppfinfo: error: the file became shorter while it was read\n";
+        const ssize_t ignored = write(STDERR_FILENO, Text, sizeof Text - 1);
         static_cast<void>(ignored);
-        _exit(ppfinfo::failure);
+        _exit(PpfInfo::Failure);
     }
 }
 
 int main(int argc, char** argv)
 {
     std::signal(SIGBUS, &OnLostBytes);
-    const ppfinfo::CommandLine line = ppfinfo::ReadCommandLine(argc, argv);
+    const PpfInfo::CommandLine line = PpfInfo::ReadCommandLine(argc, argv);
     switch (line.outcome)
     {
-    case ppfinfo::CommandLine::Outcome::answer:
+    case PpfInfo::CommandLine::Outcome::Answer:
         std::cout << line.text << std::flush;
-        return std::cout ? ppfinfo::success : ppfinfo::failure;
-    case ppfinfo::CommandLine::Outcome::usageError:
+        return std::cout ? PpfInfo::Success : PpfInfo::Failure;
+    case PpfInfo::CommandLine::Outcome::UsageError:
         std::cerr << "ppfinfo: error: " << line.text << "; see ppfinfo --help\n";
-        return ppfinfo::usageError;
+        return PpfInfo::UsageError;
     default:
-        return ppfinfo::Run(line.options, std::cout, std::cerr);
+        return PpfInfo::Run(line.options, std::cout, std::cerr);
     }
 }

@@ -1,9 +1,9 @@
-#include "CommandLine.h"
+#include "tiff2ppf/CommandLine.h"
 
-#include "Failure.h"
-#include "JobBuilder.h"
-#include "Paths.h"
-#include "Text.h"
+#include "tiff2ppf/Failure.h"
+#include "tiff2ppf/JobBuilder.h"
+#include "tiff2ppf/Paths.h"
+#include "tiff2ppf/Text.h"
 
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
@@ -54,11 +54,15 @@ namespace Tiff2Ppf
                 const bool isCut =
                     !isValue && isLong && argument.back() == '=' && TakesValue(argument.substr(0, argument.size() - 1));
                 if (isCut)
+                {
                     argument.pop_back();
+                }
                 isValue = !isValue && !isCut && TakesValue(argument);
                 arguments.push_back(std::move(argument));
                 if (isCut)
+                {
                     arguments.emplace_back();
+                }
             }
             std::reverse(arguments.begin(), arguments.end());
             return arguments;
@@ -86,10 +90,14 @@ namespace Tiff2Ppf
         ChoiceOf(const CLI::Option* option, std::optional<Value> (*valueOfWord)(const std::string&), const char* words)
         {
             if (option->empty())
+            {
                 return std::nullopt;
+            }
             const std::optional<Value> value = valueOfWord(ResultOf(option));
             if (!value)
+            {
                 throw UsageError(option->get_name() + ": " + Quoted(ResultOf(option)) + " is none of: " + words);
+            }
             return value;
         }
 
@@ -98,29 +106,29 @@ namespace Tiff2Ppf
         {
         public:
             Options()
-                : m_app(Description, "tiff2ppf")
+                : app(Description, "tiff2ppf")
             {
-                m_app.formatter(std::make_shared<HelpFormatter>());
-                m_app.footer(Footer);
-                m_app.set_help_flag("-h,--help", "Print this text and end");
-                m_app.set_version_flag("--version", "tiff2ppf " TIFF2PPF_VERSION, "Print the version and end");
+                app.formatter(std::make_shared<HelpFormatter>());
+                app.footer(Footer);
+                app.set_help_flag("-h,--help", "Print this text and end");
+                app.set_version_flag("--version", "tiff2ppf " TIFF2PPF_VERSION, "Print the version and end");
 
-                m_jobFile = Add("JOB.json", "", "The job file, - for standard input");
-                m_output = Add("-o", "OUT.ppf", "The file to write, - for standard output; missing folders are made");
-                m_jobName = Add("--job", "NAME", "Name of a job on the command line");
-                m_sheet = AddRepeatable("--sheet", "NAME", "Open a sheet; what follows belongs to it");
-                m_front = AddRepeatable("--front", "INK=FILE", "A separation of the sheet's front");
-                m_back = AddRepeatable("--back", "INK=FILE", "A separation of the sheet's back");
-                m_parameter = AddRepeatable(
+                jobFile = Add("JOB.json", "", "The job file, - for standard input");
+                output = Add("-o", "OUT.ppf", "The file to write, - for standard output; missing folders are made");
+                jobName = Add("--job", "NAME", "Name of a job on the command line");
+                sheet = AddRepeatable("--sheet", "NAME", "Open a sheet; what follows belongs to it");
+                front = AddRepeatable("--front", "INK=FILE", "A separation of the sheet's front");
+                back = AddRepeatable("--back", "INK=FILE", "A separation of the sheet's back");
+                parameter = AddRepeatable(
                     "--param", "KEY=VALUE", "An entry of the sheet's section; the value is PostScript text");
-                m_compression =
+                compression =
                     Add("--compression", "WORD",
                         std::string("Compression of the previews: ") + CompressionWords + " (default: runlength)");
-                m_encoding =
+                encoding =
                     Add("--encoding", "WORD",
                         std::string("Encoding of the previews: ") + EncodingWords + " (default: ascii85)");
-                m_mixedSizes = m_app.add_flag("--mixed-sizes", "Let separations of a sheet differ in size");
-                m_verbose = m_app.add_flag("--verbose", "Say a line per sheet and surface on standard error");
+                mixedSizes = app.add_flag("--mixed-sizes", "Let separations of a sheet differ in size");
+                verbose = app.add_flag("--verbose", "Say a line per sheet and surface on standard error");
             }
 
             /// Gives the text that --help or --version asks for, if one of them is there.
@@ -128,11 +136,11 @@ namespace Tiff2Ppf
             {
                 try
                 {
-                    m_app.parse(ReversedArguments(argc, argv));
+                    app.parse(ReversedArguments(argc, argv));
                 }
                 catch (const CLI::CallForHelp&)
                 {
-                    return m_app.help();
+                    return app.help();
                 }
                 catch (const CLI::CallForVersion& version)
                 {
@@ -148,33 +156,40 @@ namespace Tiff2Ppf
             CommandLine Result() const
             {
                 CommandLine line;
-                line.output = ResultOf(m_output);
+                line.output = ResultOf(output);
                 if (line.output.empty())
+                {
                     Refuse("no output: name the file to write with -o");
-                line.compression = ChoiceOf(m_compression, &CompressionOfWord, CompressionWords);
-                line.encoding = ChoiceOf(m_encoding, &EncodingOfWord, EncodingWords);
-                line.mixedSizes = !m_mixedSizes->empty();
-                line.verbose = !m_verbose->empty();
+                }
+                line.compression = ChoiceOf(compression, &CompressionOfWord, CompressionWords);
+                line.encoding = ChoiceOf(encoding, &EncodingOfWord, EncodingWords);
+                line.mixedSizes = !mixedSizes->empty();
+                line.verbose = !verbose->empty();
 
                 const bool hasJob =
-                    !(m_jobName->empty() && m_sheet->empty() && m_front->empty() && m_back->empty() &&
-                      m_parameter->empty());
-                line.jobFile = ResultOf(m_jobFile);
-                if (hasJob && !m_jobFile->empty())
+                    !(jobName->empty() && sheet->empty() && front->empty() && back->empty() && parameter->empty());
+                line.jobFile = ResultOf(jobFile);
+                if (hasJob && !jobFile->empty())
+                {
                     Refuse(
                         "both a job file, " + Quoted(line.jobFile) +
                         ", and a job on the command line: one of them is wanted");
+                }
                 if (!hasJob && line.jobFile.empty())
+                {
                     Refuse("no job: name a job file, or open a sheet with --sheet");
+                }
                 if (hasJob)
+                {
                     line.job = JobInOrder();
+                }
                 return line;
             }
 
         private:
             CLI::Option* Add(const char* name, const char* form, const std::string& description)
             {
-                return m_app.add_option(name, description)->type_name(form);
+                return app.add_option(name, description)->type_name(form);
             }
 
             CLI::Option* AddRepeatable(const char* name, const char* form, const std::string& description)
@@ -185,38 +200,46 @@ namespace Tiff2Ppf
             /// The job that the options make in their order on the command line.
             Job JobInOrder() const
             {
-                JobBuilder builder(ResultOf(m_jobName), CurrentFolder());
+                JobBuilder builder(ResultOf(jobName), CurrentFolder());
                 std::map<const CLI::Option*, std::size_t> taken;
-                for (const CLI::Option* const option : m_app.parse_order())
+                for (const CLI::Option* const option : app.parse_order())
                 {
                     // An option stands here as often as it was given.
                     const std::string& value = option->results().at(taken[option]++);
-                    if (option == m_sheet)
+                    if (option == sheet)
+                    {
                         builder.OpenSheet(value);
-                    else if (option == m_front)
+                    }
+                    else if (option == front)
+                    {
                         builder.AddFront(value);
-                    else if (option == m_back)
+                    }
+                    else if (option == back)
+                    {
                         builder.AddBack(value);
-                    else if (option == m_parameter)
+                    }
+                    else if (option == parameter)
+                    {
                         builder.AddParameter(value);
+                    }
                 }
                 Job job = builder.Take();
                 CheckJob(job);
                 return job;
             }
 
-            CLI::App m_app;
-            const CLI::Option* m_jobFile;
-            const CLI::Option* m_output;
-            const CLI::Option* m_jobName;
-            const CLI::Option* m_sheet;
-            const CLI::Option* m_front;
-            const CLI::Option* m_back;
-            const CLI::Option* m_parameter;
-            const CLI::Option* m_compression;
-            const CLI::Option* m_encoding;
-            const CLI::Option* m_mixedSizes;
-            const CLI::Option* m_verbose;
+            CLI::App app;
+            const CLI::Option* jobFile;
+            const CLI::Option* output;
+            const CLI::Option* jobName;
+            const CLI::Option* sheet;
+            const CLI::Option* front;
+            const CLI::Option* back;
+            const CLI::Option* parameter;
+            const CLI::Option* compression;
+            const CLI::Option* encoding;
+            const CLI::Option* mixedSizes;
+            const CLI::Option* verbose;
         };
     }
 
@@ -225,7 +248,9 @@ namespace Tiff2Ppf
         Options options;
         std::string answer = options.Parse(argc, argv);
         if (answer.empty())
+        {
             return options.Result();
+        }
         CommandLine line;
         line.answer = std::move(answer);
         return line;

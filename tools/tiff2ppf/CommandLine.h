@@ -1,7 +1,7 @@
 // What the command line asks for. The job may stand on it sheet by sheet, where the order of the options counts.
 #pragma once
 
-#include "Job.h"
+#include "tiff2ppf/Job.h"
 
 #include <optional>
 #include <string>

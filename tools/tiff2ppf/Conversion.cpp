@@ -1,17 +1,16 @@
-#include "Conversion.h"
-
-#include "Failure.h"
-#include "FailureCause.h"
-#include "LibraryRun.h"
-#include "Output.h"
-#include "Progress.h"
-#include "ReadBack.h"
-#include "SeparationPlaces.h"
-#include "SizeCheck.h"
-#include "Text.h"
-#include "WrittenFile.h"
+#include "tiff2ppf/Conversion.h"
 
 #include "ppf/FileMap.h"
+#include "tiff2ppf/Failure.h"
+#include "tiff2ppf/FailureCause.h"
+#include "tiff2ppf/LibraryRun.h"
+#include "tiff2ppf/Output.h"
+#include "tiff2ppf/Progress.h"
+#include "tiff2ppf/ReadBack.h"
+#include "tiff2ppf/SeparationPlaces.h"
+#include "tiff2ppf/SizeCheck.h"
+#include "tiff2ppf/Text.h"
+#include "tiff2ppf/WrittenFile.h"
 
 #include <RasterFeedLib.h>
 
@@ -34,11 +33,17 @@ namespace Tiff2Ppf
         {
             std::error_code none;
             if (fs::equivalent(settings.output, settings.jobFile, none))
+            {
                 throw UsageError(settings.output + ": the output would replace the job file");
+            }
             for (const SeparationPlace& place : PlacesOf(job))
+            {
                 if (fs::equivalent(settings.output, place.separation->file, none))
+                {
                     throw UsageError(
                         settings.output + ": the output would replace the file of " + PlaceForPerson(job, place));
+                }
+            }
         }
 
         std::uint64_t BytesOfSeparations(const Job& job)
@@ -59,12 +64,16 @@ namespace Tiff2Ppf
             const std::vector<Separation>& separations)
         {
             if (separations.empty())
+            {
                 return;
+            }
             std::ostringstream line;
             line << SheetForPerson(job, sheetIndex) << ", " << WordOf(surface) << ": ";
             const RasterFeedDescription found = RasterFeedProbe(separations.front().file, RasterFeedDepth::Header);
             if (found.accepted)
+            {
                 line << found.width << " x " << found.height << " pixels at " << found.resolution << " per inch: ";
+            }
             const char* comma = "";
             for (const Separation& separation : separations)
             {
@@ -88,7 +97,9 @@ namespace Tiff2Ppf
         {
             // Once the library has made its file, its failures are about the separations.
             if (output.Work().Exists())
+            {
                 throw ConversionError(failure.what() + (": " + CauseInSeparations(job)));
+            }
             const std::string obstacle = output.ObstacleToWriting();
             throw ConversionError(failure.what() + (": " + output.Name()) + (obstacle.empty() ? "" : ": " + obstacle));
         }
@@ -97,10 +108,12 @@ namespace Tiff2Ppf
         {
             try
             {
-                const ppf::FileMap file(path);
+                const Ppf::FileMap file(path);
                 std::string fault = FaultOfWrittenFile(file.Bytes(), job);
                 if (fault.empty() && !mixedSizes && IsReadable(job))
+                {
                     fault = FaultOnReadingBack(file.Bytes(), job);
+                }
                 return fault;
             }
             catch (const std::system_error& error)
@@ -113,7 +126,9 @@ namespace Tiff2Ppf
         {
             const std::string fault = FaultAfterWriting(output.Work().Path(), job, mixedSizes);
             if (fault.empty())
+            {
                 return;
+            }
             const std::string obstacle = output.ObstacleToWriting();
             throw ConversionError(
                 output.Name() + ": the file failed its check after writing: " + fault +
@@ -125,15 +140,21 @@ namespace Tiff2Ppf
     {
         CheckOutputIsNoInput(job, settings);
         if (!settings.mixedSizes)
+        {
             CheckSizes(job);
+        }
         if (settings.verbose)
+        {
             SaySurfaces(messages, job);
+        }
 
         const std::unique_ptr<Output> output = OpenOutput(settings.output);
         {
             std::optional<Progress> progress;
             if (settings.showProgress)
+            {
                 progress.emplace(messages, BytesOfSeparations(job), ProgressDelay);
+            }
             try
             {
                 RunLibrary(job, output->Work().Path());

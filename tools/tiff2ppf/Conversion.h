@@ -2,7 +2,7 @@
 // place.
 #pragma once
 
-#include "Job.h"
+#include "tiff2ppf/Job.h"
 
 #include <iosfwd>
 #include <string>

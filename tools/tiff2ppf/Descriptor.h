@@ -9,22 +9,24 @@ namespace Tiff2Ppf
     {
     public:
         /// Takes over `number`; a negative one is none.
-        explicit Descriptor(int number)
-            : m_number(number)
+        explicit Descriptor(int theNumber)
+            : number(theNumber)
         {
         }
         ~Descriptor()
         {
             if (IsOpen())
-                close(m_number);
+            {
+                close(number);
+            }
         }
         Descriptor(const Descriptor&) = delete;
         Descriptor& operator=(const Descriptor&) = delete;
 
-        bool IsOpen() const { return m_number >= 0; }
-        int Number() const { return m_number; }
+        bool IsOpen() const { return number >= 0; }
+        int Number() const { return number; }
 
     private:
-        int m_number;
+        int number;
     };
 }

@@ -1,4 +1,4 @@
-#include "EscapedName.h"
+#include "tiff2ppf/EscapedName.h"
 
 namespace Tiff2Ppf
 {
@@ -11,11 +11,17 @@ namespace Tiff2Ppf
             for (const char c : name)
             {
                 if (c == ')' && open == 0)
+                {
                     return false;
+                }
                 if (c == '(')
+                {
                     ++open;
+                }
                 else if (c == ')')
+                {
                     --open;
+                }
             }
             return open == 0;
         }
@@ -29,7 +35,9 @@ namespace Tiff2Ppf
         for (const char c : name)
         {
             if (c == '\\' || (escapeParentheses && (c == '(' || c == ')')))
+            {
                 escaped += '\\';
+            }
             escaped += c;
         }
         return escaped;

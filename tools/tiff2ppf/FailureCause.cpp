@@ -1,6 +1,6 @@
-#include "FailureCause.h"
+#include "tiff2ppf/FailureCause.h"
 
-#include "SeparationPlaces.h"
+#include "tiff2ppf/SeparationPlaces.h"
 
 #include <RasterFeedLib.h>
 
@@ -16,16 +16,22 @@ namespace Tiff2Ppf
         {
             const std::string& path = place.separation->file;
             if (path.size() > MaxPathBytes)
+            {
                 return path + ": the path has " + std::to_string(path.size()) + " bytes, and the limit is " +
                        std::to_string(MaxPathBytes);
+            }
             const RasterFeedDescription found = RasterFeedProbe(path, depth);
             if (!found.accepted)
+            {
                 return found.reason;
+            }
             // Without an extent the sheet has no size in the file.
             const bool hasExtent = found.width > 0 && found.height > 0 && found.resolution > 0;
             if (place.isFirstOfSheet && !hasExtent)
+            {
                 return path + ": the image has no extent: " + std::to_string(found.width) + " x " +
                        std::to_string(found.height) + " pixels at " + std::to_string(found.resolution) + " per inch";
+            }
             return {};
         }
     }
@@ -33,9 +39,15 @@ namespace Tiff2Ppf
     std::string CauseInSeparations(const Job& job)
     {
         for (const RasterFeedDepth depth : {RasterFeedDepth::Header, RasterFeedDepth::Lines})
+        {
             for (const SeparationPlace& place : PlacesOf(job))
+            {
                 if (const std::string fault = Fault(place, depth); !fault.empty())
+                {
                     return PlaceForPerson(job, place) + ": " + fault;
+                }
+            }
+        }
         return "every separation can be read now, so try again; if it fails again, memory is short or the output would "
                "have more than 4294967295 bytes: make several files of the job";
     }

@@ -2,7 +2,7 @@
 // that the library uses.
 #pragma once
 
-#include "Job.h"
+#include "tiff2ppf/Job.h"
 
 #include <string>
 

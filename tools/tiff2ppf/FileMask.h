@@ -10,14 +10,14 @@ namespace Tiff2Ppf
     public:
         /// New files get none of the permissions in `mask`, until the end of this object.
         explicit FileMask(mode_t mask)
-            : m_before(umask(mask))
+            : before(umask(mask))
         {
         }
-        ~FileMask() { umask(m_before); }
+        ~FileMask() { umask(before); }
         FileMask(const FileMask&) = delete;
         FileMask& operator=(const FileMask&) = delete;
 
     private:
-        mode_t m_before;
+        mode_t before;
     };
 }

@@ -1,8 +1,8 @@
 // An output that is a regular file, or that does not exist yet.
 #pragma once
 
-#include "FileMask.h"
-#include "Output.h"
+#include "tiff2ppf/FileMask.h"
+#include "tiff2ppf/Output.h"
 
 #include <optional>
 
@@ -15,7 +15,7 @@ namespace Tiff2Ppf
     public:
         /// The file at `path`, absolute and no link; `replaced` is the status of the one that is there now. Throws
         /// ConversionError if that may not be written.
-        FileOutput(const std::string& name, const std::string& path, const std::optional<struct stat>& replaced);
+        FileOutput(const std::string& name, const std::string& thePath, const std::optional<struct stat>& theReplaced);
 
         /// Renames the work file. It has got the permissions of the file that it replaces, and its owner where the
         /// system allows that, or those of any new file.
@@ -24,8 +24,8 @@ namespace Tiff2Ppf
     private:
         void TakeOverPermissions() const;
 
-        std::string m_path;
-        std::optional<struct stat> m_replaced;
-        std::optional<FileMask> m_ownerOnly; ///< what replaces a file is open to nobody else while it is written
+        std::string path;
+        std::optional<struct stat> replaced;
+        std::optional<FileMask> ownerOnly; ///< what replaces a file is open to nobody else while it is written
     };
 }

@@ -1,8 +1,8 @@
-#include "Job.h"
+#include "tiff2ppf/Job.h"
 
-#include "EscapedName.h"
-#include "Failure.h"
-#include "Text.h"
+#include "tiff2ppf/EscapedName.h"
+#include "tiff2ppf/Failure.h"
+#include "tiff2ppf/Text.h"
 
 namespace Tiff2Ppf
 {
@@ -18,16 +18,24 @@ namespace Tiff2Ppf
             { throw UsageError(SheetForPerson(job, index) + ": " + why); };
 
             if (sheet.jobName.empty())
+            {
                 refuse("the job name is empty; --job or the job file's jobName gives it");
+            }
             if (sheet.front.empty() && sheet.back.empty())
+            {
                 refuse("neither front nor back has a file");
+            }
             if (sheet.sheetName.empty() && job.sheets.size() > 1)
+            {
                 refuse("the sheet name is empty, and a job of several sheets needs one for each");
+            }
             const std::size_t nameBytes = EscapedName(sheet.sheetName).size();
             if (nameBytes > MaxSheetNameBytes)
+            {
                 refuse(
                     "the sheet name takes " + std::to_string(nameBytes) + " bytes in the file, which has room for " +
                     std::to_string(MaxSheetNameBytes));
+            }
         }
     }
 
@@ -37,20 +45,30 @@ namespace Tiff2Ppf
     std::optional<Compression> CompressionOfWord(const std::string& word)
     {
         if (word == "none")
+        {
             return Compression::CIP3CompressionNone;
+        }
         if (word == "runlength")
+        {
             return Compression::CIP3CompressionRunLength;
+        }
         return std::nullopt;
     }
 
     std::optional<Encoding> EncodingOfWord(const std::string& word)
     {
         if (word == "binary")
+        {
             return Encoding::CIP3EncodingBinary;
+        }
         if (word == "asciihex")
+        {
             return Encoding::CIP3EncodingASCIIHex;
+        }
         if (word == "ascii85")
+        {
             return Encoding::CIP3EncodingASCII85;
+        }
         return std::nullopt;
     }
 
@@ -64,8 +82,12 @@ namespace Tiff2Ppf
     void CheckJob(const Job& job)
     {
         if (job.sheets.empty())
+        {
             throw UsageError("the job has no sheet");
+        }
         for (std::size_t index = 0; index < job.sheets.size(); ++index)
+        {
             CheckSheet(job, index);
+        }
     }
 }

@@ -1,8 +1,8 @@
-#include "JobBuilder.h"
+#include "tiff2ppf/JobBuilder.h"
 
-#include "Failure.h"
-#include "Paths.h"
-#include "Text.h"
+#include "tiff2ppf/Failure.h"
+#include "tiff2ppf/Paths.h"
+#include "tiff2ppf/Text.h"
 
 #include <utility>
 
@@ -15,20 +15,22 @@ namespace Tiff2Ppf
         {
             const auto sign = text.find('=');
             if (sign == std::string::npos)
+            {
                 throw UsageError(option + ' ' + Quoted(text) + ": the form is " + form);
+            }
             return {text.substr(0, sign), text.substr(sign + 1)};
         }
     }
 
-    JobBuilder::JobBuilder(const std::string& jobName, const std::string& folder)
-        : m_jobName(jobName)
-        , m_folder(folder)
+    JobBuilder::JobBuilder(const std::string& theJobName, const std::string& theFolder)
+        : jobName(theJobName)
+        , folder(theFolder)
     {
     }
 
     void JobBuilder::OpenSheet(const std::string& name)
     {
-        m_job.sheets.push_back({m_jobName, name, {}, {}, {}});
+        job.sheets.push_back({jobName, name, {}, {}, {}});
     }
 
     void JobBuilder::AddFront(const std::string& inkAndFile)
@@ -46,29 +48,36 @@ namespace Tiff2Ppf
         Sheet& sheet = SheetFor("--param");
         const auto [key, value] = SplitAtSign("--param", keyAndValue, "KEY=VALUE");
         if (key.empty())
+        {
             throw UsageError("--param " + Quoted(keyAndValue) + ": the key is empty");
+        }
         if (!sheet.parameters.emplace(key, value).second)
-            throw UsageError(
-                SheetForPerson(m_job, m_job.sheets.size() - 1) + ": --param " + Quoted(key) + " is repeated");
+        {
+            throw UsageError(SheetForPerson(job, job.sheets.size() - 1) + ": --param " + Quoted(key) + " is repeated");
+        }
     }
 
     Job JobBuilder::Take()
     {
-        return std::move(m_job);
+        return std::move(job);
     }
 
     Sheet& JobBuilder::SheetFor(const std::string& option)
     {
-        if (m_job.sheets.empty())
+        if (job.sheets.empty())
+        {
             throw UsageError(option + " belongs to a sheet: open one with --sheet before it");
-        return m_job.sheets.back();
+        }
+        return job.sheets.back();
     }
 
     Separation JobBuilder::SeparationOf(const std::string& option, const std::string& inkAndFile) const
     {
         const auto [ink, file] = SplitAtSign(option, inkAndFile, "INK=FILE");
         if (file.empty())
+        {
             throw UsageError(option + ' ' + Quoted(inkAndFile) + ": the file name is empty");
-        return {ink, AbsolutePath(file, m_folder)};
+        }
+        return {ink, AbsolutePath(file, folder)};
     }
 }

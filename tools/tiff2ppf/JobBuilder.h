@@ -1,7 +1,7 @@
 // A job as the command line spells it, option by option: what follows a sheet belongs to it, so that the order counts.
 #pragma once
 
-#include "Job.h"
+#include "tiff2ppf/Job.h"
 
 #include <string>
 
@@ -13,7 +13,7 @@ namespace Tiff2Ppf
     {
     public:
         /// Relative file names are going to stand relative to `folder`, absolute.
-        JobBuilder(const std::string& jobName, const std::string& folder);
+        JobBuilder(const std::string& theJobName, const std::string& theFolder);
 
         void OpenSheet(const std::string& name);
         void AddFront(const std::string& inkAndFile);      ///< INK=FILE, split at the first '='
@@ -27,8 +27,8 @@ namespace Tiff2Ppf
         Sheet& SheetFor(const std::string& option);
         Separation SeparationOf(const std::string& option, const std::string& inkAndFile) const;
 
-        std::string m_jobName;
-        std::string m_folder;
-        Job m_job;
+        std::string jobName;
+        std::string folder;
+        Job job;
     };
 }

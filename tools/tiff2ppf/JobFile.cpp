@@ -1,9 +1,9 @@
-#include "JobFile.h"
+#include "tiff2ppf/JobFile.h"
 
-#include "Failure.h"
-#include "Paths.h"
-#include "StrictJson.h"
-#include "Text.h"
+#include "tiff2ppf/Failure.h"
+#include "tiff2ppf/Paths.h"
+#include "tiff2ppf/StrictJson.h"
+#include "tiff2ppf/Text.h"
 
 #include <nlohmann/json.hpp>
 
@@ -47,15 +47,21 @@ namespace Tiff2Ppf
         void CheckMembers(const Node& object, std::initializer_list<const char*> known)
         {
             if (!object.value.is_object())
+            {
                 RefuseType(object, "an object");
+            }
             for (const auto& [key, value] : object.value.items())
+            {
                 if (std::find(known.begin(), known.end(), key) == known.end())
                 {
                     std::string why = "there is no such member here; known are";
                     for (const char* const name : known)
+                    {
                         why += std::string(name == *known.begin() ? " " : ", ") + name;
+                    }
                     Refuse({value, PlaceOfMember(object.place, key)}, why);
                 }
+            }
         }
 
         Node MemberOf(const Node& object, const char* key)
@@ -66,10 +72,14 @@ namespace Tiff2Ppf
         std::string TextOf(const Node& node)
         {
             if (!node.value.is_string())
+            {
                 RefuseType(node, "a string");
+            }
             const auto& text = node.value.get_ref<const std::string&>();
             if (text.find('\0') != std::string::npos)
+            {
                 Refuse(node, "a string may not hold the character \\u0000");
+            }
             return text;
         }
 
@@ -84,31 +94,45 @@ namespace Tiff2Ppf
         void ForEachElement(const Node& object, const char* key, Take take)
         {
             if (!object.value.contains(key))
+            {
                 return;
+            }
             const Node array = MemberOf(object, key);
             if (!array.value.is_array())
+            {
                 RefuseType(array, "an array");
+            }
             for (std::size_t i = 0; i < array.value.size(); ++i)
+            {
                 take(Node{array.value[i], PlaceOfElement(array.place, i)});
+            }
         }
 
         Number NumberOf(const Node& node)
         {
             if (node.value.is_number_float())
+            {
                 return node.value.get<double>();
+            }
             if (node.value.is_number_unsigned())
             {
                 const auto value = node.value.get<std::uint64_t>();
                 if (value <= std::numeric_limits<std::int32_t>::max())
+                {
                     return static_cast<std::int32_t>(value);
+                }
                 if (value <= std::numeric_limits<std::uint32_t>::max())
+                {
                     return static_cast<std::uint32_t>(value);
+                }
             }
             else
             {
                 const auto value = node.value.get<std::int64_t>();
                 if (value >= std::numeric_limits<std::int32_t>::min())
+                {
                     return static_cast<std::int32_t>(value);
+                }
             }
             Refuse(node, "the integer " + node.value.dump() + " is outside -2147483648 to 4294967295");
         }
@@ -117,21 +141,31 @@ namespace Tiff2Ppf
         {
             const char* const wanted = "an object here has exactly the members \"value\" and \"units\"";
             if (node.value.size() != 2 || !node.value.contains("value") || !node.value.contains("units"))
+            {
                 Refuse(node, wanted);
+            }
             const Node value = MemberOf(node, "value");
             if (!value.value.is_number())
+            {
                 RefuseType(value, "a number");
+            }
             return {NumberOf(value), TextOf(MemberOf(node, "units"))};
         }
 
         ParameterValue ParameterValueOf(const Node& node)
         {
             if (node.value.is_number())
+            {
                 return NumberOf(node);
+            }
             if (node.value.is_object())
+            {
                 return MeasureOf(node);
+            }
             if (node.value.is_string())
+            {
                 return TextOf(node);
+            }
             RefuseType(node, "a string, a number, or an object of value and units");
         }
 
@@ -139,15 +173,21 @@ namespace Tiff2Ppf
         {
             std::map<std::string, ParameterValue> parameters;
             if (!sheet.value.contains("parameters"))
+            {
                 return parameters;
+            }
             const Node object = MemberOf(sheet, "parameters");
             if (!object.value.is_object())
+            {
                 RefuseType(object, "an object");
+            }
             for (const auto& [key, value] : object.value.items())
             {
                 const Node node{value, PlaceOfMember(object.place, key)};
                 if (key.empty() || key.find('\0') != std::string::npos)
+                {
                     Refuse(node, "a parameter's name is not empty and does not hold the character \\u0000");
+                }
                 parameters.emplace(key, ParameterValueOf(node));
             }
             return parameters;
@@ -162,12 +202,18 @@ namespace Tiff2Ppf
                 {
                     CheckMembers(node, {"separation", "file"});
                     for (const char* const needed : {"separation", "file"})
+                    {
                         if (!node.value.contains(needed))
+                        {
                             Refuse(node, std::string("the member \"") + needed + "\" is missing");
+                        }
+                    }
                     const Node file = MemberOf(node, "file");
                     const std::string name = TextOf(file);
                     if (name.empty())
+                    {
                         Refuse(file, "the file name is empty");
+                    }
                     separations.push_back({TextOf(MemberOf(node, "separation")), AbsolutePath(name, folder)});
                 });
             return separations;
@@ -180,11 +226,15 @@ namespace Tiff2Ppf
             const char* words)
         {
             if (!root.value.contains(key))
+            {
                 return std::nullopt;
+            }
             const Node member = MemberOf(root, key);
             const std::optional<Value> value = valueOfWord(TextOf(member));
             if (!value)
+            {
                 Refuse(member, Quoted(TextOf(member)) + " is none of: " + words);
+            }
             return value;
         }
 
@@ -256,13 +306,19 @@ namespace Tiff2Ppf
         try
         {
             if (isStandardInput)
+            {
                 return LoadFrom(standardInput, current);
+            }
             const std::string path = AbsolutePath(name, current);
             std::ifstream file(path, std::ios::binary);
             if (!file)
+            {
                 throw std::ios_base::failure("open", std::error_code(errno, std::generic_category()));
+            }
             if (std::filesystem::is_regular_file(path) && IsTiff(file))
+            {
                 throw UsageError("this is a TIFF, not a job file; a separation is given as --front INK=FILE");
+            }
             return LoadFrom(file, IsDescriptor(path) ? current : FolderOf(path));
         }
         catch (const UsageError& error)

@@ -2,7 +2,7 @@
 // be missing from the press.
 #pragma once
 
-#include "Job.h"
+#include "tiff2ppf/Job.h"
 
 #include <iosfwd>
 #include <string>

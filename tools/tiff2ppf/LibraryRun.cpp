@@ -1,13 +1,14 @@
-#include "LibraryRun.h"
+#include "tiff2ppf/LibraryRun.h"
 
-#include "EscapedName.h"
+#include "tiff2ppf/EscapedName.h"
 
 #include <Sheetvane/KX_ECIP3Exception.h>
 #include <Sheetvane/SheetvaneConverter.h>
 #include <kxtypes.h>
-#include <rasteroutput/TarnelException.h>
 
 #include <exception>
+
+#include <rasteroutput/TarnelException.h>
 
 namespace Tiff2Ppf
 {
@@ -39,7 +40,9 @@ namespace Tiff2Ppf
         {
             KX_TArray names;
             for (const Separation& separation : separations)
+            {
                 names.Append(ValueOf(EscapedName(separation.name)));
+            }
             return names;
         }
 
@@ -47,7 +50,9 @@ namespace Tiff2Ppf
         {
             KX_TArray files;
             for (const Separation& separation : separations)
+            {
                 files.Append(KX_TURL(ValueOf(separation.file)));
+            }
             return files;
         }
 
@@ -63,7 +68,9 @@ namespace Tiff2Ppf
 
             KX_TDict optional;
             for (const auto& [key, value] : sheet.parameters)
+            {
                 optional.Set(ValueOf(key), std::visit(ToHostValue{}, value));
+            }
             converter.SetOptionalParameters(index, optional);
         }
     }
@@ -74,11 +81,17 @@ namespace Tiff2Ppf
         {
             Sheetvane::SheetvaneConverter converter;
             for (const Sheet& sheet : job.sheets)
+            {
                 AddSheet(converter, sheet);
+            }
             if (job.compression)
+            {
                 converter.SetCompression(*job.compression);
+            }
             if (job.encoding)
+            {
                 converter.SetEncoding(*job.encoding);
+            }
             converter.CreateCIP3File(KX_TURL(ValueOf(path)));
         }
         catch (const KX_EException& failure)

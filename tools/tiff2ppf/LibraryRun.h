@@ -1,7 +1,7 @@
 // The library's side of a conversion: the job as host values, and the calls in their order.
 #pragma once
 
-#include "Job.h"
+#include "tiff2ppf/Job.h"
 
 #include <stdexcept>
 #include <string>

@@ -1,10 +1,10 @@
-#include "Output.h"
+#include "tiff2ppf/Output.h"
 
-#include "Descriptor.h"
-#include "Failure.h"
-#include "FileOutput.h"
-#include "Paths.h"
-#include "StreamOutput.h"
+#include "tiff2ppf/Descriptor.h"
+#include "tiff2ppf/Failure.h"
+#include "tiff2ppf/FileOutput.h"
+#include "tiff2ppf/Paths.h"
+#include "tiff2ppf/StreamOutput.h"
 
 #include <array>
 #include <cerrno>
@@ -38,7 +38,9 @@ namespace Tiff2Ppf
         {
             std::error_code problem;
             while (fs::is_symlink(fs::symlink_status(path, problem)))
+            {
                 path = AbsolutePath(fs::read_symlink(path).native(), FolderOf(path));
+            }
             return path;
         }
 
@@ -50,31 +52,37 @@ namespace Tiff2Ppf
         }
     }
 
-    Output::Output(const std::string& name, const std::string& workFolder)
-        : m_work(workFolder)
-        , m_name(name)
+    Output::Output(const std::string& theName, const std::string& workFolder)
+        : work(workFolder)
+        , name(theName)
     {
     }
 
     void Output::Fail(const std::string& what) const
     {
         const std::string why = LastProblem();
-        throw ConversionError(what + ": " + m_name + ": " + why);
+        throw ConversionError(what + ": " + name + ": " + why);
     }
 
     std::string Output::ObstacleToWriting() const
     {
-        const std::string& path = m_work.Path();
+        const std::string& path = work.Path();
         std::error_code problem;
         fs::create_directories(FolderOf(path), problem);
         if (problem)
+        {
             return problem.message();
+        }
         const Descriptor file(open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, S_IRUSR | S_IWUSR));
         // A full disk may have room left for a part of this, and then refuses the next.
         const std::array<char, 65536> filling{};
         for (int i = 0; file.IsOpen() && i < 2; ++i)
+        {
             if (write(file.Number(), filling.data(), filling.size()) < 0)
+            {
                 return LastProblem();
+            }
+        }
         return file.IsOpen() ? std::string() : LastProblem();
     }
 
@@ -87,22 +95,32 @@ namespace Tiff2Ppf
             // A folder that is missing may yet be made, and if it cannot be, the library says so.
             const bool mayBeMade = errno == ENOENT || errno == ENOTDIR || errno == EACCES;
             if (isDash || !mayBeMade)
+            {
                 RefuseToOpen(name, errno);
+            }
             if (name.back() == '/')
+            {
                 RefuseToOpen(name, EISDIR);
+            }
             return std::make_unique<FileOutput>(name, EndOfLinks(name), std::nullopt);
         }
         if (S_ISDIR(status.st_mode))
+        {
             RefuseToOpen(name, EISDIR);
+        }
         const bool isStandardOutput = IsStandardOutput(status);
         if (S_ISREG(status.st_mode) && !isStandardOutput)
+        {
             return std::make_unique<FileOutput>(name, EndOfLinks(name), status);
+        }
 
         // A descriptor that is open already is used as it is, so that what went there before stays.
         const int stream = isStandardOutput ? fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0)
                                             : open(name.c_str(), O_WRONLY | O_NOCTTY | O_CLOEXEC);
         if (stream < 0)
+        {
             RefuseToOpen(name, errno);
+        }
         return std::make_unique<StreamOutput>(isDash ? "standard output" : name, stream);
     }
 }

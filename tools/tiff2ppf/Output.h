@@ -2,7 +2,7 @@
 // is published: a regular file appears whole or not at all, and a device or pipe gets the bytes of a whole file.
 #pragma once
 
-#include "WorkFile.h"
+#include "tiff2ppf/WorkFile.h"
 
 #include <memory>
 #include <string>
@@ -20,10 +20,10 @@ namespace Tiff2Ppf
         Output& operator=(const Output&) = delete;
 
         /// The file to write first. It is gone with this object unless it was published.
-        const WorkFile& Work() const { return m_work; }
+        const WorkFile& Work() const { return work; }
 
         /// The output for a person.
-        const std::string& Name() const { return m_name; }
+        const std::string& Name() const { return name; }
 
         /// Puts the work file's content in its place. Throws ConversionError; a regular file is then as it was.
         virtual void Publish() = 0;
@@ -33,15 +33,15 @@ namespace Tiff2Ppf
         std::string ObstacleToWriting() const;
 
     protected:
-        Output(const std::string& name, const std::string& workFolder);
+        Output(const std::string& theName, const std::string& workFolder);
 
         /// Throws ConversionError: `what`, the output's name, and what errno says.
         [[noreturn]] void Fail(const std::string& what) const;
 
-        WorkFile m_work;
+        WorkFile work;
 
     private:
-        std::string m_name;
+        std::string name;
     };
 
     /// The output called `name`: an absolute path, or "-" for standard output. Links are followed, so that they stay and

@@ -1,4 +1,4 @@
-#include "Progress.h"
+#include "tiff2ppf/Progress.h"
 
 #include <algorithm>
 #include <csignal>
@@ -19,8 +19,12 @@ namespace Tiff2Ppf
             std::string name;
             std::uint64_t value = 0;
             while (counters >> name >> value)
+            {
                 if (name == "rchar:")
+                {
                     return value;
+                }
+            }
             return 0;
         }
 
@@ -32,59 +36,61 @@ namespace Tiff2Ppf
             {
                 sigset_t all;
                 sigfillset(&all);
-                pthread_sigmask(SIG_SETMASK, &all, &m_before);
+                pthread_sigmask(SIG_SETMASK, &all, &before);
             }
-            ~SignalsBlocked() { pthread_sigmask(SIG_SETMASK, &m_before, nullptr); }
+            ~SignalsBlocked() { pthread_sigmask(SIG_SETMASK, &before, nullptr); }
             SignalsBlocked(const SignalsBlocked&) = delete;
             SignalsBlocked& operator=(const SignalsBlocked&) = delete;
 
         private:
-            sigset_t m_before = {};
+            sigset_t before = {};
         };
     }
 
-    Progress::Progress(std::ostream& terminal, std::uint64_t bytesToRead, std::chrono::milliseconds delay)
-        : m_terminal(terminal)
-        , m_bytesToRead(bytesToRead)
-        , m_bytesBefore(BytesRead())
+    Progress::Progress(std::ostream& theTerminal, std::uint64_t theBytesToRead, std::chrono::milliseconds delay)
+        : terminal(theTerminal)
+        , bytesToRead(theBytesToRead)
+        , bytesBefore(BytesRead())
     {
         const SignalsBlocked blocked;
-        m_thread = std::thread([this, delay] { Run(delay); });
+        thread = std::thread([this, delay] { Run(delay); });
     }
 
     Progress::~Progress()
     {
         {
-            const std::lock_guard<std::mutex> lock(m_mutex);
-            m_isOver = true;
+            const std::lock_guard<std::mutex> lock(mutex);
+            isOver = true;
         }
-        m_wake.notify_one();
-        m_thread.join();
+        wake.notify_one();
+        thread.join();
     }
 
     void Progress::Run(std::chrono::milliseconds delay)
     {
         const auto start = std::chrono::steady_clock::now();
-        const auto isOver = [this] { return m_isOver; };
+        const auto hasEnded = [this] { return isOver; };
         bool isShown = false;
-        std::unique_lock<std::mutex> lock(m_mutex);
-        for (auto pause = delay; !m_wake.wait_for(lock, pause, isOver); pause = Period)
+        std::unique_lock<std::mutex> lock(mutex);
+        for (auto pause = delay; !wake.wait_for(lock, pause, hasEnded); pause = Period)
         {
             Show(std::chrono::steady_clock::now() - start);
             isShown = true;
         }
         if (isShown)
-            m_terminal << "\r\x1b[K" << std::flush;
+        {
+            terminal << "\r\x1b[K" << std::flush;
+        }
     }
 
     void Progress::Show(std::chrono::steady_clock::duration elapsed)
     {
-        m_terminal << "\rtiff2ppf: " << std::chrono::duration_cast<std::chrono::seconds>(elapsed).count() << " s";
-        if (m_bytesToRead > 0 && m_bytesBefore > 0)
+        terminal << "\rtiff2ppf: " << std::chrono::duration_cast<std::chrono::seconds>(elapsed).count() << " s";
+        if (bytesToRead > 0 && bytesBefore > 0)
         {
-            const std::uint64_t done = std::min(BytesRead() - m_bytesBefore, m_bytesToRead);
-            m_terminal << ", " << done * 100 / m_bytesToRead << " % of the separations read";
+            const std::uint64_t done = std::min(BytesRead() - bytesBefore, bytesToRead);
+            terminal << ", " << done * 100 / bytesToRead << " % of the separations read";
         }
-        m_terminal << "\x1b[K" << std::flush;
+        terminal << "\x1b[K" << std::flush;
     }
 }

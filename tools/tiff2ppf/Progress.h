@@ -16,7 +16,7 @@ namespace Tiff2Ppf
     public:
         /// Shows nothing for the time of `delay`, then a line on `terminal`, renewed several times a second. The process
         /// is about to read `bytesToRead`; 0: not known. The terminal belongs to this object until its end.
-        Progress(std::ostream& terminal, std::uint64_t bytesToRead, std::chrono::milliseconds delay);
+        Progress(std::ostream& theTerminal, std::uint64_t theBytesToRead, std::chrono::milliseconds delay);
 
         /// Takes the line away.
         ~Progress();
@@ -27,12 +27,12 @@ namespace Tiff2Ppf
         void Run(std::chrono::milliseconds delay);
         void Show(std::chrono::steady_clock::duration elapsed);
 
-        std::ostream& m_terminal;
-        std::uint64_t m_bytesToRead;
-        std::uint64_t m_bytesBefore; ///< what the process had read when this began
-        std::mutex m_mutex;
-        std::condition_variable m_wake;
-        bool m_isOver = false; ///< guarded by m_mutex
-        std::thread m_thread;
+        std::ostream& terminal;
+        std::uint64_t bytesToRead;
+        std::uint64_t bytesBefore; ///< what the process had read when this began
+        std::mutex mutex;
+        std::condition_variable wake;
+        bool isOver = false; ///< guarded by mutex
+        std::thread thread;
     };
 }

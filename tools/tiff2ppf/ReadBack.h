@@ -3,7 +3,7 @@
 // this costs little beside the writing.
 #pragma once
 
-#include "Job.h"
+#include "tiff2ppf/Job.h"
 
 #include <string>
 #include <string_view>

@@ -1,6 +1,6 @@
-#include "SeparationPlaces.h"
+#include "tiff2ppf/SeparationPlaces.h"
 
-#include "Text.h"
+#include "tiff2ppf/Text.h"
 
 namespace Tiff2Ppf
 {

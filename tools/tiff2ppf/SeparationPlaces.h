@@ -2,7 +2,7 @@
 // message can go through them as one list.
 #pragma once
 
-#include "Job.h"
+#include "tiff2ppf/Job.h"
 
 #include <cstddef>
 #include <string>

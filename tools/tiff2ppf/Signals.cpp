@@ -1,4 +1,4 @@
-#include "Signals.h"
+#include "tiff2ppf/Signals.h"
 
 #include <climits>
 #include <csignal>
@@ -18,7 +18,9 @@ namespace Tiff2Ppf
         extern "C" void RemoveFileAndDie(int signal)
         {
             if (isPathSet != 0)
+            {
                 unlink(pathToRemove);
+            }
             raise(signal);
         }
 
@@ -26,7 +28,9 @@ namespace Tiff2Ppf
         {
             struct sigaction action = {};
             if (sigaction(signal, nullptr, &action) != 0 || action.sa_handler == SIG_IGN)
+            {
                 return;
+            }
             action = {};
             action.sa_handler = &RemoveFileAndDie;
             action.sa_flags = static_cast<int>(SA_RESETHAND);
@@ -44,11 +48,15 @@ namespace Tiff2Ppf
     {
         ForgetFile();
         if (path.size() >= sizeof pathToRemove)
+        {
             return; // no file can have such a name
+        }
         std::memcpy(pathToRemove, path.c_str(), path.size() + 1);
         isPathSet = 1;
         for (const int signal : {SIGINT, SIGTERM, SIGHUP})
+        {
             Handle(signal);
+        }
     }
 
     void ForgetFile()

@@ -1,8 +1,8 @@
-#include "SizeCheck.h"
+#include "tiff2ppf/SizeCheck.h"
 
-#include "Failure.h"
-#include "SeparationPlaces.h"
-#include "Text.h"
+#include "tiff2ppf/Failure.h"
+#include "tiff2ppf/SeparationPlaces.h"
+#include "tiff2ppf/Text.h"
 
 #include <RasterFeedLib.h>
 
@@ -32,19 +32,29 @@ namespace Tiff2Ppf
         {
             const Sheet& sheet = job.sheets[place.sheetIndex];
             if (sheet.front.size() + sheet.back.size() == 1)
+            {
                 continue;
+            }
             if (place.isFirstOfSheet)
+            {
                 first.reset();
+            }
             const RasterFeedDescription found = RasterFeedProbe(place.separation->file, RasterFeedDepth::Header);
             if (!found.accepted)
+            {
                 continue;
+            }
             const Size size{place, found.width, found.height};
             if (!first)
+            {
                 first = size;
+            }
             if (size.width != first->width || size.height != first->height)
+            {
                 throw ConversionError(
                     SheetForPerson(job, place.sheetIndex) + ": the separations differ in size: " +
                     SizeForPerson(*first) + "; " + SizeForPerson(size) + " (--mixed-sizes lets them through)");
+            }
         }
     }
 }

@@ -2,7 +2,7 @@
 // others is hardly of use to a reader.
 #pragma once
 
-#include "Job.h"
+#include "tiff2ppf/Job.h"
 
 namespace Tiff2Ppf
 {

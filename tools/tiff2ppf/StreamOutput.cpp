@@ -1,4 +1,4 @@
-#include "StreamOutput.h"
+#include "tiff2ppf/StreamOutput.h"
 
 #include <array>
 #include <cerrno>
@@ -24,7 +24,9 @@ namespace Tiff2Ppf
             {
                 const ssize_t written = write(file, bytes, size);
                 if (written < 0 && errno != EINTR)
+                {
                     return false;
+                }
                 if (written > 0)
                 {
                     bytes += written;
@@ -35,25 +37,35 @@ namespace Tiff2Ppf
         }
     }
 
-    StreamOutput::StreamOutput(const std::string& name, int stream)
-        : Output(name, TemporaryFolder())
-        , m_stream(stream)
+    StreamOutput::StreamOutput(const std::string& theName, int theStream)
+        : Output(theName, TemporaryFolder())
+        , stream(theStream)
     {
-        if (!m_work.Create())
+        if (!work.Create())
+        {
             Fail("no temporary file can be made in " + TemporaryFolder());
+        }
     }
 
     void StreamOutput::Publish()
     {
-        const Descriptor work(open(m_work.Path().c_str(), O_RDONLY | O_CLOEXEC));
-        if (!work.IsOpen())
+        const Descriptor finished(open(work.Path().c_str(), O_RDONLY | O_CLOEXEC));
+        if (!finished.IsOpen())
+        {
             Fail("the temporary file cannot be read");
+        }
         std::array<char, 65536> buffer{};
         ssize_t size = 0;
-        while ((size = read(work.Number(), buffer.data(), buffer.size())) > 0)
-            if (!WriteAll(m_stream.Number(), buffer.data(), static_cast<std::size_t>(size)))
+        while ((size = read(finished.Number(), buffer.data(), buffer.size())) > 0)
+        {
+            if (!WriteAll(stream.Number(), buffer.data(), static_cast<std::size_t>(size)))
+            {
                 Fail("the output cannot be written");
+            }
+        }
         if (size < 0)
+        {
             Fail("the temporary file cannot be read");
+        }
     }
 }

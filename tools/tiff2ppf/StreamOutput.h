@@ -1,8 +1,8 @@
 // An output that is written directly: a device, a pipe, or whatever standard output is connected to.
 #pragma once
 
-#include "Descriptor.h"
-#include "Output.h"
+#include "tiff2ppf/Descriptor.h"
+#include "tiff2ppf/Output.h"
 
 namespace Tiff2Ppf
 {
@@ -11,12 +11,12 @@ namespace Tiff2Ppf
     public:
         /// Takes over the open descriptor `stream`. The work file is in the folder for temporary files. Throws
         /// ConversionError.
-        StreamOutput(const std::string& name, int stream);
+        StreamOutput(const std::string& name, int theStream);
 
         /// Copies the work file.
         void Publish() override;
 
     private:
-        Descriptor m_stream;
+        Descriptor stream;
     };
 }

@@ -1,6 +1,6 @@
-#include "StrictJson.h"
+#include "tiff2ppf/StrictJson.h"
 
-#include "Text.h"
+#include "tiff2ppf/Text.h"
 
 #include <nlohmann/json.hpp>
 
@@ -19,12 +19,12 @@ namespace Tiff2Ppf
         /// A job nests five deep; a text far beyond that is none, and would only make its places endless.
         constexpr std::size_t MaxDepth = 32;
 
-        /// Builds the document from the parser's events. The last container of `m_open` receives the next value, under
+        /// Builds the document from the parser's events. The last container of `open` receives the next value, under
         /// its `key` if it is an object.
         class Builder : public nlohmann::json_sax<Json>
         {
         public:
-            Json Take() { return std::move(m_root); }
+            Json Take() { return std::move(root); }
 
             bool null() override { return Add(nullptr); }
             bool boolean(bool value) override { return Add(value); }
@@ -41,15 +41,19 @@ namespace Tiff2Ppf
             {
                 // The parser takes an integer that 64 bits cannot hold for a float.
                 if (literal.find_first_of(".eE") == std::string::npos)
+                {
                     throw JsonFault(PlaceOfNext(), "the integer " + literal + " is too large");
+                }
                 return Add(value);
             }
 
             bool key(std::string& name) override
             {
-                Level& level = m_open.back();
+                Level& level = open.back();
                 if (level.container->contains(name))
-                    throw JsonFault(PlaceOfMember(PlaceOf(m_open.size() - 1), name), "this member is repeated");
+                {
+                    throw JsonFault(PlaceOfMember(PlaceOf(open.size() - 1), name), "this member is repeated");
+                }
                 level.key = std::move(name);
                 return true;
             }
@@ -59,13 +63,19 @@ namespace Tiff2Ppf
                 std::string why = error.what();
                 why.erase(0, why.find("] ") + 2); // the parser's own number of the error
                 if (why.rfind("number overflow", 0) == 0)
+                {
                     throw JsonFault(PlaceOfNext(), "the number " + token + " is too large");
-                constexpr char introduction[] = "parse error at ";
-                if (why.rfind(introduction, 0) == 0)
-                    why.erase(0, sizeof introduction - 1);
+                }
+                constexpr char Introduction[] = "parse error at ";
+                if (why.rfind(Introduction, 0) == 0)
+                {
+                    why.erase(0, sizeof Introduction - 1);
+                }
                 why.resize(std::min<std::size_t>(why.size(), MaxMessageBytes));
                 if (!IsUtf8(token))
+                {
                     why += " (a JSON text is UTF-8; a file whose name is not can only be given on the command line)";
+                }
                 throw JsonFault(why);
             }
 
@@ -88,15 +98,17 @@ namespace Tiff2Ppf
 
             bool Open(Json container)
             {
-                if (m_open.size() == MaxDepth)
+                if (open.size() == MaxDepth)
+                {
                     throw JsonFault(PlaceOfNext(), "this is nested deeper than any job");
-                m_open.push_back({Place(std::move(container)), {}});
+                }
+                open.push_back({Place(std::move(container)), {}});
                 return true;
             }
 
             bool Close()
             {
-                m_open.pop_back();
+                open.pop_back();
                 return true;
             }
 
@@ -104,25 +116,27 @@ namespace Tiff2Ppf
             /// is not before the value is complete.
             Json* Place(Json value)
             {
-                if (m_open.empty())
+                if (open.empty())
                 {
-                    m_root = std::move(value);
-                    return &m_root;
+                    root = std::move(value);
+                    return &root;
                 }
-                Level& level = m_open.back();
+                Level& level = open.back();
                 if (level.container->is_object())
+                {
                     return &((*level.container)[level.key] = std::move(value));
+                }
                 level.container->push_back(std::move(value));
                 return &level.container->back();
             }
 
-            /// The place of the container at `depth` of m_open.
+            /// The place of the container at `depth` of open.
             std::string PlaceOf(std::size_t depth) const
             {
                 std::string place;
                 for (std::size_t i = 0; i < depth; ++i)
                 {
-                    const Level& level = m_open[i];
+                    const Level& level = open[i];
                     place = level.container->is_object() ? PlaceOfMember(place, level.key)
                                                          : PlaceOfElement(place, level.container->size() - 1);
                 }
@@ -131,16 +145,18 @@ namespace Tiff2Ppf
 
             std::string PlaceOfNext() const
             {
-                if (m_open.empty())
+                if (open.empty())
+                {
                     return {};
-                const Level& level = m_open.back();
-                const std::string parent = PlaceOf(m_open.size() - 1);
+                }
+                const Level& level = open.back();
+                const std::string parent = PlaceOf(open.size() - 1);
                 return level.container->is_object() ? PlaceOfMember(parent, level.key)
                                                     : PlaceOfElement(parent, level.container->size());
             }
 
-            Json m_root;
-            std::vector<Level> m_open;
+            Json root;
+            std::vector<Level> open;
         };
 
         bool IsPlainWord(const std::string& key)
@@ -159,7 +175,9 @@ namespace Tiff2Ppf
     std::string PlaceOfMember(const std::string& parent, const std::string& key)
     {
         if (!IsPlainWord(key))
+        {
             return parent + '[' + Quoted(key) + ']';
+        }
         return parent.empty() ? key : parent + '.' + key;
     }
 

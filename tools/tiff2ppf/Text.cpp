@@ -1,4 +1,4 @@
-#include "Text.h"
+#include "tiff2ppf/Text.h"
 
 #include <cstddef>
 #include <string_view>
@@ -18,22 +18,30 @@ namespace Tiff2Ppf
         {
             const auto lead = static_cast<unsigned char>(text.front());
             if (lead < 0x80)
+            {
                 return {lead, 1};
+            }
             const std::size_t bytes = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
             if (lead < 0xC2 || lead > 0xF4 || text.size() < bytes)
+            {
                 return {0, 0};
+            }
             char32_t value = lead & (0x7FU >> bytes);
             for (const char next : text.substr(1, bytes - 1))
             {
                 const auto byte = static_cast<unsigned char>(next);
                 if ((byte & 0xC0U) != 0x80)
+                {
                     return {0, 0};
+                }
                 value = (value << 6U) | (byte & 0x3FU);
             }
             const char32_t smallest = bytes == 4 ? 0x10000 : bytes == 3 ? 0x800 : 0x80;
             const bool isSurrogate = value >= 0xD800 && value <= 0xDFFF;
             if (value < smallest || value > 0x10FFFF || isSurrogate)
+            {
                 return {0, 0};
+            }
             return {value, bytes};
         }
 
@@ -46,11 +54,11 @@ namespace Tiff2Ppf
 
         void AppendAsHex(std::string& out, std::string_view bytes)
         {
-            constexpr char digits[] = "0123456789abcdef";
+            constexpr char Digits[] = "0123456789abcdef";
             for (const char next : bytes)
             {
                 const auto byte = static_cast<unsigned char>(next);
-                out += {'\\', 'x', digits[byte >> 4U], digits[byte & 0x0FU]};
+                out += {'\\', 'x', Digits[byte >> 4U], Digits[byte & 0x0FU]};
             }
         }
     }
@@ -69,9 +77,13 @@ namespace Tiff2Ppf
             const CodePoint point = FirstCodePoint(rest);
             const std::string_view bytes = rest.substr(0, point.bytes == 0 ? 1 : point.bytes);
             if (point.bytes != 0 && IsShownAsItself(point.value))
+            {
                 line += bytes;
+            }
             else
+            {
                 AppendAsHex(line, bytes);
+            }
             rest.remove_prefix(bytes.size());
         }
         return line;
@@ -83,7 +95,9 @@ namespace Tiff2Ppf
         {
             const CodePoint point = FirstCodePoint(rest);
             if (point.bytes == 0)
+            {
                 return false;
+            }
             rest.remove_prefix(point.bytes);
         }
         return true;

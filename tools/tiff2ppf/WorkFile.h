@@ -16,7 +16,7 @@ namespace Tiff2Ppf
         WorkFile(const WorkFile&) = delete;
         WorkFile& operator=(const WorkFile&) = delete;
 
-        const std::string& Path() const { return m_path; }
+        const std::string& Path() const { return path; }
 
         /// Creates the file, empty and for its owner alone. False on failure, and errno says why.
         bool Create() const;
@@ -26,9 +26,9 @@ namespace Tiff2Ppf
 
         /// Gives the file its final name, in one step, replacing a file of that name. What was replaced may stand under
         /// the work file's name until this object ends. False on failure, and errno says why.
-        bool MoveTo(const std::string& path);
+        bool MoveTo(const std::string& thePath);
 
     private:
-        std::string m_path;
+        std::string path;
     };
 }

@@ -1,6 +1,6 @@
-#include "WrittenFile.h"
+#include "tiff2ppf/WrittenFile.h"
 
-#include "EscapedName.h"
+#include "tiff2ppf/EscapedName.h"
 
 #include <algorithm>
 #include <charconv>
@@ -45,9 +45,9 @@ namespace Tiff2Ppf
         class Checker
         {
         public:
-            Checker(std::string_view file, const Job& job)
-                : m_file(file)
-                , m_job(job)
+            Checker(std::string_view theFile, const Job& theJob)
+                : file(theFile)
+                , job(theJob)
             {
             }
 
@@ -55,26 +55,34 @@ namespace Tiff2Ppf
             void Check()
             {
                 if (BytesAt(0, Header.size()) != Header)
+                {
                     throw Fault{0, "the header is missing"};
+                }
                 const std::uint64_t frame = Header.size() + DirectoryBytes() + ClosingComment.size();
-                const std::uint64_t size = m_file.size();
+                const std::uint64_t size = file.size();
                 if (size < frame || BytesAt(size - ClosingComment.size(), ClosingComment.size()) != ClosingComment)
+                {
                     throw Fault{size, "the file ends here without its closing comment"};
-                m_sectionsEnd = size - ClosingComment.size();
+                }
+                sectionsEnd = size - ClosingComment.size();
 
                 std::uint64_t end = Header.size() + DirectoryBytes();
-                for (std::size_t i = 0; i < m_job.sheets.size(); ++i)
+                for (std::size_t i = 0; i < job.sheets.size(); ++i)
+                {
                     end = CheckSection(i, SectionOf(i), end);
-                if (end != m_sectionsEnd)
+                }
+                if (end != sectionsEnd)
+                {
                     throw Fault{end, "the sections end here, and the closing comment does not follow"};
+                }
             }
 
         private:
-            bool HasDirectory() const { return m_job.sheets.size() > 1; }
+            bool HasDirectory() const { return job.sheets.size() > 1; }
 
             std::uint64_t DirectoryBytes() const
             {
-                return HasDirectory() ? DirectoryBegin.size() + m_job.sheets.size() * EntryBytes + DirectoryEnd.size()
+                return HasDirectory() ? DirectoryBegin.size() + job.sheets.size() * EntryBytes + DirectoryEnd.size()
                                       : 0;
             }
 
@@ -82,15 +90,19 @@ namespace Tiff2Ppf
             Section SectionOf(std::size_t index)
             {
                 if (!HasDirectory())
-                    return {Header.size(), m_sectionsEnd - Header.size()};
+                {
+                    return {Header.size(), sectionsEnd - Header.size()};
+                }
                 const std::uint64_t at = Header.size() + DirectoryBegin.size() + index * EntryBytes;
                 const std::string_view entry = BytesAt(at, EntryBytes);
-                const std::string name = '(' + EscapedName(m_job.sheets[index].sheetName) + ')';
+                const std::string name = '(' + EscapedName(job.sheets[index].sheetName) + ')';
                 const std::optional<std::uint64_t> offset = NumberAt(entry, 0);
                 const std::optional<std::uint64_t> length = NumberAt(entry, LengthAt);
                 if (!offset || !length || entry.compare(NameAt, name.size(), name) != 0 ||
                     entry.compare(KeywordAt, EntryKeyword.size(), EntryKeyword) != 0)
+                {
                     throw Fault{at, "this is no directory entry of sheet " + std::to_string(index + 1)};
+                }
                 return {*offset, *length};
             }
 
@@ -98,13 +110,15 @@ namespace Tiff2Ppf
             std::uint64_t CheckSection(std::size_t index, const Section& section, std::uint64_t begin)
             {
                 const std::uint64_t end = section.offset + section.length;
-                const bool fits = section.offset == begin && end <= m_sectionsEnd &&
+                const bool fits = section.offset == begin && end <= sectionsEnd &&
                                   section.length >= SheetBegin.size() + SheetEnd.size();
                 if (!fits || BytesAt(begin, SheetBegin.size()) != SheetBegin ||
                     BytesAt(end - SheetEnd.size(), SheetEnd.size()) != SheetEnd)
+                {
                     throw Fault{
                         begin, "the section of sheet " + std::to_string(index + 1) +
                                    " is not where the directory says, or not whole"};
+                }
                 return end;
             }
 
@@ -119,12 +133,12 @@ namespace Tiff2Ppf
             /// Fewer where the file ends.
             std::string_view BytesAt(std::uint64_t offset, std::size_t size) const
             {
-                return m_file.substr(std::min<std::uint64_t>(offset, m_file.size()), size);
+                return file.substr(std::min<std::uint64_t>(offset, file.size()), size);
             }
 
-            std::string_view m_file;
-            const Job& m_job;
-            std::uint64_t m_sectionsEnd = 0; ///< offset of the closing comment
+            std::string_view file;
+            const Job& job;
+            std::uint64_t sectionsEnd = 0; ///< offset of the closing comment
         };
     }
 

@@ -3,7 +3,7 @@
 // not read again, so that the check of a large file costs next to nothing.
 #pragma once
 
-#include "Job.h"
+#include "tiff2ppf/Job.h"
 
 #include <string>
 #include <string_view>

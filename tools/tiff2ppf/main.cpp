@@ -1,11 +1,11 @@
 // tiff2ppf: ink separations in TIFF in, one CIP3 PPF file out. Here the parts meet and failures become exit statuses.
-#include "CommandLine.h"
-#include "Conversion.h"
-#include "Failure.h"
-#include "JobFile.h"
-#include "Paths.h"
-#include "Signals.h"
-#include "Text.h"
+#include "tiff2ppf/CommandLine.h"
+#include "tiff2ppf/Conversion.h"
+#include "tiff2ppf/Failure.h"
+#include "tiff2ppf/JobFile.h"
+#include "tiff2ppf/Paths.h"
+#include "tiff2ppf/Signals.h"
+#include "tiff2ppf/Text.h"
 
 #include <cstdlib>
 #include <exception>
@@ -21,9 +21,13 @@ namespace
     {
         Job job = line.jobFile.empty() ? line.job : LoadJobFile(line.jobFile, std::cin);
         if (line.compression)
+        {
             job.compression = line.compression;
+        }
         if (line.encoding)
+        {
             job.encoding = line.encoding;
+        }
         return job;
     }
 
@@ -53,7 +57,9 @@ namespace
             if (!line.answer.empty())
             {
                 if (!(std::cout << line.answer << std::flush))
+                {
                     return Fail(ExitFailed, "standard output cannot be written");
+                }
                 return ExitWritten;
             }
             Convert(JobOf(line), SettingsOf(line), std::cerr);

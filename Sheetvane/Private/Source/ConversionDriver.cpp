@@ -23,18 +23,22 @@ namespace Sheetvane
     {
         using RasterOutput::CIP3Painter;
 
-        constexpr std::int32_t frontSide = 0;
-        constexpr std::int32_t backSide = 1;
+        constexpr std::int32_t FrontSide = 0;
+        constexpr std::int32_t BackSide = 1;
 
         void MakeFolder(const boost::filesystem::path& folder)
         {
             const boost::filesystem::file_type found = boost::filesystem::status(folder).type();
             if (found != boost::filesystem::status_error && found != boost::filesystem::file_not_found)
+            {
                 return;
+            }
             try
             {
                 if (!boost::filesystem::create_directories(folder))
+                {
                     ThrowFailure(FailureText::FolderNotCreated, __LINE__);
+                }
             }
             catch (...)
             {
@@ -56,9 +60,13 @@ namespace Sheetvane
         const std::string& FirstFileOf(const SheetRecord& sheet)
         {
             if (!sheet.frontFilePaths.empty())
+            {
                 return sheet.frontFilePaths.front();
+            }
             if (!sheet.backFilePaths.empty())
+            {
                 return sheet.backFilePaths.front();
+            }
             ThrowFailure(FailureText::TiffNotOpened, __LINE__);
         }
 
@@ -84,12 +92,16 @@ namespace Sheetvane
             const std::vector<std::string>& names, const std::vector<std::string>& paths)
         {
             if (names.empty())
+            {
                 return;
+            }
             surface.side = side;
             surface.separationNames = names;
             painter.BeginSurface(surface);
             for (const std::string& path : paths)
+            {
                 ConvertSeparation(painter, path);
+            }
             painter.EndSurface();
         }
 
@@ -98,10 +110,12 @@ namespace Sheetvane
         {
             ApplySheetGeometry(job, painter, sheet);
             if (sheet.parameters.jobName.empty())
+            {
                 ThrowFailure(FailureText::RequiredParametersNotSet, __LINE__);
+            }
             painter.BeginSheet(sheet.parameters);
-            WriteSurface(painter, surface, frontSide, sheet.frontSeparationNames, sheet.frontFilePaths);
-            WriteSurface(painter, surface, backSide, sheet.backSeparationNames, sheet.backFilePaths);
+            WriteSurface(painter, surface, FrontSide, sheet.frontSeparationNames, sheet.frontFilePaths);
+            WriteSurface(painter, surface, BackSide, sheet.backSeparationNames, sheet.backFilePaths);
             painter.EndSheet();
         }
 
@@ -114,7 +128,9 @@ namespace Sheetvane
             auto& cip3Painter = static_cast<CIP3Painter&>(*painter); // it was asked for by that name
             RasterOutput::CIP3SurfaceParameters surface = job.surfaceTemplate;
             for (SheetRecord& sheet : job.sheets)
+            {
                 WriteSheet(job, cip3Painter, surface, sheet);
+            }
             painter->Finalize();
         }
     }

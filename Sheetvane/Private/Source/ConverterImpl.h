@@ -28,7 +28,7 @@ namespace Sheetvane
         RasterOutput::CIP3SurfaceParameters surfaceTemplate;   ///< what a conversion's surface record begins as
 
     private:
-        PainterRegistration m_painter;
-        ExtractionRegistration m_extraction;
+        PainterRegistration painter;
+        ExtractionRegistration extraction;
     };
 }

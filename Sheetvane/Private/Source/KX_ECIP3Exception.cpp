@@ -5,7 +5,7 @@
 
 namespace
 {
-    constexpr char className[] = "KX_ECIP3Exception";
+    constexpr char ExceptionName[] = "KX_ECIP3Exception";
 
     KX_TObject* NewException()
     {
@@ -14,8 +14,8 @@ namespace
 }
 
 KX_ECIP3Exception::KX_ECIP3Exception() = default;
-KX_ECIP3Exception::KX_ECIP3Exception(const KX_TString& message)
-    : KX_EException(message) // NOLINT(bugprone-throw-keyword-missing): the base part, no temporary
+KX_ECIP3Exception::KX_ECIP3Exception(const KX_TString& theMessage)
+    : KX_EException(theMessage) // NOLINT(bugprone-throw-keyword-missing): the base part, no temporary
 {
 }
 KX_ECIP3Exception::KX_ECIP3Exception(const KX_ECIP3Exception&) = default;
@@ -31,15 +31,19 @@ void* KX_ECIP3Exception::KX_Self()
 const void* KX_ECIP3Exception::KX_DynamicInfo(const char* typeName) const
 {
     KX_TClass* const classObject = KX_TClass::GetClassObject(
-        false, className, sizeof(KX_ECIP3Exception), KX_EException::KX_ClassObject(), &NewException, nullptr);
+        false, ExceptionName, sizeof(KX_ECIP3Exception), KX_EException::KX_ClassObject(), &NewException, nullptr);
     if (typeName == nullptr)
     {
         if (classObject->registered == 0)
+        {
             classObject->registered = 1;
+        }
         return classObject;
     }
     if (std::strcmp(typeName, classObject->name) == 0)
+    {
         return this;
+    }
     return KX_EException::KX_DynamicInfo(typeName);
 }
 

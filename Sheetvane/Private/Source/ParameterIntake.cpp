@@ -32,7 +32,9 @@ namespace Sheetvane
         {
             KX_TDict entries(measure, 0);
             if (!entries.HasKey("value") || !entries.HasKey("units"))
+            {
                 return {};
+            }
             const std::string number = ValueToText(entries.At("value"));
             return number + " " + TextOf(AsString(entries.At("units")));
         }
@@ -42,16 +44,22 @@ namespace Sheetvane
         {
             const char* const className = value.ClassName();
             if (std::strcmp(className, "KX_TString") == 0)
+            {
                 return TextOf(AsString(value));
+            }
             if (std::strcmp(className, "KX_TDict") == 0)
+            {
                 return MeasureText(*static_cast<const KX_TDict*>(value.DynamicCast("KX_TDict", SourceUnit, __LINE__)));
+            }
             return ValueToText(value);
         }
 
         RasterOutput::CIP3SheetParameters& ParametersOf(std::vector<SheetRecord>& sheets, unsigned int sheetIndex)
         {
             if (sheetIndex >= sheets.size())
+            {
                 ThrowFailure(FailureText::SheetIndexOutOfBounds, __LINE__);
+            }
             return sheets[sheetIndex].parameters;
         }
     }

@@ -10,7 +10,9 @@ namespace Sheetvane
     {
         const FileBlock block = FileBlockAlloc(0, "STR,SEQ");
         if (block == nullptr)
+        {
             ThrowFailure(FailureText::NoFileHandle, __LINE__);
+        }
         FileBlockOpen(block, name, ".tif", 0);
         return block;
     }

@@ -26,9 +26,13 @@ namespace Sheetvane
         }
 
         if (sheet.frontFilePaths.empty() && sheet.backFilePaths.empty())
+        {
             ThrowFailure(FailureText::NoInputFiles, __LINE__);
+        }
         if (sheet.frontSeparationNames.size() != sheet.frontFilePaths.size() ||
             sheet.backSeparationNames.size() != sheet.backFilePaths.size())
+        {
             ThrowFailure(FailureText::NamesDoNotMatchFiles, __LINE__);
+        }
     }
 }

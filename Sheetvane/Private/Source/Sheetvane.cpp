@@ -1,10 +1,10 @@
 // The library's face: the public class, which only forwards, and the initialisation function.
-#include <Sheetvane/SheetvaneConverter.h>
-
 #include "frontend/ConversionDriver.h"
 #include "frontend/ConverterImpl.h"
 #include "frontend/ParameterIntake.h"
 #include "frontend/SheetIntake.h"
+
+#include <Sheetvane/SheetvaneConverter.h>
 
 namespace
 {
@@ -15,7 +15,9 @@ namespace
 bool __KX_INITIALIZATION_FUNCTION_Sheetvane__()
 {
     if (!initialised)
+    {
         initialised = __KX_INITIALIZATION_FUNCTION_kxtypes__();
+    }
     return initialised;
 }
 
@@ -24,7 +26,7 @@ namespace Sheetvane
     SheetvaneConverter::SheetvaneConverter()
     {
         __KX_INITIALIZATION_FUNCTION_Sheetvane__();
-        m_impl = std::make_unique<ConverterImpl>();
+        impl = std::make_unique<ConverterImpl>();
     }
 
     SheetvaneConverter::~SheetvaneConverter() = default;
@@ -33,38 +35,38 @@ namespace Sheetvane
         const KX_TArray& frontSeparationNames, const KX_TArray& frontFiles, const KX_TArray& backSeparationNames,
         const KX_TArray& backFiles)
     {
-        Sheetvane::AddSheet(m_impl->sheets, frontSeparationNames, frontFiles, backSeparationNames, backFiles);
+        Sheetvane::AddSheet(impl->sheets, frontSeparationNames, frontFiles, backSeparationNames, backFiles);
     }
 
     void SheetvaneConverter::SetRequiredParameters(unsigned int sheetIndex, const KX_TDict& parameters)
     {
-        Sheetvane::SetRequiredParameters(m_impl->sheets, sheetIndex, parameters);
+        Sheetvane::SetRequiredParameters(impl->sheets, sheetIndex, parameters);
     }
 
     void SheetvaneConverter::SetOptionalParameters(unsigned int sheetIndex, const KX_TDict& parameters)
     {
-        Sheetvane::SetOptionalParameters(m_impl->sheets, sheetIndex, parameters);
+        Sheetvane::SetOptionalParameters(impl->sheets, sheetIndex, parameters);
     }
 
     unsigned int SheetvaneConverter::GetNumSheets() const
     {
-        return static_cast<unsigned int>(m_impl->sheets.size());
+        return static_cast<unsigned int>(impl->sheets.size());
     }
 
     void SheetvaneConverter::SetCompression(CIP3Compression compression)
     {
-        m_impl->painterParameters.compression =
+        impl->painterParameters.compression =
             compression == CIP3CompressionNone ? CIP3CompressionNone : CIP3CompressionRunLength;
     }
 
     void SheetvaneConverter::SetEncoding(CIP3Encoding encoding)
     {
         const bool isOther = encoding != CIP3EncodingBinary && encoding != CIP3EncodingASCIIHex;
-        m_impl->painterParameters.encoding = isOther ? CIP3EncodingASCII85 : encoding;
+        impl->painterParameters.encoding = isOther ? CIP3EncodingASCII85 : encoding;
     }
 
     void SheetvaneConverter::CreateCIP3File(const KX_TURL& location)
     {
-        Sheetvane::CreateCIP3File(*m_impl, location);
+        Sheetvane::CreateCIP3File(*impl, location);
     }
 }

@@ -13,7 +13,9 @@ namespace Sheetvane
     {
         RasterFeedOpenRecord record; // NOLINT(cppcoreguidelines-pro-type-member-init): what is reserved is not ours
         if (path.size() >= sizeof record.path)
+        {
             ThrowFailure(FailureText::TiffNotOpened, __LINE__);
+        }
 
         std::memcpy(record.path, path.c_str(), path.size() + 1);
         record.callbacks = SeparationCallbacks;
@@ -28,13 +30,15 @@ namespace Sheetvane
 
         const RasterFeedHandle reader = RasterFeedInit(&record);
         if (reader == nullptr)
+        {
             ThrowFailure(FailureText::TiffNotOpened, __LINE__);
+        }
         return reader;
     }
 
     TiffReaderGuard::~TiffReaderGuard()
     {
         std::int32_t scratch; // NOLINT(cppcoreguidelines-init-variables): the reader's own
-        RasterFeedEnd(m_reader, &scratch);
+        RasterFeedEnd(reader, &scratch);
     }
 }

@@ -15,17 +15,17 @@ namespace Sheetvane
     class TiffReaderGuard
     {
     public:
-        explicit TiffReaderGuard(RasterFeedHandle reader)
-            : m_reader(reader)
+        explicit TiffReaderGuard(RasterFeedHandle theReader)
+            : reader(theReader)
         {
         }
         ~TiffReaderGuard();
         TiffReaderGuard(const TiffReaderGuard&) = delete;
         TiffReaderGuard& operator=(const TiffReaderGuard&) = delete;
 
-        RasterFeedHandle Get() const { return m_reader; }
+        RasterFeedHandle Get() const { return reader; }
 
     private:
-        RasterFeedHandle m_reader;
+        RasterFeedHandle reader;
     };
 }

@@ -16,7 +16,9 @@ namespace Sheetvane
         void ReadHeader(const TiffReaderGuard& reader, RasterFeedImageHeader& header)
         {
             if (RasterFeedHeader(reader.Get(), &header) != 0)
+            {
                 ThrowFailure(FailureText::TiffHeaderNotRead, __LINE__);
+            }
         }
 
         /// One planar line of `length` 8-bit pixels at `bytes`. A length above the largest signed width wraps: only the
@@ -60,7 +62,9 @@ namespace Sheetvane
         for (std::uint32_t count = 0; count < header.lineCount; ++count)
         {
             if (RasterFeedLine(reader.Get(), lines, 1) != 0)
+            {
                 ThrowFailure(FailureText::TiffLineNotRead, __LINE__);
+            }
             painter.ProcessScanLine(line);
         }
         painter.EndSeparation();

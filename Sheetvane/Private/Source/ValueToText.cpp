@@ -10,14 +10,14 @@ namespace Sheetvane
 {
     namespace
     {
-        constexpr int digitsBehindPoint = 6; // what "%f" writes
+        constexpr int DigitsBehindPoint = 6; // what "%f" writes
 
         std::string FixedPoint(double number)
         {
             // Sign, the digits of the largest number, point, the digits behind it.
-            char text[1 + std::numeric_limits<double>::max_exponent10 + 1 + 1 + digitsBehindPoint];
+            char text[1 + std::numeric_limits<double>::max_exponent10 + 1 + 1 + DigitsBehindPoint];
             const auto result =
-                std::to_chars(text, text + sizeof text, number, std::chars_format::fixed, digitsBehindPoint);
+                std::to_chars(text, text + sizeof text, number, std::chars_format::fixed, DigitsBehindPoint);
             return std::string(text, result.ptr);
         }
 
@@ -34,13 +34,21 @@ namespace Sheetvane
         try
         {
             if (const auto* const number = NumberIn<double>(value, "KX_TDouble"))
+            {
                 return FixedPoint(*number);
+            }
             if (const auto* const number = NumberIn<float>(value, "KX_TFloat"))
+            {
                 return FixedPoint(static_cast<double>(*number));
+            }
             if (const auto* const number = NumberIn<std::int32_t>(value, "KX_TInt32"))
+            {
                 return std::to_string(*number);
+            }
             if (const auto* const number = NumberIn<std::uint32_t>(value, "KX_TUInt32"))
+            {
                 return std::to_string(*number);
+            }
         }
         catch (...)
         {

@@ -1,9 +1,10 @@
 // The sizes of the classes that hosts are compiled against, so that a change is a decision: a host that was built before
 // it would not work with a library built after it.
 #include <Sheetvane/SheetvaneConverter.h>
-#include <rasteroutput/Exception.h>
 
 #include <gtest/gtest.h>
+
+#include <rasteroutput/Exception.h>
 
 TEST(ClassSizes, AreThoseThatHostsWereCompiledWith)
 {

@@ -1,7 +1,7 @@
-#include "../PlainLoops.h"
-#include "KernelTargets.h"
-#include "Lines.h"
 #include "cip3output/kernels/ASCIIHex.h"
+#include "tests/cip3output/PlainLoops.h"
+#include "tests/cip3output/kernels/KernelTargets.h"
+#include "tests/cip3output/kernels/Lines.h"
 
 namespace PpfTest
 {

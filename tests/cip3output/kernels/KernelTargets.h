@@ -75,14 +75,14 @@ namespace PpfTest
     {
         TightBuffer input(line, misalignment);
         // Room that the kernel may not touch, and that no sanitizer guards: it writes some of its vectors masked.
-        constexpr unsigned char untouched = 0xA5;
-        constexpr std::size_t guard = 128;
-        TightBuffer output(room + guard, misalignment * 7 % 64);
-        std::memset(output.begin() + room, untouched, guard);
+        constexpr unsigned char Untouched = 0xA5;
+        constexpr std::size_t Guard = 128;
+        TightBuffer output(room + Guard, misalignment * 7 % 64);
+        std::memset(output.begin() + room, Untouched, Guard);
         const unsigned char* const end = encode(input.begin(), count, output.begin());
-        for (std::size_t i = 0; i < guard; ++i)
+        for (std::size_t i = 0; i < Guard; ++i)
         {
-            EXPECT_EQ(output.begin()[room + i], untouched) << "byte " << i << " behind the room";
+            EXPECT_EQ(output.begin()[room + i], Untouched) << "byte " << i << " behind the room";
         }
         TightBuffer exact(room, misalignment * 7 % 64);
         encode(input.begin(), count, exact.begin());

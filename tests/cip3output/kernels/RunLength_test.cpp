@@ -1,7 +1,7 @@
-#include "../PlainLoops.h"
-#include "KernelTargets.h"
-#include "Lines.h"
 #include "cip3output/kernels/RunLength.h"
+#include "tests/cip3output/PlainLoops.h"
+#include "tests/cip3output/kernels/KernelTargets.h"
+#include "tests/cip3output/kernels/Lines.h"
 
 namespace PpfTest
 {
@@ -43,21 +43,21 @@ namespace PpfTest
     /// A pair, or a literal byte, at every place of a line that is otherwise one token.
     TEST_P(RunLengthKernel, EqualsThePlainLoopForAnEdgeAtEveryPlace)
     {
-        constexpr std::size_t size = 2048 + 300;
+        constexpr std::size_t Size = 2048 + 300;
         std::string literal;
-        for (std::size_t i = 0; i < size; ++i)
+        for (std::size_t i = 0; i < Size; ++i)
         {
             literal.push_back(static_cast<char>(i % 251));
         }
-        for (std::size_t place = 0; place + 1 < size; ++place)
+        for (std::size_t place = 0; place + 1 < Size; ++place)
         {
             std::string line = literal;
             line[place] = line[place + 1];
-            ASSERT_EQ(Encoded(EncodeRunLength, line, size, 2 * size, 0), PlainLoops::RunLength(line))
+            ASSERT_EQ(Encoded(EncodeRunLength, line, Size, 2 * Size, 0), PlainLoops::RunLength(line))
                 << "pair at " << place;
-            line.assign(size, 'x');
+            line.assign(Size, 'x');
             line[place] = 'y';
-            ASSERT_EQ(Encoded(EncodeRunLength, line, size, 2 * size, 0), PlainLoops::RunLength(line))
+            ASSERT_EQ(Encoded(EncodeRunLength, line, Size, 2 * Size, 0), PlainLoops::RunLength(line))
                 << "byte at " << place;
         }
     }

@@ -1,13 +1,15 @@
 // The block operations on real files, sound and odd, and on a system that fails.
-#include "SystemFaults.h"
+#include "tests/layers/fileblock/SystemFaults.h"
 
 #include <FileBlockLib.h>
+
+#include <gtest/gtest.h>
 
 #include <cerrno>
 #include <filesystem>
 #include <fstream>
-#include <gtest/gtest.h>
 #include <string>
+
 #include <sys/stat.h>
 #include <unistd.h>
 

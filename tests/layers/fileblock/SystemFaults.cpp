@@ -1,10 +1,11 @@
 // The functions that the linker puts in the system's place.
-#include "SystemFaults.h"
+#include "tests/layers/fileblock/SystemFaults.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <filesystem>
 #include <iterator>
+
 #include <sys/stat.h>
 #include <sys/types.h>
 

@@ -39,7 +39,9 @@ TYPED_TEST(Sequences, ElementsStandInTheOrderOfAppend)
     EXPECT_EQ(sequence.Count(), 0u);
     EXPECT_THROW(sequence.At(0), KX_EException);
     for (int number = 0; number < 100; ++number)
+    {
         sequence.Append(KX_TInt32(number));
+    }
     const TypeParam copy = sequence;
     sequence.Append(KX_TString("last"));
     EXPECT_EQ(copy.Count(), 100u);

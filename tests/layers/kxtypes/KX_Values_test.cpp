@@ -20,8 +20,10 @@ namespace
         const void* KX_DynamicInfo(const char* typeName) const override
         {
             if (typeName == nullptr)
+            {
                 return KX_TClass::GetClassObject(
                     false, "Label", sizeof(Label), KX_TString::KX_ClassObject(), nullptr, nullptr);
+            }
             return std::string(typeName) == "Label" ? this : KX_TString::KX_DynamicInfo(typeName);
         }
     };

@@ -17,7 +17,7 @@ namespace PixelScan
     using Bytes = std::vector<Byte>;
 
     // Past four of the longest vectors, of 64 bytes, and the narrow ones that finish a range.
-    constexpr std::size_t longest = 4 * 64 + 70;
+    constexpr std::size_t Longest = 4 * 64 + 70;
 
     const Byte* FirstOther(const Byte* begin, const Byte* end, Byte value)
     {
@@ -53,7 +53,7 @@ namespace PixelScan
     {
         for (const Byte value : Bytes{0x00, 0x7F, 0xFF})
         {
-            for (std::size_t length = 0; length <= longest; ++length)
+            for (std::size_t length = 0; length <= Longest; ++length)
             {
                 // On the heap and of this very length, so that a sanitizer sees a read past either end.
                 Bytes bytes(length, value);
@@ -70,25 +70,25 @@ namespace PixelScan
 
     TEST_P(PixelScanTest, FindsTheFirstDifferenceOfSeveralFromAnyAlignment)
     {
-        Bytes bytes(longest + 64);
+        Bytes bytes(Longest + 64);
         for (std::size_t misalignment = 0; misalignment < 64; misalignment += 7)
         {
             const Byte* const begin = bytes.data() + misalignment;
-            for (std::size_t place = 0; place < longest; ++place)
+            for (std::size_t place = 0; place < Longest; ++place)
             {
                 std::fill(bytes.begin(), bytes.end(), static_cast<Byte>(9));
                 bytes[misalignment + place] = 0;
-                bytes[misalignment + (place + longest) / 2] = 1;
-                ASSERT_NO_FATAL_FAILURE(ExpectSameAsPlainLoop(begin, begin + longest, 9)) << "at " << misalignment;
+                bytes[misalignment + (place + Longest) / 2] = 1;
+                ASSERT_NO_FATAL_FAILURE(ExpectSameAsPlainLoop(begin, begin + Longest, 9)) << "at " << misalignment;
             }
         }
     }
 
     TEST_P(PixelScanTest, LooksAtNoByteOutsideTheRange)
     {
-        Bytes bytes(longest + 2);
+        Bytes bytes(Longest + 2);
         bytes.front() = bytes.back() = 1;
-        for (std::size_t length = 0; length <= longest; ++length)
+        for (std::size_t length = 0; length <= Longest; ++length)
         {
             bytes[length + 1] = 1;
             const Byte* const end = bytes.data() + 1 + length;

@@ -1,12 +1,13 @@
 // Every form of TIFF that a separation may have, against pixels computed from the rule that made the file.
 
-#include "Delivery.h"
-#include "TiffEditor.h"
-#include "TiffMaker.h"
+#include "tests/layers/rasterfeed/Delivery.h"
+#include "tests/layers/rasterfeed/TiffEditor.h"
+#include "tests/layers/rasterfeed/TiffMaker.h"
+
+#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
-#include <gtest/gtest.h>
 
 namespace
 {
@@ -114,7 +115,9 @@ TEST(AcceptedForms, EveryCompressionOfEveryDepthItServes)
             for (const std::uint16_t predictor : Values{0, PREDICTOR_NONE, PREDICTOR_HORIZONTAL})
             {
                 if (predictor != 0 && (!coding.hasPredictor || bits < 8))
+                {
                     continue;
+                }
                 for (const bool bigEndian : {false, true})
                 {
                     TiffForm form;
@@ -211,7 +214,9 @@ TEST(AcceptedForms, OldStyleLzwIsRead)
     for (std::size_t i = 0; i < std::size(codes) * 9; ++i)
     {
         if ((codes[i / 9] >> i % 9 & 1) != 0)
+        {
             packed[i / 8] = static_cast<char>(packed[i / 8] | 1 << i % 8);
+        }
     }
     TiffForm form;
     form.width = 2;

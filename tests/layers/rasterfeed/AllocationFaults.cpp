@@ -1,5 +1,5 @@
 // operator new and delete for the whole test program.
-#include "AllocationFaults.h"
+#include "tests/layers/rasterfeed/AllocationFaults.h"
 
 #include <cstdlib>
 #include <new>
@@ -17,11 +17,17 @@ void AllowAllocations(int allocations)
 void* operator new(std::size_t size)
 {
     if (allowed == 0)
+    {
         throw std::bad_alloc();
+    }
     if (allowed > 0)
+    {
         --allowed;
+    }
     if (void* memory = std::malloc(size > 0 ? size : 1))
+    {
         return memory;
+    }
     throw std::bad_alloc();
 }
 

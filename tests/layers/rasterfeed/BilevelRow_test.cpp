@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <hwy/highway.h>
 #include <hwy/targets.h>
+
 #include <memory>
 #include <random>
 
@@ -22,7 +23,9 @@ TEST(BilevelRow, EveryTargetEqualsThePlainLoopAtEveryLengthAndPlace)
             const std::unique_ptr<unsigned char[]> row(new unsigned char[shift + rowBytes]);
             const std::unique_ptr<unsigned char[]> line(new unsigned char[shift + samples]);
             for (std::size_t i = 0; i < rowBytes; ++i)
+            {
                 row[shift + i] = static_cast<unsigned char>(random());
+            }
             for (const unsigned char flip : {static_cast<unsigned char>(0), static_cast<unsigned char>(255)})
             {
                 ExpandBilevelRow(row.get() + shift, samples, flip, line.get() + shift);

@@ -1,5 +1,5 @@
 // A host's calls in their order, and its arithmetic.
-#include "Delivery.h"
+#include "tests/layers/rasterfeed/Delivery.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -46,7 +46,9 @@ Delivery Deliver(const std::string& tiff, const HostFaults& faults)
     }
     std::int32_t scratch;
     if (reader != nullptr)
+    {
         RasterFeedEnd(reader, &scratch);
+    }
     return delivery;
 }
 
@@ -54,13 +56,17 @@ std::string ReasonFor(const std::string& tiff, RasterFeedDepth depth)
 {
     char folder[] = "/tmp/rasterfeedXXXXXX";
     if (::mkdtemp(folder) == nullptr)
+    {
         return "no temporary folder";
+    }
     const std::string name = std::string(folder) + "/scan.tif";
     std::ofstream(name, std::ios::binary) << tiff;
     const RasterFeedDescription description = RasterFeedProbe(name, depth);
     std::filesystem::remove_all(folder);
     const std::string prefix = name + ": ";
     if (description.reason.compare(0, prefix.size(), prefix) == 0)
+    {
         return description.reason.substr(prefix.size());
+    }
     return description.reason;
 }

@@ -1,7 +1,7 @@
 // What a reader delivers from a file in memory: the whole road of a host, from RasterFeedInit to RasterFeedEnd.
 #pragma once
 
-#include "MemoryFile.h"
+#include "tests/layers/rasterfeed/MemoryFile.h"
 
 #include <string>
 #include <vector>

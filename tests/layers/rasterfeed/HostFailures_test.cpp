@@ -1,9 +1,9 @@
 // Failures below the reader: each access in turn fails, throws or finds the file cut short, and whatever happens the file is
 // closed once.
 
-#include "AllocationFaults.h"
-#include "Delivery.h"
-#include "TiffMaker.h"
+#include "tests/layers/rasterfeed/AllocationFaults.h"
+#include "tests/layers/rasterfeed/Delivery.h"
+#include "tests/layers/rasterfeed/TiffMaker.h"
 
 #include <gtest/gtest.h>
 
@@ -83,9 +83,13 @@ TEST(HostFailures, WantOfMemoryIsARefusalAtEveryAllocation)
             const RasterFeedHandle reader = RasterFeedInit(&record);
             complete = reader != nullptr && RasterFeedHeader(reader, &header) == 0;
             for (std::uint32_t i = 0; complete && i < header.lineCount; ++i)
+            {
                 complete = RasterFeedLine(reader, list, 1) == 0;
+            }
             if (reader != nullptr)
+            {
                 RasterFeedEnd(reader, nullptr);
+            }
             AllowAllocations(-1);
             EXPECT_EQ(MemoryFile::Closed(), MemoryFile::Opened()) << allowed << " allocations";
         }
@@ -132,13 +136,17 @@ TEST(HostFailures, CallsOutOfOrderFailAndHarmNothing)
     EXPECT_NE(RasterFeedHeader(reader, &header), 0);
     EXPECT_NE(RasterFeedLine(reader, list, 2), 0);
     for (std::uint32_t i = 0; i < header.lineCount; ++i)
+    {
         EXPECT_EQ(RasterFeedLine(reader, list, 1), 0);
+    }
     EXPECT_NE(RasterFeedLine(reader, list, 1), 0);
     RasterFeedEnd(reader, nullptr);
     EXPECT_EQ(MemoryFile::Closed(), 1);
 
     RasterFeedOpenRecord endless = MemoryFile::Record();
     for (char& c : endless.path)
+    {
         c = 'a';
+    }
     EXPECT_EQ(RasterFeedInit(&endless), nullptr);
 }

@@ -1,14 +1,16 @@
 // Files made to exhaust memory or time: each is refused before it costs anything, or costs no more than is promised.
 
-#include "Delivery.h"
-#include "TiffEditor.h"
-#include "TiffMaker.h"
+#include "tests/layers/rasterfeed/Delivery.h"
+#include "tests/layers/rasterfeed/TiffEditor.h"
+#include "tests/layers/rasterfeed/TiffMaker.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <chrono>
 #include <fstream>
 #include <functional>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -64,7 +66,9 @@ namespace
             }
         }
         if (reader != nullptr)
+        {
             RasterFeedEnd(reader, nullptr);
+        }
     }
 
     std::string Flat(const TiffForm& form)
@@ -141,7 +145,9 @@ TEST(HostileFiles, MetadataIsBounded)
     // Eight values of 8 MiB, all in the same place.
     TiffEditor editor(Flat({}) + std::string(8 << 20, 'x'));
     for (std::uint16_t tag = 50000; tag < 50008; ++tag)
+    {
         editor.SetRaw(tag, TIFF_BYTE, 8 << 20, 8);
+    }
     const std::string tiff = editor.Bytes();
     EXPECT_EQ(ReasonFor(tiff), "metadata of 67108864 bytes; up to 32 MiB are accepted");
     EXPECT_LT(MemoryOf([&] { ReadSome(tiff); }), 64);
@@ -194,7 +200,9 @@ TEST(HostileFiles, ChainOfThumbnailsEnds)
         const std::string copy = first.substr(directory);
         const auto next = static_cast<std::uint32_t>(chain.size());
         for (int byte = 0; byte < 4; ++byte)
+        {
             chain[chain.size() - 4 + static_cast<std::size_t>(byte)] = static_cast<char>(next >> 8 * byte & 0xff);
+        }
         chain += copy;
     }
     EXPECT_THAT(ReasonFor(chain), StartsWith("only reduced-resolution images and masks"));

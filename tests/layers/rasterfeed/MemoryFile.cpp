@@ -1,5 +1,5 @@
 // The callbacks, on bytes in memory.
-#include "MemoryFile.h"
+#include "tests/layers/rasterfeed/MemoryFile.h"
 
 #include <algorithm>
 #include <cstring>
@@ -20,7 +20,9 @@ namespace
     FileBlock Open(const char*)
     {
         if (state.faults.openThrows)
+        {
             throw HostFailure{"open"};
+        }
         ++state.opened;
         return reinterpret_cast<FileBlock>(&state);
     }
@@ -28,7 +30,9 @@ namespace
     std::int64_t Seek(FileBlock, std::uint32_t position)
     {
         if (state.faults.isMissing)
+        {
             return -1;
+        }
         state.position = position;
         return position < state.bytes.size() ? static_cast<std::int64_t>(state.bytes.size() - position) : 0;
     }
@@ -37,11 +41,17 @@ namespace
     {
         ++state.reads;
         if (state.reads == state.faults.readThrows)
+        {
             throw HostFailure{"read"};
+        }
         if (state.faults.isMissing || state.reads == state.faults.readFails)
+        {
             return -1;
+        }
         if (state.reads == state.faults.shrinksAt)
+        {
             state.bytes.resize(state.faults.shrunkenSize);
+        }
         const std::size_t left = state.bytes.size() - std::min<std::size_t>(state.position, state.bytes.size());
         const std::size_t count = std::min<std::size_t>(size, left);
         std::memcpy(buffer, state.bytes.data() + (state.bytes.size() - left), count);
@@ -53,7 +63,9 @@ namespace
     {
         ++state.closed;
         if (state.faults.closeThrows)
+        {
             throw HostFailure{"close"};
+        }
         return 0;
     }
 

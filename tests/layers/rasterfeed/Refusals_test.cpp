@@ -1,15 +1,17 @@
 // What is no separation, with the reason that a host can show: a sound file with one thing changed each.
 
-#include "Delivery.h"
-#include "TiffEditor.h"
-#include "TiffMaker.h"
+#include "tests/layers/rasterfeed/Delivery.h"
+#include "tests/layers/rasterfeed/TiffEditor.h"
+#include "tests/layers/rasterfeed/TiffMaker.h"
 
-#include <cstdlib>
-#include <fcntl.h>
-#include <filesystem>
-#include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -19,7 +21,7 @@ using testing::StartsWith;
 
 namespace
 {
-    const char* const photometrics = "; MinIsBlack, MinIsWhite and Separated with one ink are accepted";
+    const char* const Photometrics = "; MinIsBlack, MinIsWhite and Separated with one ink are accepted";
 
     std::string Made(const TiffForm& form)
     {
@@ -66,14 +68,14 @@ TEST(Refusals, FormsThatNoSeparationHas)
     greyAlpha.photometric = PHOTOMETRIC_MINISBLACK;
     ExpectRefused(Made(greyAlpha), "2 samples per pixel (MinIsBlack); a separation has one");
 
-    ExpectRefused(WithValue(TIFFTAG_PHOTOMETRIC, 4), std::string("photometric 4 (transparency mask)") + photometrics);
-    ExpectRefused(WithValue(TIFFTAG_PHOTOMETRIC, 8), std::string("photometric 8 (CIE L*a*b*)") + photometrics);
-    ExpectRefused(WithValue(TIFFTAG_PHOTOMETRIC, 777), std::string("photometric 777") + photometrics);
+    ExpectRefused(WithValue(TIFFTAG_PHOTOMETRIC, 4), std::string("photometric 4 (transparency mask)") + Photometrics);
+    ExpectRefused(WithValue(TIFFTAG_PHOTOMETRIC, 8), std::string("photometric 8 (CIE L*a*b*)") + Photometrics);
+    ExpectRefused(WithValue(TIFFTAG_PHOTOMETRIC, 777), std::string("photometric 777") + Photometrics);
     // Without a colour map libtiff would take palette indices for grey.
-    ExpectRefused(WithValue(TIFFTAG_PHOTOMETRIC, 3), std::string("photometric 3 (palette)") + photometrics);
+    ExpectRefused(WithValue(TIFFTAG_PHOTOMETRIC, 3), std::string("photometric 3 (palette)") + Photometrics);
     ExpectRefused(
         Edited([](TiffEditor& editor) { editor.Remove(TIFFTAG_PHOTOMETRIC); }),
-        std::string("no photometric tag, so that its polarity would be a guess") + photometrics);
+        std::string("no photometric tag, so that its polarity would be a guess") + Photometrics);
 
     TiffForm wide;
     wide.bits = 16;
@@ -82,9 +84,11 @@ TEST(Refusals, FormsThatNoSeparationHas)
     wide.sampleFormat = SAMPLEFORMAT_IEEEFP;
     ExpectRefused(Made(wide), "sample format 3 (floating point); unsigned integers are accepted");
     for (const std::uint64_t bits : {3u, 12u, 24u, 32u})
+    {
         ExpectRefused(
             WithValue(TIFFTAG_BITSPERSAMPLE, bits),
             std::to_string(bits) + " bits per sample; 1, 2, 4, 8 and 16 are accepted");
+    }
 
     ExpectRefused(WithValue(TIFFTAG_COMPRESSION, 6), StartsWith("compression 6 (old-style JPEG); none, "));
     ExpectRefused(WithValue(TIFFTAG_COMPRESSION, 34661), StartsWith("compression 34661 (JBIG); none, "));
@@ -96,9 +100,11 @@ TEST(Refusals, FormsThatNoSeparationHas)
         Edited([](TiffEditor& editor) { editor.Set(TIFFTAG_PREDICTOR, TIFF_SHORT, {2}); }, predicted),
         "predictor 2 of 4 bits per sample; 1, and 2 of 8 or 16 bits, are accepted");
     for (const std::uint16_t orientation : std::vector<std::uint16_t>{5, 6, 7, 8})
+    {
         ExpectRefused(
             WithValue(TIFFTAG_ORIENTATION, orientation),
             "orientation " + std::to_string(orientation) + "; 1 to 4 are accepted");
+    }
 }
 
 TEST(Refusals, SizesThatOverflow)

@@ -1,11 +1,12 @@
 // From the resolution that a file states to the one that a host computes from the header.
 
-#include "Delivery.h"
-#include "TiffEditor.h"
-#include "TiffMaker.h"
+#include "tests/layers/rasterfeed/Delivery.h"
+#include "tests/layers/rasterfeed/TiffEditor.h"
+#include "tests/layers/rasterfeed/TiffMaker.h"
+
+#include <gtest/gtest.h>
 
 #include <cstring>
-#include <gtest/gtest.h>
 #include <limits>
 
 namespace
@@ -24,7 +25,7 @@ namespace
         return bits;
     }
 
-    constexpr std::uint16_t noUnitTag = 0;
+    constexpr std::uint16_t NoUnitTag = 0;
 
     /// The resolution of a file of 2551 pixels across, in every way of writing numbers that TIFF has.
     void
@@ -41,8 +42,10 @@ namespace
                 form.bigTiff = bigTiff;
                 TiffEditor editor(MakeTiff(form, MixedSamples(8)));
                 editor.Set(TIFFTAG_XRESOLUTION, type, values);
-                if (unit != noUnitTag)
+                if (unit != NoUnitTag)
+                {
                     editor.Set(TIFFTAG_RESOLUTIONUNIT, TIFF_SHORT, {unit});
+                }
                 const Delivery delivery = Deliver(editor.Bytes());
                 ASSERT_TRUE(delivery.IsComplete());
                 EXPECT_DOUBLE_EQ(delivery.resolution, expected)
@@ -55,7 +58,7 @@ namespace
 TEST(Resolution, RatiosAreTakenExactly)
 {
     ExpectResolution(300, TIFF_RATIONAL, {300, 1}, RESUNIT_INCH);
-    ExpectResolution(300, TIFF_RATIONAL, {3000000, 10000}, noUnitTag);
+    ExpectResolution(300, TIFF_RATIONAL, {3000000, 10000}, NoUnitTag);
     ExpectResolution(72, TIFF_RATIONAL, {72, 1}, RESUNIT_INCH);
     ExpectResolution(50.8, TIFF_RATIONAL, {508, 10}, RESUNIT_INCH);
     ExpectResolution(1200.5, TIFF_RATIONAL, {2401, 2}, RESUNIT_INCH);

@@ -1,9 +1,10 @@
 // Rounding, where whole numbers could be off for a few values of many. The other depths are proved by whole files.
 #include "rasterfeed/SampleExpansion.h"
 
+#include <gtest/gtest.h>
+
 #include <cmath>
 #include <cstring>
-#include <gtest/gtest.h>
 
 TEST(SampleExpansion, SixteenBitsRoundToTheNearest)
 {

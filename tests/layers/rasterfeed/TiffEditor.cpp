@@ -1,9 +1,10 @@
 // Directories as bytes: read, changed and written again.
-#include "TiffEditor.h"
+#include "tests/layers/rasterfeed/TiffEditor.h"
+
+#include <tiffio.h>
 
 #include <algorithm>
 #include <stdexcept>
-#include <tiffio.h>
 #include <utility>
 
 namespace
@@ -38,10 +39,14 @@ void TiffEditor::Set(std::uint16_t tag, std::uint16_t type, const std::vector<st
     const bool rational = type == TIFF_RATIONAL || type == TIFF_SRATIONAL;
     std::string encoded;
     for (const std::uint64_t value : values)
+    {
         encoded += Encode(value, rational ? 4 : WidthOf(type));
+    }
     const std::uint64_t count = rational ? values.size() / 2 : values.size();
     if (encoded.size() <= word)
+    {
         encoded.resize(word);
+    }
     else
     {
         bytes.resize((bytes.size() + 7) / 8 * 8);
@@ -69,18 +74,24 @@ std::uint64_t TiffEditor::Get(std::uint16_t tag, std::size_t index) const
     for (const Entry& entry : entries)
     {
         if (entry.tag != tag)
+        {
             continue;
+        }
         const unsigned width = WidthOf(entry.type);
         std::string field = entry.field;
         std::uint64_t number = 0;
         if (entry.count * width > word)
         {
             for (unsigned i = 0; i < word; ++i)
+            {
                 number = number << 8 | static_cast<unsigned char>(field[bigEndian ? i : word - 1 - i]);
+            }
             return Number(number + index * width, width);
         }
         for (unsigned i = 0; i < width; ++i)
+        {
             number = number << 8 | static_cast<unsigned char>(field[index * width + (bigEndian ? i : width - 1 - i)]);
+        }
         return number;
     }
     throw std::out_of_range("no such tag");
@@ -92,7 +103,9 @@ std::string TiffEditor::Bytes() const
     const std::uint64_t directory = result.size();
     result += Encode(entries.size(), big ? 8 : 2);
     for (const Entry& entry : entries)
+    {
         result += Encode(entry.tag, 2) + Encode(entry.type, 2) + Encode(entry.count, word) + entry.field;
+    }
     result += Encode(next, word);
     return result.replace(big ? 8 : 4, word, Encode(directory, word));
 }
@@ -101,7 +114,9 @@ std::uint64_t TiffEditor::Number(std::size_t position, unsigned width) const
 {
     std::uint64_t number = 0;
     for (unsigned i = 0; i < width; ++i)
+    {
         number = number << 8 | static_cast<unsigned char>(bytes.at(position + (bigEndian ? i : width - 1 - i)));
+    }
     return number;
 }
 
@@ -109,7 +124,9 @@ std::string TiffEditor::Encode(std::uint64_t number, unsigned width) const
 {
     std::string encoded(width, '\0');
     for (unsigned i = 0; i < width; ++i)
+    {
         encoded[bigEndian ? width - 1 - i : i] = static_cast<char>(number >> 8 * i & 0xff);
+    }
     return encoded;
 }
 

@@ -1,11 +1,12 @@
 // libtiff's writer on a string, fed with samples packed by hand.
-#include "TiffMaker.h"
+#include "tests/layers/rasterfeed/TiffMaker.h"
+
+#include <tiffio.h>
 
 #include <algorithm>
 #include <cstring>
 #include <memory>
 #include <stdexcept>
-#include <tiffio.h>
 #include <vector>
 
 namespace
@@ -49,7 +50,9 @@ namespace
     void Require(bool success)
     {
         if (!success)
+        {
             throw std::runtime_error("libtiff cannot write this form");
+        }
     }
 
     /// Columns [left, left + count) of row y as libtiff wants them: packed from the highest bit down.
@@ -65,21 +68,27 @@ namespace
             const bool outside = x >= form.width || y >= form.height;
             std::uint32_t value = rule(std::min(x, form.width - 1), std::min(y, form.height - 1));
             if (outside)
+            {
                 value = ~value & ((1u << form.bits) - 1);
+            }
             if (form.bits == 16)
             {
                 const auto sample = static_cast<std::uint16_t>(value);
                 std::memcpy(&row[i * 2], &sample, 2);
             }
             else if (form.bits == 8)
+            {
                 row[i] = static_cast<unsigned char>(value);
+            }
             else
             {
                 for (unsigned bit = 0; bit < form.bits; ++bit)
                 {
                     const std::size_t at = std::size_t{i} * form.bits + bit;
                     if ((value >> (form.bits - 1 - bit) & 1) != 0)
+                    {
                         row[at / 8] = static_cast<unsigned char>(row[at / 8] | 0x80u >> at % 8);
+                    }
                 }
             }
         }
@@ -101,24 +110,38 @@ namespace
             TIFFSetField(tiff, TIFFTAG_NUMBEROFINKS, 1);
         }
         if (form.predictor != 0)
+        {
             TIFFSetField(tiff, TIFFTAG_PREDICTOR, form.predictor);
+        }
         if (form.faxOptions != 0)
+        {
             TIFFSetField(tiff, TIFFTAG_T4OPTIONS, form.faxOptions);
+        }
         if (form.fillOrder != 0)
+        {
             TIFFSetField(tiff, TIFFTAG_FILLORDER, form.fillOrder);
+        }
         if (form.orientation != 0)
+        {
             TIFFSetField(tiff, TIFFTAG_ORIENTATION, form.orientation);
+        }
         if (form.sampleFormat != 0)
+        {
             TIFFSetField(tiff, TIFFTAG_SAMPLEFORMAT, form.sampleFormat);
+        }
         if (form.subfileType != 0)
+        {
             TIFFSetField(tiff, TIFFTAG_SUBFILETYPE, form.subfileType);
+        }
         if (form.resolution != 0)
         {
             TIFFSetField(tiff, TIFFTAG_XRESOLUTION, form.resolution);
             TIFFSetField(tiff, TIFFTAG_YRESOLUTION, form.resolution);
         }
         if (form.compression == COMPRESSION_JPEG)
+        {
             TIFFSetField(tiff, TIFFTAG_JPEGQUALITY, 100);
+        }
         const std::uint16_t planes = form.planar == PLANARCONFIG_CONTIG ? 1 : form.samples;
         if (form.tileWidth == 0)
         {
@@ -172,7 +195,9 @@ namespace
             TIFFClose);
         Require(tiff != nullptr);
         for (const TiffForm& page : pages)
+        {
             WritePage(tiff.get(), page, rule);
+        }
         TIFFFlush(tiff.get());
         return sink.bytes;
     }
@@ -184,9 +209,13 @@ SampleRule MixedSamples(unsigned bits)
     {
         const std::uint32_t highest = (1u << bits) - 1;
         if (y % 7 == 0)
+        {
             return y % 2 == 0 ? highest : 0; // whole rows of one value
+        }
         if (x < 12)
+        {
             return (x + y) % 3 == 0 ? 0 : highest; // short runs
+        }
         return (x * 2654435761u + y * 40503u) >> 7 & highest;
     };
 }

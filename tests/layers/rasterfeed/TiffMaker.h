@@ -2,10 +2,11 @@
 // tests so that the fuzzer's seeds and the benchmarks are made of the same files.
 #pragma once
 
+#include <tiff.h>
+
 #include <cstdint>
 #include <functional>
 #include <string>
-#include <tiff.h>
 
 /// A single-ink TIFF in every form that the reader accepts, and in many that it does not.
 struct TiffForm

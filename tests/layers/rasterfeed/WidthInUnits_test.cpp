@@ -1,8 +1,9 @@
 // Resolutions through the two numbers and back.
 #include "rasterfeed/WidthInUnits.h"
 
-#include <cmath>
 #include <gtest/gtest.h>
+
+#include <cmath>
 
 namespace
 {
@@ -42,7 +43,9 @@ TEST(WidthInUnits, AnyResolutionComesBackWithinAThousandMillionth)
         const double resolution = (next() + 1) / (next() / 1000 + 1);
         const auto width = static_cast<std::uint32_t>(next() / 8) + 1;
         if (width / resolution > 2e9 || width / resolution < 1e-3)
+        {
             continue;
+        }
         ASSERT_NEAR(RoundTrip(width, resolution) / resolution, 1, 1e-9) << width << " pixels at " << resolution;
     }
 }

@@ -14,7 +14,7 @@ namespace
         std::wstring wide;
     };
 
-    const Pair pairs[] = {
+    const Pair Pairs[] = {
         {"empty", "", L""},
         {"ASCII, zero byte and DEL", std::string("a\0/\x7f", 4), std::wstring(L"a\0/\x7f", 4)},
         {"two, three and four bytes", "\xC3\xA4/\xE2\x82\xAC/\xF0\x9F\x96\xA8", L"\xE4/\x20AC/\x1F5A8"},
@@ -31,7 +31,7 @@ namespace
 
 TEST(WidePath, ConvertsBothWaysWithoutLoss)
 {
-    for (const Pair& pair : pairs)
+    for (const Pair& pair : Pairs)
     {
         EXPECT_EQ(Utf8ToWide(pair.bytes), pair.wide) << pair.remark;
         EXPECT_EQ(WideToUtf8(pair.wide), pair.bytes) << pair.remark;
@@ -41,15 +41,19 @@ TEST(WidePath, ConvertsBothWaysWithoutLoss)
 TEST(WidePath, EveryPairOfBytesComesBack)
 {
     for (int first = 0; first < 256; ++first)
+    {
         for (int second = 0; second < 256; ++second)
         {
             const std::string name = {static_cast<char>(first), static_cast<char>(second)};
             ASSERT_EQ(WideToUtf8(Utf8ToWide(name)), name) << first << ' ' << second;
         }
+    }
 }
 
 TEST(WidePath, UnitForNoByteAndNoCharacterIsRefused)
 {
     for (const wchar_t unit : {L'\xD800', L'\xDC7F', L'\xDD00', L'\x110000', static_cast<wchar_t>(-1)})
+    {
         EXPECT_THROW(WideToUtf8(std::wstring(1, unit)), std::range_error) << static_cast<long>(unit);
+    }
 }

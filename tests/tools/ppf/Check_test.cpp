@@ -1,16 +1,16 @@
 #include "ppf/Check.h"
+#include "ppf/FileMap.h"
+#include "tests/tools/ppf/Files.h"
+
+#include <gmock/gmock.h>
 
 #include <cstdio>
 #include <fstream>
 #include <system_error>
 
-#include <gmock/gmock.h>
 #include <unistd.h>
 
-#include "Files.h"
-#include "ppf/FileMap.h"
-
-namespace ppf::test
+namespace Ppf::Test
 {
     namespace
     {
@@ -18,7 +18,7 @@ namespace ppf::test
         using testing::HasSubstr;
         using testing::IsEmpty;
 
-        std::vector<std::string> Findings(const std::string& bytes, CheckDepth depth = CheckDepth::everything)
+        std::vector<std::string> Findings(const std::string& bytes, CheckDepth depth = CheckDepth::Everything)
         {
             std::vector<std::string> texts;
             for (const Finding& finding : Check(bytes, depth))
@@ -36,7 +36,7 @@ namespace ppf::test
         TEST(Check, WellFormedFileHasNoFindings)
         {
             EXPECT_THAT(Findings(TwoSheets()), IsEmpty());
-            EXPECT_THAT(Findings(TwoSheets(), CheckDepth::structure), IsEmpty());
+            EXPECT_THAT(Findings(TwoSheets(), CheckDepth::Structure), IsEmpty());
             EXPECT_THAT(Findings(Header() + Closing()), IsEmpty());
         }
 
@@ -71,27 +71,27 @@ namespace ppf::test
             EXPECT_THAT(
                 Findings(Damaged(1230, "g")), ElementsAre("1230: ASCIIHex data holds a character that is no digit"));
             // Decoding is what the cheap check leaves out.
-            EXPECT_THAT(Findings(Damaged(1232, "fe"), CheckDepth::structure), IsEmpty());
+            EXPECT_THAT(Findings(Damaged(1232, "fe"), CheckDepth::Structure), IsEmpty());
         }
 
         TEST(Check, EndMarksAreAskedForWithoutDecoding)
         {
             EXPECT_THAT(
-                Findings(Damaged(1244, "0"), CheckDepth::structure),
+                Findings(Damaged(1244, "0"), CheckDepth::Structure),
                 ElementsAre("1245: ASCIIHex data has no end mark \">\""));
             const auto file = [](const std::string& compression, const std::string& encoding, const std::string& data)
             { return FrontOf("(K)", Separation(6, 1, compression, encoding, data)); };
             EXPECT_THAT(
-                Findings(file("None", "ASCII85Decode", "!<N?+"), CheckDepth::structure),
+                Findings(file("None", "ASCII85Decode", "!<N?+"), CheckDepth::Structure),
                 ElementsAre(HasSubstr("ASCII85 data has no end mark")));
             EXPECT_THAT(
-                Findings(file("None", "Binary", "abc"), CheckDepth::structure),
+                Findings(file("None", "Binary", "abc"), CheckDepth::Structure),
                 ElementsAre(HasSubstr("preview has 3 bytes of data, but 6 x 1 pixels need 6")));
             EXPECT_THAT(
-                Findings(file("None", "Binary", "abcdefgh"), CheckDepth::structure),
+                Findings(file("None", "Binary", "abcdefgh"), CheckDepth::Structure),
                 ElementsAre(HasSubstr("preview has 8 bytes of data, but 6 x 1 pixels need 6")));
             EXPECT_THAT(
-                Findings(file("RunLengthDecode", "Binary", "\x05zz"), CheckDepth::structure),
+                Findings(file("RunLengthDecode", "Binary", "\x05zz"), CheckDepth::Structure),
                 ElementsAre(HasSubstr("RunLengthDecode data does not lead to the end of its section")));
         }
 
@@ -147,7 +147,7 @@ namespace ppf::test
             const std::string path = testing::TempDir() + "filemap-" + std::to_string(getpid());
             std::ofstream(path, std::ios::binary) << TwoSheets();
             EXPECT_EQ(FileMap(path).Bytes(), TwoSheets());
-            EXPECT_THAT(CheckFile(path, CheckDepth::everything), IsEmpty());
+            EXPECT_THAT(CheckFile(path, CheckDepth::Everything), IsEmpty());
             std::ofstream(path, std::ios::binary | std::ios::trunc);
             EXPECT_EQ(FileMap(path).Bytes(), "");
             std::remove(path.c_str());

@@ -1,13 +1,12 @@
+#include "ppf/Check.h"
 #include "ppf/DocumentReader.h"
-
-#include <functional>
+#include "tests/tools/ppf/Files.h"
 
 #include <gmock/gmock.h>
 
-#include "Files.h"
-#include "ppf/Check.h"
+#include <functional>
 
-namespace ppf::test
+namespace Ppf::Test
 {
     namespace
     {
@@ -16,7 +15,7 @@ namespace ppf::test
         using testing::IsEmpty;
         using testing::StartsWith;
 
-        const std::string blackHex = Separation(2, 1, "None", "ASCIIHexDecode", "00ff>");
+        const std::string BlackHex = Separation(2, 1, "None", "ASCIIHexDecode", "00ff>");
 
         std::string Replaced(std::string text, const std::string& from, const std::string& to)
         {
@@ -57,7 +56,7 @@ namespace ppf::test
             EXPECT_EQ(sheet.Extent(), "2 inch 1 inch");
             EXPECT_THAT(sheet.Parameters(), IsEmpty());
             EXPECT_EQ(document.sheets[1].offset, 1313u);
-            EXPECT_EQ(document.sheets[1].surfaces[0].side, Side::back);
+            EXPECT_EQ(document.sheets[1].surfaces[0].side, Side::Back);
 
             ASSERT_EQ(sheet.surfaces.size(), 1u);
             ASSERT_EQ(sheet.surfaces[0].previews.size(), 1u);
@@ -72,12 +71,12 @@ namespace ppf::test
         {
             for (const std::string lineEnd : {"\r", "\r\n", "\n\n", " \t\r\n"})
             {
-                const std::string bytes = ReplacedAll(FrontOf("(Black)", blackHex), "\n", lineEnd);
+                const std::string bytes = ReplacedAll(FrontOf("(Black)", BlackHex), "\n", lineEnd);
                 const Document document = ReadDocument(bytes);
                 ASSERT_EQ(Text(document.damage), "") << testing::PrintToString(lineEnd);
                 const Surface& surface = document.sheets.at(0).surfaces.at(0);
                 EXPECT_EQ(Rows(document, surface.previews.at(0)), "00ff") << testing::PrintToString(lineEnd);
-                EXPECT_THAT(Check(document, CheckDepth::everything), IsEmpty());
+                EXPECT_THAT(Check(document, CheckDepth::Everything), IsEmpty());
             }
         }
 
@@ -122,17 +121,17 @@ namespace ppf::test
         {
             const std::string four =
                 Separation(1, 1, "None", "ASCIIHexDecode", "01020304>", "/CIP3PreviewImageComponents 4 def\n");
-            const std::string ownNames = FrontOf("/C (M) <59> (Black \\101)(Gold)", four + blackHex);
+            const std::string ownNames = FrontOf("/C (M) <59> (Black \\101)(Gold)", four + BlackHex);
             EXPECT_THAT(
                 ReadDocument(ownNames).sheets[0].surfaces[0].previews[0].inks, ElementsAre("C", "M", "Y", "Black A"));
             EXPECT_THAT(ReadDocument(ownNames).sheets[0].surfaces[0].previews[1].inks, ElementsAre("Gold"));
 
             const std::string ofSheet = Replaced(
-                Replaced(FrontOf("X", blackHex), "/CIP3AdmSeparationNames [X] def\n", ""), "CIP3BeginFront",
+                Replaced(FrontOf("X", BlackHex), "/CIP3AdmSeparationNames [X] def\n", ""), "CIP3BeginFront",
                 "/CIP3AdmSeparationNames [ (Gold) ] def CIP3BeginFront");
             EXPECT_THAT(ReadDocument(ofSheet).sheets[0].surfaces[0].previews[0].inks, ElementsAre("Gold"));
 
-            const std::string noNames = FrontOf("", blackHex + four);
+            const std::string noNames = FrontOf("", BlackHex + four);
             EXPECT_THAT(ReadDocument(noNames).sheets[0].surfaces[0].previews[0].inks, ElementsAre("Separation 1"));
             EXPECT_THAT(
                 ReadDocument(noNames).sheets[0].surfaces[0].previews[1].inks,
@@ -214,7 +213,7 @@ namespace ppf::test
 
         TEST(DocumentReader, DamageIsToldByWhatAndWhere)
         {
-            const std::string good = FrontOf("(K)", blackHex);
+            const std::string good = FrontOf("(K)", BlackHex);
             const auto at = [&](const std::string& text) { return std::to_string(good.find(text)); };
             const std::tuple<std::string, std::string, std::string> cases[] = {
                 {"%!PS", "PS!%", "0: not a print production file"},
@@ -256,7 +255,7 @@ namespace ppf::test
         /// Names that are operands of some word, wherever PostScript may have them.
         TEST(DocumentReader, NameThatIsNoKeyDoesNotEndTheReading)
         {
-            const std::string good = FrontOf("(K)", blackHex);
+            const std::string good = FrontOf("(K)", BlackHex);
             for (const std::string text :
                  {"CIP3BeginRegisterMarks 5 mm 9 mm 0 /cross&circle CIP3PlaceRegisterMark\n"
                   "/CIP3AdmJobName { CIP3EndRegisterMarks } pop CIP3EndRegisterMarks\n",
@@ -280,7 +279,7 @@ namespace ppf::test
             {
                 names += "/a b ";
             }
-            const std::string bytes = FrontOf("(K)", names + blackHex);
+            const std::string bytes = FrontOf("(K)", names + BlackHex);
             EXPECT_EQ(Text(ReadDocument(bytes).damage), "");
         }
 
@@ -304,7 +303,7 @@ namespace ppf::test
                 const Document document = ReadDocument(bytes);
                 ASSERT_TRUE(document.damage) << "cut at " << size;
                 EXPECT_LE(document.damage->offset, size);
-                EXPECT_FALSE(Check(document, CheckDepth::everything).empty()) << "cut at " << size;
+                EXPECT_FALSE(Check(document, CheckDepth::Everything).empty()) << "cut at " << size;
             }
         }
 
@@ -318,8 +317,8 @@ namespace ppf::test
             const std::string bytes = Header() + sheets + Closing();
             const Document document = ReadDocument(bytes);
             EXPECT_THAT(Text(document.damage), HasSubstr("more sections and entries than any job"));
-            EXPECT_LT(document.sheets.capacity() * sizeof(Sheet), usualMemory);
-            EXPECT_EQ(Text(ReadDocument(bytes, anyMemory).damage), "");
+            EXPECT_LT(document.sheets.capacity() * sizeof(Sheet), UsualMemory);
+            EXPECT_EQ(Text(ReadDocument(bytes, AnyMemory).damage), "");
         }
 
         TEST(DocumentReader, LargeJobIsRead)

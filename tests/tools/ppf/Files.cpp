@@ -1,8 +1,8 @@
-#include "Files.h"
+#include "tests/tools/ppf/Files.h"
 
 #include "ppf/ScanLineReader.h"
 
-namespace ppf::test
+namespace Ppf::Test
 {
     namespace
     {
@@ -117,7 +117,7 @@ namespace ppf::test
 
     std::string Rows(const Document& document, const Preview& preview)
     {
-        constexpr char digits[] = "0123456789abcdef";
+        constexpr char Digits[] = "0123456789abcdef";
         std::string text;
         ScanLineReader rows(document, preview);
         while (const unsigned char* row = rows.Next())
@@ -125,8 +125,8 @@ namespace ppf::test
             text += text.empty() ? "" : "/";
             for (std::uint64_t i = 0; i < preview.RowSamples(); ++i)
             {
-                text += digits[row[i] >> 4];
-                text += digits[row[i] & 15];
+                text += Digits[row[i] >> 4];
+                text += Digits[row[i] & 15];
             }
         }
         return text;

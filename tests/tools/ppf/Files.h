@@ -2,11 +2,11 @@
 // parts to make others of.
 #pragma once
 
-#include <string>
-
 #include "ppf/Document.h"
 
-namespace ppf::test
+#include <string>
+
+namespace Ppf::Test
 {
     /// A complete file of 2039 bytes: a job of two sheets, S1 with a front and S2 with a back, each with one separation
     /// of 4 x 2 pixels whose rows are FF FF FF FF and 00 00 FF 7F.

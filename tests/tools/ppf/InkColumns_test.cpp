@@ -1,11 +1,10 @@
+#include "ppf/DocumentReader.h"
 #include "ppf/InkColumns.h"
+#include "tests/tools/ppf/Files.h"
 
 #include <gmock/gmock.h>
 
-#include "Files.h"
-#include "ppf/DocumentReader.h"
-
-namespace ppf::test
+namespace Ppf::Test
 {
     namespace
     {
@@ -13,7 +12,7 @@ namespace ppf::test
         using testing::ElementsAre;
         using testing::SizeIs;
 
-        constexpr double exact = 1e-12;
+        constexpr double Exact = 1e-12;
 
         Measurement MeasureOf(const std::string& separation)
         {
@@ -28,7 +27,7 @@ namespace ppf::test
             const Measurement measurement = MeasureOf(Separation(4, 2, "None", "ASCIIHexDecode", "ffffffff 0000ff7f>"));
             ASSERT_THAT(measurement.inks, SizeIs(1));
             EXPECT_THAT(measurement.inks[0].sums, ElementsAre(255u, 255u, 510u, 382u));
-            EXPECT_THAT(measurement.inks[0].Coverage(), DoubleNear(1402.0 / (8 * 255) * 100, exact));
+            EXPECT_THAT(measurement.inks[0].Coverage(), DoubleNear(1402.0 / (8 * 255) * 100, Exact));
             EXPECT_EQ(measurement.inks[0].Coverage(), measurement.inks[0].Zones(EdgesOfEqualZones(4, 1))[0]);
         }
 
@@ -38,11 +37,11 @@ namespace ppf::test
             const InkColumns ink = {{0, 510, 0}, 2};
             EXPECT_THAT(
                 ink.Zones(EdgesOfEqualZones(3, 2)),
-                ElementsAre(DoubleNear(100.0 / 3, exact), DoubleNear(100.0 / 3, exact)));
+                ElementsAre(DoubleNear(100.0 / 3, Exact), DoubleNear(100.0 / 3, Exact)));
             // More zones than columns: thirds of a column.
             EXPECT_THAT(
                 ink.Zones(EdgesOfEqualZones(3, 9)),
-                ElementsAre(0, 0, 0, DoubleNear(100, exact), DoubleNear(100, exact), DoubleNear(100, exact), 0, 0, 0));
+                ElementsAre(0, 0, 0, DoubleNear(100, Exact), DoubleNear(100, Exact), DoubleNear(100, Exact), 0, 0, 0));
         }
 
         TEST(InkColumns, LastZoneOfAWidthMayBeNarrower)
@@ -85,9 +84,9 @@ namespace ppf::test
         {
             const auto wide = [](int width)
             {
-                constexpr int run = 128;
+                constexpr int Run = 128;
                 std::string tokens;
-                for (int column = 0; column < width; column += run)
+                for (int column = 0; column < width; column += Run)
                 {
                     tokens += "81ff";
                 }

@@ -1,4 +1,4 @@
-#include "Jpeg.h"
+#include "tests/tools/ppf/Jpeg.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -6,7 +6,7 @@
 
 #include <jpeglib.h>
 
-namespace ppf::test
+namespace Ppf::Test
 {
     std::string FlatJpeg(unsigned width, unsigned height, unsigned components, unsigned char value, bool progressive)
     {

@@ -1,16 +1,15 @@
+#include "ppf/DocumentReader.h"
+#include "ppf/InkColumns.h"
 #include "ppf/Pictures.h"
-
-#include <sstream>
+#include "ppf/PngWriter.h"
+#include "tests/tools/ppf/Files.h"
 
 #include <gmock/gmock.h>
 #include <png.h>
 
-#include "Files.h"
-#include "ppf/DocumentReader.h"
-#include "ppf/InkColumns.h"
-#include "ppf/PngWriter.h"
+#include <sstream>
 
-namespace ppf::test
+namespace Ppf::Test
 {
     namespace
     {
@@ -26,7 +25,7 @@ namespace ppf::test
         };
 
         /// One picture, 1 2 3 over 4 5 6, as it is stored in each of the eight orientations.
-        constexpr Lie lies[] = {
+        constexpr Lie Lies[] = {
             {"3 0 0 -2 0 2", 3, 2, "010203 040506>"},  {"3 0 0 2 0 0", 3, 2, "040506 010203>"},
             {"-3 0 0 -2 3 2", 3, 2, "030201 060504>"}, {"-3 0 0 2 3 0", 3, 2, "060504 030201>"},
             {"0 3 2 0 0 0", 2, 3, "0401 0502 0603>"},  {"0 3 -2 0 2 0", 2, 3, "0104 0205 0306>"},
@@ -44,7 +43,7 @@ namespace ppf::test
 
         TEST(Pictures, AllEightOrientationsComeOutUpright)
         {
-            for (const Lie& lie : lies)
+            for (const Lie& lie : Lies)
             {
                 const std::string bytes = FileOf(lie);
                 const Document document = ReadDocument(bytes);
@@ -79,7 +78,7 @@ namespace ppf::test
         TEST(PngWriter, PictureReadsBackWithItsResolution)
         {
             std::ostringstream stream;
-            PngWriter writer(stream, 3, 2, PngWriter::Colours::grey, Resolution{254, 508});
+            PngWriter writer(stream, 3, 2, PngWriter::Colours::Grey, Resolution{254, 508});
             const unsigned char rows[] = {1, 2, 3, 4, 5, 6};
             writer.WriteRow(rows);
             writer.WriteRow(rows + 3);
@@ -103,7 +102,7 @@ namespace ppf::test
         {
             std::ostringstream stream;
             stream.setstate(std::ios::badbit);
-            EXPECT_THROW(PngWriter(stream, 1, 1, PngWriter::Colours::grey, std::nullopt), std::runtime_error);
+            EXPECT_THROW(PngWriter(stream, 1, 1, PngWriter::Colours::Grey, std::nullopt), std::runtime_error);
         }
     }
 }

@@ -1,18 +1,18 @@
 // Passing over run-length data in lanes, held against a walk of one token after the other.
 
-#include <random>
-#include <string>
+#include "ppf/RunLengthLanes.h"
 
 #include <gtest/gtest.h>
 
-#include "ppf/RunLengthLanes.h"
+#include <random>
+#include <string>
 
-namespace ppf::test
+namespace Ppf::Test
 {
     namespace
     {
-        constexpr char endMark = '\x80';
-        constexpr std::uint64_t unbounded = std::uint64_t{1} << 60;
+        constexpr char EndMark = '\x80';
+        constexpr std::uint64_t Unbounded = std::uint64_t{1} << 60;
 
         /// Tokens of every kind, end marks among the literal bytes; long runs are as rare as in a picture with grain.
         std::string GrainyTokens(std::size_t size)
@@ -41,7 +41,7 @@ namespace ppf::test
             while (at < place.at)
             {
                 const auto length = static_cast<unsigned char>(tokens[at]);
-                ASSERT_NE(tokens[at], endMark) << "passed at " << at;
+                ASSERT_NE(tokens[at], EndMark) << "passed at " << at;
                 passed += length < 128 ? length + 1u : 257u - length;
                 at += length < 128 ? length + 2u : 2u;
             }
@@ -53,7 +53,7 @@ namespace ppf::test
         {
             for (const std::string& tokens : {GrainyTokens(1500000), std::string(1500000, '\x81')})
             {
-                const RunLengthPlace place = PassTokens(tokens, 0, unbounded);
+                const RunLengthPlace place = PassTokens(tokens, 0, Unbounded);
                 ExpectIsPlace(place, tokens, 0);
                 EXPECT_GT(place.at, tokens.size() - 40000);
             }
@@ -63,8 +63,8 @@ namespace ppf::test
         {
             std::string tokens = GrainyTokens(150000);
             const std::size_t end = tokens.size();
-            tokens += endMark + GrainyTokens(150000);
-            const RunLengthPlace atMark = PassTokens(tokens, 0, unbounded);
+            tokens += EndMark + GrainyTokens(150000);
+            const RunLengthPlace atMark = PassTokens(tokens, 0, Unbounded);
             ExpectIsPlace(atMark, tokens, 0);
             EXPECT_LE(atMark.at, end);
             EXPECT_GT(atMark.at, end - 70000);
@@ -81,7 +81,7 @@ namespace ppf::test
         {
             // Literals of one byte, each a zero: lanes begin at odd places behind the first token, and stay there.
             const std::string tokens = std::string("\x01xy", 3) + std::string(200000, '\0');
-            const RunLengthPlace place = PassTokens(tokens, 0, unbounded);
+            const RunLengthPlace place = PassTokens(tokens, 0, Unbounded);
             ExpectIsPlace(place, tokens, 0);
             EXPECT_GT(place.at, tokens.size() - 70000);
         }

@@ -1,12 +1,11 @@
+#include "ppf/DocumentReader.h"
 #include "ppf/ScanLineReader.h"
+#include "tests/tools/ppf/Files.h"
+#include "tests/tools/ppf/Jpeg.h"
 
 #include <gmock/gmock.h>
 
-#include "Files.h"
-#include "Jpeg.h"
-#include "ppf/DocumentReader.h"
-
-namespace ppf::test
+namespace Ppf::Test
 {
     namespace
     {
@@ -44,9 +43,9 @@ namespace ppf::test
         TEST(ScanLineReader, RunsMayCrossRowsAndBlocks)
         {
             // 400 x 1000 pixels, more than one pull through the decoders, in runs of 128 that no row begins with.
-            constexpr std::size_t size = 400 * 1000;
+            constexpr std::size_t Size = 400 * 1000;
             std::string tokens;
-            for (std::size_t i = 0; i < size / 128; ++i)
+            for (std::size_t i = 0; i < Size / 128; ++i)
             {
                 tokens += '\x81';
                 tokens += static_cast<char>(i & 0xFF);
@@ -63,7 +62,7 @@ namespace ppf::test
                     ASSERT_EQ(row[x], pixel / 128 & 0xFF) << "pixel " << pixel;
                 }
             }
-            EXPECT_EQ(pixel, size);
+            EXPECT_EQ(pixel, Size);
             EXPECT_EQ(reader.CountExcess(), 0u);
         }
 

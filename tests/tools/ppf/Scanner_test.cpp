@@ -1,12 +1,11 @@
+#include "ppf/Failure.h"
+#include "ppf/Number.h"
 #include "ppf/Scanner.h"
+#include "ppf/StringLiteral.h"
 
 #include <gmock/gmock.h>
 
-#include "ppf/Failure.h"
-#include "ppf/Number.h"
-#include "ppf/StringLiteral.h"
-
-namespace ppf::test
+namespace Ppf::Test
 {
     namespace
     {
@@ -16,7 +15,7 @@ namespace ppf::test
         {
             std::vector<std::string> texts;
             Scanner scanner(bytes);
-            for (Token token = scanner.Next(); token.kind != TokenKind::end; token = scanner.Next())
+            for (Token token = scanner.Next(); token.kind != TokenKind::End; token = scanner.Next())
             {
                 texts.emplace_back(token.text);
             }

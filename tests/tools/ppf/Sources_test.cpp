@@ -1,17 +1,17 @@
 // The decoders of preview data, each on hand-made data first, then on long data cut into reads of every size.
 
-#include <algorithm>
-#include <random>
-
-#include <gmock/gmock.h>
-
 #include "ppf/ASCII85Source.h"
 #include "ppf/ASCIIHexSource.h"
 #include "ppf/BinarySource.h"
 #include "ppf/Failure.h"
 #include "ppf/RunLengthSource.h"
 
-namespace ppf::test
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <random>
+
+namespace Ppf::Test
 {
     namespace
     {

@@ -1,21 +1,21 @@
 // What the program writes beside its output: pictures and the report.
 
-#include <filesystem>
+#include "ppfinfo/OutputFile.h"
+#include "tests/tools/ppf/Files.h"
+#include "tests/tools/ppfinfo/Program.h"
 
 #include <gmock/gmock.h>
 #include <png.h>
 
-#include "Files.h"
-#include "Program.h"
-#include "ppfinfo/OutputFile.h"
+#include <filesystem>
 
-namespace ppfinfo::test
+namespace PpfInfo::Test
 {
     namespace
     {
-        using ppf::test::FrontOf;
-        using ppf::test::Separation;
-        using ppf::test::TwoSheets;
+        using Ppf::Test::FrontOf;
+        using Ppf::Test::Separation;
+        using Ppf::Test::TwoSheets;
         using testing::ElementsAre;
         using testing::HasSubstr;
         using testing::IsEmpty;
@@ -214,15 +214,15 @@ namespace ppfinfo::test
             namespace fs = std::filesystem;
             const Folder folder;
             const std::string target = folder.Write("target", "old");
-            constexpr fs::perms onlyOwner = fs::perms::owner_read | fs::perms::owner_write;
-            fs::permissions(target, onlyOwner);
+            constexpr fs::perms OnlyOwner = fs::perms::owner_read | fs::perms::owner_write;
+            fs::permissions(target, OnlyOwner);
             fs::create_symlink("target", folder.Path("link"));
             OutputFile file(folder.Path("link"));
             file.Stream() << "new";
             file.Commit();
             EXPECT_TRUE(fs::is_symlink(folder.Path("link")));
             EXPECT_EQ(folder.Read("target"), "new");
-            EXPECT_EQ(fs::status(target).permissions(), onlyOwner);
+            EXPECT_EQ(fs::status(target).permissions(), OnlyOwner);
             EXPECT_THAT(folder.Names(), ElementsAre("link", "target"));
         }
 

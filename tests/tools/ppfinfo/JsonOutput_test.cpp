@@ -1,17 +1,17 @@
+#include "tests/tools/ppf/Files.h"
+#include "tests/tools/ppfinfo/Program.h"
+
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
-#include "Files.h"
-#include "Program.h"
-
-namespace ppfinfo::test
+namespace PpfInfo::Test
 {
     namespace
     {
         using Json = nlohmann::ordered_json;
-        using ppf::test::FrontOf;
-        using ppf::test::Separation;
-        using ppf::test::TwoSheets;
+        using Ppf::Test::FrontOf;
+        using Ppf::Test::Separation;
+        using Ppf::Test::TwoSheets;
 
         Json JsonOf(const std::string& bytes, std::vector<std::string> arguments = {})
         {

@@ -1,4 +1,9 @@
-#include "Program.h"
+#include "tests/tools/ppfinfo/Program.h"
+
+#include "ppfinfo/Options.h"
+#include "ppfinfo/Run.h"
+
+#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -6,23 +11,19 @@
 #include <iterator>
 #include <sstream>
 
-#include <gtest/gtest.h>
 #include <unistd.h>
 
-#include "ppfinfo/Options.h"
-#include "ppfinfo/Run.h"
-
-namespace ppfinfo::test
+namespace PpfInfo::Test
 {
     Folder::Folder()
-        : m_path(testing::TempDir() + "ppfinfo-XXXXXX")
+        : path(testing::TempDir() + "ppfinfo-XXXXXX")
     {
-        EXPECT_NE(mkdtemp(m_path.data()), nullptr);
+        EXPECT_NE(mkdtemp(path.data()), nullptr);
     }
 
     Folder::~Folder()
     {
-        std::filesystem::remove_all(m_path);
+        std::filesystem::remove_all(path);
     }
 
     std::string Folder::Write(const std::string& name, const std::string& bytes) const
@@ -40,7 +41,7 @@ namespace ppfinfo::test
     std::vector<std::string> Folder::Names() const
     {
         std::vector<std::string> names;
-        for (const auto& entry : std::filesystem::directory_iterator(m_path))
+        for (const auto& entry : std::filesystem::directory_iterator(path))
         {
             names.push_back(entry.path().filename().string());
         }
@@ -56,17 +57,17 @@ namespace ppfinfo::test
             argv.push_back(argument.c_str());
         }
         const CommandLine line = ReadCommandLine(static_cast<int>(argv.size()), argv.data());
-        if (line.outcome == CommandLine::Outcome::answer)
+        if (line.outcome == CommandLine::Outcome::Answer)
         {
             return {0, line.text, ""};
         }
-        if (line.outcome == CommandLine::Outcome::usageError)
+        if (line.outcome == CommandLine::Outcome::UsageError)
         {
-            return {usageError, "", line.text};
+            return {UsageError, "", line.text};
         }
         std::ostringstream out;
         std::ostringstream errors;
-        const int status = ppfinfo::Run(line.options, out, errors);
+        const int status = PpfInfo::Run(line.options, out, errors);
         return {status, out.str(), errors.str()};
     }
 

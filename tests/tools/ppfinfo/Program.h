@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-namespace ppfinfo::test
+namespace PpfInfo::Test
 {
     struct Outcome
     {
@@ -22,14 +22,14 @@ namespace ppfinfo::test
         Folder(const Folder&) = delete;
         Folder& operator=(const Folder&) = delete;
 
-        std::string Path(const std::string& name) const { return m_path + "/" + name; }
+        std::string Path(const std::string& name) const { return path + "/" + name; }
         std::string Write(const std::string& name, const std::string& bytes) const;
         std::string Read(const std::string& name) const;
         /// Names of what is in it, sorted.
         std::vector<std::string> Names() const;
 
     private:
-        std::string m_path;
+        std::string path;
     };
 
     /// The program with these arguments.

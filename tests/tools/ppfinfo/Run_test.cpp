@@ -1,20 +1,20 @@
 // The program as a whole: what stands on standard output, the one error line, and the exit status.
 
+#include "ppfinfo/Run.h"
+#include "tests/tools/ppf/Files.h"
+#include "tests/tools/ppfinfo/Program.h"
+
 #include <gmock/gmock.h>
 
 #include <sstream>
 
-#include "Files.h"
-#include "Program.h"
-#include "ppfinfo/Run.h"
-
-namespace ppfinfo::test
+namespace PpfInfo::Test
 {
     namespace
     {
-        using ppf::test::FrontOf;
-        using ppf::test::Separation;
-        using ppf::test::TwoSheets;
+        using Ppf::Test::FrontOf;
+        using Ppf::Test::Separation;
+        using Ppf::Test::TwoSheets;
         using testing::ElementsAre;
         using testing::HasSubstr;
         using testing::Not;
@@ -201,7 +201,7 @@ namespace ppfinfo::test
             std::ostringstream out;
             out.setstate(std::ios::badbit);
             std::ostringstream errors;
-            EXPECT_EQ(ppfinfo::Run(options, out, errors), failure);
+            EXPECT_EQ(PpfInfo::Run(options, out, errors), Failure);
             EXPECT_EQ(errors.str(), "ppfinfo: error: cannot write to standard output\n");
         }
     }

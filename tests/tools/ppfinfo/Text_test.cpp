@@ -1,14 +1,13 @@
-#include "ppfinfo/Text.h"
-
-#include <cmath>
-
-#include <gmock/gmock.h>
-
 #include "ppfinfo/InkColours.h"
+#include "ppfinfo/Text.h"
 #include "ppfinfo/ZoneChart.h"
 #include "ppfinfo/ZoneChoice.h"
 
-namespace ppfinfo::test
+#include <gmock/gmock.h>
+
+#include <cmath>
+
+namespace PpfInfo::Test
 {
     namespace
     {
@@ -85,11 +84,11 @@ namespace ppfinfo::test
 
         TEST(InkColours, InksMultiply)
         {
-            constexpr Colour white = {255, 255, 255};
+            constexpr Colour White = {255, 255, 255};
             const Colour cyan = {0, 174, 239};
-            EXPECT_EQ(HexOf(Printed(white, cyan, 0)), "#ffffff");
-            EXPECT_EQ(HexOf(Printed(white, cyan, 255)), "#00aeef");
-            EXPECT_EQ(HexOf(Printed(Printed(white, cyan, 255), {255, 242, 0}, 255)), "#00a500");
+            EXPECT_EQ(HexOf(Printed(White, cyan, 0)), "#ffffff");
+            EXPECT_EQ(HexOf(Printed(White, cyan, 255)), "#00aeef");
+            EXPECT_EQ(HexOf(Printed(Printed(White, cyan, 255), {255, 242, 0}, 255)), "#00a500");
         }
 
         TEST(ZoneChart, TopIsTheNextRoundPerCent)

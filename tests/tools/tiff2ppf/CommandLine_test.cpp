@@ -1,5 +1,4 @@
 #include "tiff2ppf/CommandLine.h"
-
 #include "tiff2ppf/Failure.h"
 #include "tiff2ppf/Paths.h"
 
@@ -127,7 +126,9 @@ namespace
              "sheet 2: the sheet name is empty"},
         };
         for (const Fault& fault : faults)
+        {
             EXPECT_THAT(FaultOf(fault.arguments), HasSubstr(fault.said));
+        }
     }
 
     TEST(CommandLine, LimitOfASheetNameHoldsForItsEscapedForm)

@@ -1,6 +1,5 @@
+#include "tests/tools/tiff2ppf/Folder.h"
 #include "tiff2ppf/Conversion.h"
-
-#include "Folder.h"
 #include "tiff2ppf/Failure.h"
 
 #include <gmock/gmock.h>
@@ -18,7 +17,7 @@ namespace
     class ConversionTest : public ::testing::Test
     {
     protected:
-        ConversionTest() { m_settings.output = m_folder / "out.ppf"; }
+        ConversionTest() { settings.output = folder / "out.ppf"; }
 
         /// Adds a sheet with a front of these files, each under its own name.
         Sheet& AddSheet(const std::string& name, const std::vector<std::string>& files)
@@ -27,22 +26,24 @@ namespace
             sheet.jobName = "J";
             sheet.sheetName = name;
             for (const std::string& file : files)
-                sheet.front.push_back({file, m_folder / file});
-            m_job.sheets.push_back(sheet);
-            return m_job.sheets.back();
+            {
+                sheet.front.push_back({file, folder / file});
+            }
+            job.sheets.push_back(sheet);
+            return job.sheets.back();
         }
 
         std::string Convert()
         {
             std::ostringstream messages;
-            Tiff2Ppf::Convert(m_job, m_settings, messages);
+            Tiff2Ppf::Convert(job, settings, messages);
             return messages.str();
         }
 
         /// The text of the failure of a conversion, which has to leave the folder as it was.
         std::string FaultOfConversion()
         {
-            const std::vector<std::string> before = m_folder.Names();
+            const std::vector<std::string> before = folder.Names();
             std::string fault = "no fault";
             try
             {
@@ -52,18 +53,18 @@ namespace
             {
                 fault = error.what();
             }
-            EXPECT_EQ(m_folder.Names(), before);
+            EXPECT_EQ(folder.Names(), before);
             return fault;
         }
 
-        Tiff2PpfTests::Folder m_folder;
-        Job m_job;
-        ConversionSettings m_settings;
+        Tiff2PpfTests::Folder folder;
+        Job job;
+        ConversionSettings settings;
     };
 
     TEST_F(ConversionTest, NamesAndValuesReachTheFile)
     {
-        m_folder.WriteTiff("k");
+        folder.WriteTiff("k");
         Sheet& sheet = AddSheet("a (b) \\", {"k"});
         sheet.jobName = "J)";
         sheet.front.front().name = "Black (";
@@ -75,50 +76,52 @@ namespace
             {"Measure", Measure{Number(std::int32_t{135}), "g"}},
             {"Length", Measure{Number(12.5), "mm"}},
         };
-        m_job.compression = Compression::CIP3CompressionNone;
-        m_job.encoding = Encoding::CIP3EncodingASCIIHex;
+        job.compression = Compression::CIP3CompressionNone;
+        job.encoding = Encoding::CIP3EncodingASCIIHex;
 
         EXPECT_EQ(Convert(), "");
-        const std::string file = m_folder.Read("out.ppf");
+        const std::string file = folder.Read("out.ppf");
         for (const char* const line :
              {"/CIP3AdmJobName (J\\)) def\n", "/CIP3AdmSheetName (a (b) \\\\) def\n", "[ (Black \\() ]",
               "/Text (as is \\ def\n", "/Int -5 def\n", "/UInt 4294967295 def\n", "/Double 0.500000 def\n",
               "/Measure 135 g def\n", "/Length 12.500000 mm def\n", "/CIP3PreviewImageCompression /None def\n",
               "/CIP3PreviewImageEncoding /ASCIIHexDecode def\n"})
+        {
             EXPECT_THAT(file, HasSubstr(line));
+        }
     }
 
     TEST_F(ConversionTest, CauseIsNamedWithItsPlace)
     {
-        m_folder.WriteTiff("k");
-        m_folder.Write("text", "This is no TIFF.");
+        folder.WriteTiff("k");
+        folder.Write("text", "This is no TIFF.");
         AddSheet("S1", {"k"});
-        AddSheet("S2", {"k"}).back = {{"Cyan", m_folder / "k"}, {"Black", m_folder / "text"}};
+        AddSheet("S2", {"k"}).back = {{"Cyan", folder / "k"}, {"Black", folder / "text"}};
         EXPECT_THAT(
             FaultOfConversion(),
             MatchesRegex(
                 "Problem converting TIFF files to CIP3: sheet 2 \"S2\", back, separation \"Black\": .*/text.+"));
 
-        m_job.sheets[1].back[1].file = m_folder / "missing";
+        job.sheets[1].back[1].file = folder / "missing";
         EXPECT_THAT(
             FaultOfConversion(), MatchesRegex(".*separation \"Black\": .*/missing.*No such file or directory.*"));
     }
 
     TEST_F(ConversionTest, CauseInTheLinesIsNamed)
     {
-        const std::string whole = m_folder.Read(m_folder.WriteTiff("k", 400, 300).substr(m_folder.Path().size()));
-        m_folder.WriteTiff("good", 400, 300);
+        const std::string whole = folder.Read(folder.WriteTiff("k", 400, 300).substr(folder.Path().size()));
+        folder.WriteTiff("good", 400, 300);
         // The directory stands behind the lines: the last of them loses its bytes to the directory's new place.
         std::string cut = whole;
         const std::size_t directory = static_cast<unsigned char>(cut[4]) + 256U * static_cast<unsigned char>(cut[5]) +
                                       65536U * static_cast<unsigned char>(cut[6]);
         ASSERT_LT(directory, cut.size());
-        m_folder.Write("k", cut.substr(0, 8) + cut.substr(directory));
-        m_folder.Write(
+        folder.Write("k", cut.substr(0, 8) + cut.substr(directory));
+        folder.Write(
             "k",
             [&]
             {
-                std::string moved = m_folder.Read("k");
+                std::string moved = folder.Read("k");
                 moved[4] = 8;
                 moved[5] = moved[6] = 0;
                 return moved;
@@ -137,61 +140,62 @@ namespace
 
     TEST_F(ConversionTest, SizesThatDifferAreRefusedUnlessLetThrough)
     {
-        m_folder.WriteTiff("small", 4, 2);
-        m_folder.WriteTiff("large", 4, 3);
+        folder.WriteTiff("small", 4, 2);
+        folder.WriteTiff("large", 4, 3);
         AddSheet("S1", {"small"});
-        AddSheet("S2", {"large"}).back = {{"Black", m_folder / "small"}};
+        AddSheet("S2", {"large"}).back = {{"Black", folder / "small"}};
         EXPECT_EQ(
             FaultOfConversion(), "sheet 2 \"S2\": the separations differ in size: front \"large\", " +
-                                     (m_folder / "large") + ", has 4 x 3 pixels; back \"Black\", " +
-                                     (m_folder / "small") + ", has 4 x 2 pixels (--mixed-sizes lets them through)");
+                                     (folder / "large") + ", has 4 x 3 pixels; back \"Black\", " + (folder / "small") +
+                                     ", has 4 x 2 pixels (--mixed-sizes lets them through)");
 
-        m_settings.mixedSizes = true;
+        settings.mixedSizes = true;
         for (const auto compression : {Compression::CIP3CompressionNone, Compression::CIP3CompressionRunLength})
+        {
             for (const auto encoding :
                  {Encoding::CIP3EncodingBinary, Encoding::CIP3EncodingASCIIHex, Encoding::CIP3EncodingASCII85})
             {
-                m_job.compression = compression;
-                m_job.encoding = encoding;
+                job.compression = compression;
+                job.encoding = encoding;
                 EXPECT_NO_THROW(Convert()) << "compression " << compression << ", encoding " << encoding;
             }
+        }
     }
 
     TEST_F(ConversionTest, FailureLeavesTheOlderFile)
     {
-        m_folder.Write("out.ppf", "older");
+        folder.Write("out.ppf", "older");
         AddSheet("S1", {"missing"});
         FaultOfConversion();
-        EXPECT_EQ(m_folder.Read("out.ppf"), "older");
+        EXPECT_EQ(folder.Read("out.ppf"), "older");
     }
 
     TEST_F(ConversionTest, OutputThatCannotBeMadeIsNamed)
     {
-        m_folder.WriteTiff("k");
+        folder.WriteTiff("k");
         AddSheet("", {"k"});
-        m_settings.output = m_folder / "k/out.ppf";
-        EXPECT_EQ(FaultOfConversion(), "Could not open CIP3 file: " + m_settings.output + ": Not a directory");
-        m_settings.output = m_folder / "k/made/out.ppf";
-        EXPECT_EQ(
-            FaultOfConversion(), "Error creating folder for CIP3 file: " + m_settings.output + ": Not a directory");
+        settings.output = folder / "k/out.ppf";
+        EXPECT_EQ(FaultOfConversion(), "Could not open CIP3 file: " + settings.output + ": Not a directory");
+        settings.output = folder / "k/made/out.ppf";
+        EXPECT_EQ(FaultOfConversion(), "Error creating folder for CIP3 file: " + settings.output + ": Not a directory");
     }
 
     TEST_F(ConversionTest, SeparationIsNotOverwritten)
     {
-        m_folder.WriteTiff("k");
-        std::filesystem::create_symlink("k", m_folder / "out.ppf");
+        folder.WriteTiff("k");
+        std::filesystem::create_symlink("k", folder / "out.ppf");
         AddSheet("", {"k"});
-        const std::string before = m_folder.Read("k");
+        const std::string before = folder.Read("k");
         EXPECT_THROW(Convert(), UsageError);
-        EXPECT_EQ(m_folder.Read("k"), before);
+        EXPECT_EQ(folder.Read("k"), before);
     }
 
     TEST_F(ConversionTest, EachSurfaceIsSaidOnRequest)
     {
-        m_folder.WriteTiff("c");
-        m_folder.WriteTiff("k");
-        AddSheet("S\n1", {"c", "k"}).back = {{"Black", m_folder / "k"}};
-        m_settings.verbose = true;
+        folder.WriteTiff("c");
+        folder.WriteTiff("k");
+        AddSheet("S\n1", {"c", "k"}).back = {{"Black", folder / "k"}};
+        settings.verbose = true;
         EXPECT_EQ(
             Convert(), "sheet 1 \"S\\x0a1\", front: 4 x 2 pixels at 2 per inch: c, k\n"
                        "sheet 1 \"S\\x0a1\", back: 4 x 2 pixels at 2 per inch: Black\n");

@@ -30,6 +30,8 @@ namespace
     TEST(EscapedName, GivesNameBackToPostScript)
     {
         for (const Case& c : Cases)
+        {
             EXPECT_EQ(EscapedName(c.name), c.escaped) << c.remark;
+        }
     }
 }

@@ -1,4 +1,4 @@
-#include "Folder.h"
+#include "tests/tools/tiff2ppf/Folder.h"
 
 #include <gtest/gtest.h>
 #include <tiffio.h>
@@ -14,16 +14,18 @@ namespace Tiff2PpfTests
     namespace fs = std::filesystem;
 
     Folder::Folder()
-        : m_path(fs::temp_directory_path() / "tiff2ppf-test-XXXXXX")
+        : path(fs::temp_directory_path() / "tiff2ppf-test-XXXXXX")
     {
-        if (mkdtemp(m_path.data()) == nullptr)
-            ADD_FAILURE() << "no folder can be made: " << m_path;
+        if (mkdtemp(path.data()) == nullptr)
+        {
+            ADD_FAILURE() << "no folder can be made: " << path;
+        }
     }
 
     Folder::~Folder()
     {
         std::error_code ignored;
-        fs::remove_all(m_path, ignored);
+        fs::remove_all(path, ignored);
     }
 
     std::string Folder::Write(const std::string& name, const std::string& bytes) const
@@ -34,8 +36,8 @@ namespace Tiff2PpfTests
 
     std::string Folder::WriteTiff(const std::string& name, int width, int height, int value) const
     {
-        std::string path = *this / name;
-        TIFF* const tiff = TIFFOpen(path.c_str(), "w");
+        std::string entry = *this / name;
+        TIFF* const tiff = TIFFOpen(entry.c_str(), "w");
         TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, width);
         TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, height);
         TIFFSetField(tiff, TIFFTAG_BITSPERSAMPLE, 8);
@@ -45,9 +47,11 @@ namespace Tiff2PpfTests
         TIFFSetField(tiff, TIFFTAG_RESOLUTIONUNIT, RESUNIT_INCH);
         std::string line(static_cast<std::size_t>(width), static_cast<char>(value));
         for (int row = 0; row < height; ++row)
+        {
             TIFFWriteScanline(tiff, line.data(), static_cast<std::uint32_t>(row), 0);
+        }
         TIFFClose(tiff);
-        return path;
+        return entry;
     }
 
     std::string Folder::Read(const std::string& name) const
@@ -62,8 +66,10 @@ namespace Tiff2PpfTests
     std::vector<std::string> Folder::Names() const
     {
         std::vector<std::string> names;
-        for (const fs::directory_entry& entry : fs::directory_iterator(m_path))
+        for (const fs::directory_entry& entry : fs::directory_iterator(path))
+        {
             names.push_back(entry.path().filename());
+        }
         std::sort(names.begin(), names.end());
         return names;
     }

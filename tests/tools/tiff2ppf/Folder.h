@@ -15,8 +15,8 @@ namespace Tiff2PpfTests
         Folder& operator=(const Folder&) = delete;
 
         /// Absolute path of `name` in the folder; of the folder itself without a name.
-        std::string operator/(const std::string& name) const { return m_path + '/' + name; }
-        const std::string& Path() const { return m_path; }
+        std::string operator/(const std::string& name) const { return path + '/' + name; }
+        const std::string& Path() const { return path; }
 
         /// Makes the file `name` with these bytes; gives its path.
         std::string Write(const std::string& name, const std::string& bytes) const;
@@ -31,6 +31,6 @@ namespace Tiff2PpfTests
         std::vector<std::string> Names() const;
 
     private:
-        std::string m_path;
+        std::string path;
     };
 }

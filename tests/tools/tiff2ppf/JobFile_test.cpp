@@ -1,12 +1,10 @@
-#include "tiff2ppf/JobFile.h"
-
 #include "tiff2ppf/Failure.h"
+#include "tiff2ppf/JobFile.h"
 
 #include <gmock/gmock.h>
 
 #include <cstdio>
 #include <fstream>
-
 #include <sstream>
 
 namespace
@@ -158,7 +156,9 @@ namespace
             {SheetWith(R"("parameters":{"A":{"value":4294967296,"units":"g"}})"), "A.value: the integer 4294967296"},
         };
         for (const Fault& fault : faults)
+        {
             EXPECT_THAT(FaultOf(fault.text), HasSubstr(fault.said)) << fault.text.substr(0, 200);
+        }
     }
 
     std::string FaultOfFile(const std::string& name)

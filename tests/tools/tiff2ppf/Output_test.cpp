@@ -1,7 +1,6 @@
-#include "tiff2ppf/Output.h"
-
-#include "Folder.h"
+#include "tests/tools/tiff2ppf/Folder.h"
 #include "tiff2ppf/Failure.h"
+#include "tiff2ppf/Output.h"
 
 #include <gmock/gmock.h>
 
@@ -43,39 +42,39 @@ namespace
             return status.st_mode & 07777;
         }
 
-        Tiff2PpfTests::Folder m_folder;
+        Tiff2PpfTests::Folder folder;
     };
 
     TEST_F(OutputTest, FileHasAHiddenNameBesideItsPlaceUntilItIsPublished)
     {
-        const std::unique_ptr<Output> output = OpenOutput(m_folder / "out.ppf");
+        const std::unique_ptr<Output> output = OpenOutput(folder / "out.ppf");
         WriteWork(*output, "bytes");
-        EXPECT_THAT(m_folder.Names(), ElementsAre(StartsWith(".")));
+        EXPECT_THAT(folder.Names(), ElementsAre(StartsWith(".")));
 
         output->Publish();
-        EXPECT_THAT(m_folder.Names(), ElementsAre("out.ppf"));
-        EXPECT_EQ(m_folder.Read("out.ppf"), "bytes");
+        EXPECT_THAT(folder.Names(), ElementsAre("out.ppf"));
+        EXPECT_EQ(folder.Read("out.ppf"), "bytes");
     }
 
     TEST_F(OutputTest, FileThatIsNotPublishedLeavesTheOlderOne)
     {
-        m_folder.Write("out.ppf", "older");
-        WriteWork(*OpenOutput(m_folder / "out.ppf"), "bytes");
-        EXPECT_THAT(m_folder.Names(), ElementsAre("out.ppf"));
-        EXPECT_EQ(m_folder.Read("out.ppf"), "older");
+        folder.Write("out.ppf", "older");
+        WriteWork(*OpenOutput(folder / "out.ppf"), "bytes");
+        EXPECT_THAT(folder.Names(), ElementsAre("out.ppf"));
+        EXPECT_EQ(folder.Read("out.ppf"), "older");
     }
 
     TEST_F(OutputTest, NewFileHasThePermissionsThatTheMaskLeaves)
     {
         const mode_t before = umask(027);
-        Publish(m_folder / "out.ppf", "bytes");
+        Publish(folder / "out.ppf", "bytes");
         umask(before);
-        EXPECT_EQ(ModeOf(m_folder / "out.ppf"), 0640U);
+        EXPECT_EQ(ModeOf(folder / "out.ppf"), 0640U);
     }
 
     TEST_F(OutputTest, ReplacingFileTakesOverPermissionsAndIsNeverOpenToMore)
     {
-        const std::string path = m_folder.Write("out.ppf", "older");
+        const std::string path = folder.Write("out.ppf", "older");
         fs::permissions(path, fs::perms(0604));
         const std::unique_ptr<Output> output = OpenOutput(path);
         WriteWork(*output, "bytes");
@@ -83,40 +82,40 @@ namespace
 
         output->Publish();
         EXPECT_EQ(ModeOf(path), 0604U);
-        EXPECT_EQ(m_folder.Read("out.ppf"), "bytes");
+        EXPECT_EQ(folder.Read("out.ppf"), "bytes");
     }
 
     TEST_F(OutputTest, LinkStaysAndItsTargetIsWritten)
     {
-        fs::create_directory(m_folder / "elsewhere");
-        fs::create_symlink("elsewhere/target", m_folder / "second");
-        fs::create_symlink("second", m_folder / "first");
+        fs::create_directory(folder / "elsewhere");
+        fs::create_symlink("elsewhere/target", folder / "second");
+        fs::create_symlink("second", folder / "first");
 
         for (const std::string bytes : {"made through a link to nothing", "replaced"})
         {
-            Publish(m_folder / "first", bytes);
-            EXPECT_TRUE(fs::is_symlink(m_folder / "first"));
-            EXPECT_TRUE(fs::is_symlink(m_folder / "second"));
-            EXPECT_EQ(m_folder.Read("elsewhere/target"), bytes);
+            Publish(folder / "first", bytes);
+            EXPECT_TRUE(fs::is_symlink(folder / "first"));
+            EXPECT_TRUE(fs::is_symlink(folder / "second"));
+            EXPECT_EQ(folder.Read("elsewhere/target"), bytes);
         }
-        EXPECT_THAT(m_folder.Names(), ElementsAre("elsewhere", "first", "second"));
+        EXPECT_THAT(folder.Names(), ElementsAre("elsewhere", "first", "second"));
     }
 
     TEST_F(OutputTest, NameOfFullLengthIsWritten)
     {
         const std::string name(255, 'x');
-        Publish(m_folder / name, "bytes");
-        EXPECT_THAT(m_folder.Names(), ElementsAre(name));
+        Publish(folder / name, "bytes");
+        EXPECT_THAT(folder.Names(), ElementsAre(name));
     }
 
     TEST_F(OutputTest, WhatCanBeNoFileIsRefusedAtOnce)
     {
-        fs::create_symlink("circle", m_folder / "circle");
+        fs::create_symlink("circle", folder / "circle");
         const auto faultOf = [&](const std::string& name) -> std::string
         {
             try
             {
-                OpenOutput(m_folder / name);
+                OpenOutput(folder / name);
             }
             catch (const ConversionError& error)
             {
@@ -124,7 +123,7 @@ namespace
             }
             return "no fault";
         };
-        EXPECT_EQ(faultOf("."), "Could not open CIP3 file: " + (m_folder / ".") + ": Is a directory");
+        EXPECT_EQ(faultOf("."), "Could not open CIP3 file: " + (folder / ".") + ": Is a directory");
         EXPECT_THAT(faultOf("new/"), HasSubstr("Is a directory"));
         EXPECT_THAT(faultOf(std::string(256, 'x')), HasSubstr("File name too long"));
         EXPECT_THAT(faultOf("circle"), HasSubstr("Too many levels of symbolic links"));
@@ -133,13 +132,13 @@ namespace
 
     TEST_F(OutputTest, PipeGetsTheBytesOfTheFinishedFile)
     {
-        const std::string pipe = m_folder / "pipe";
+        const std::string pipe = folder / "pipe";
         ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
-        std::future<std::string> received = std::async(std::launch::async, [&] { return m_folder.Read("pipe"); });
+        std::future<std::string> received = std::async(std::launch::async, [&] { return folder.Read("pipe"); });
         const std::string bytes(200000, 'x');
         Publish(pipe, bytes);
         EXPECT_TRUE(received.get() == bytes);
-        EXPECT_THAT(m_folder.Names(), ElementsAre("pipe"));
+        EXPECT_THAT(folder.Names(), ElementsAre("pipe"));
     }
 
     TEST_F(OutputTest, FailingWriteToADeviceIsReported)
@@ -157,9 +156,9 @@ namespace
 
     TEST_F(OutputTest, ObstacleIsFoundByTrying)
     {
-        m_folder.Write("file", "");
-        EXPECT_EQ(OpenOutput(m_folder / "made/out.ppf")->ObstacleToWriting(), "");
-        EXPECT_EQ(OpenOutput(m_folder / "file/out.ppf")->ObstacleToWriting(), "Not a directory");
-        EXPECT_TRUE(fs::is_empty(m_folder / "made"));
+        folder.Write("file", "");
+        EXPECT_EQ(OpenOutput(folder / "made/out.ppf")->ObstacleToWriting(), "");
+        EXPECT_EQ(OpenOutput(folder / "file/out.ppf")->ObstacleToWriting(), "Not a directory");
+        EXPECT_TRUE(fs::is_empty(folder / "made"));
     }
 }

@@ -1,7 +1,7 @@
 // The built program as a shell sees it: exit status, what it says where, and what it leaves behind. All else is tested
 // without a process.
-#include "Folder.h"
 #include "ppf/Check.h"
+#include "tests/tools/tiff2ppf/Folder.h"
 
 #include <gmock/gmock.h>
 
@@ -25,36 +25,36 @@ namespace
     protected:
         ProgramTest()
         {
-            m_jobs.WriteTiff("k.tif");
-            m_jobs.Write("job.json", R"({"jobName":"J","sheets":[{"front":[{"separation":"K","file":"k.tif"}]}]})");
+            jobs.WriteTiff("k.tif");
+            jobs.Write("job.json", R"({"jobName":"J","sheets":[{"front":[{"separation":"K","file":"k.tif"}]}]})");
         }
 
         /// Runs `commands` in a shell, in a folder of its own where tiff2ppf is the program and $job the job file; gives the
         /// exit status.
         int Run(const std::string& commands)
         {
-            const std::string script = "tiff2ppf() { '" TIFF2PPF_PROGRAM "' \"$@\"; }\njob=" + (m_jobs / "job.json") +
-                                       "\nexport TMPDIR=" + m_temporary.Path() + "\ncd " + m_folder.Path() + "\n( " +
-                                       commands + "\n) >" + (m_said / "out") + " 2>" + (m_said / "error");
+            const std::string script = "tiff2ppf() { '" TIFF2PPF_PROGRAM "' \"$@\"; }\njob=" + (jobs / "job.json") +
+                                       "\nexport TMPDIR=" + temporary.Path() + "\ncd " + folder.Path() + "\n( " +
+                                       commands + "\n) >" + (said / "out") + " 2>" + (said / "error");
             const int status = std::system(script.c_str());
-            EXPECT_TRUE(m_temporary.Names().empty()) << "a temporary file was left behind";
+            EXPECT_TRUE(temporary.Names().empty()) << "a temporary file was left behind";
             return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
         }
 
-        std::string Out() const { return m_said.Read("out"); }
-        std::string Error() const { return m_said.Read("error"); }
+        std::string Out() const { return said.Read("out"); }
+        std::string Error() const { return said.Read("error"); }
 
-        Tiff2PpfTests::Folder m_jobs;
-        Tiff2PpfTests::Folder m_folder; ///< the current one
-        Tiff2PpfTests::Folder m_temporary;
-        Tiff2PpfTests::Folder m_said;
+        Tiff2PpfTests::Folder jobs;
+        Tiff2PpfTests::Folder folder; ///< the current one
+        Tiff2PpfTests::Folder temporary;
+        Tiff2PpfTests::Folder said;
     };
 
     TEST_F(ProgramTest, SuccessIsQuiet)
     {
         EXPECT_EQ(Run("tiff2ppf $job -o made/out.ppf </dev/null"), 0);
         EXPECT_EQ(Out() + Error(), "");
-        EXPECT_THAT(m_folder.Read("made/out.ppf"), StartsWith("%!PS-Adobe-3.0\n"));
+        EXPECT_THAT(folder.Read("made/out.ppf"), StartsWith("%!PS-Adobe-3.0\n"));
     }
 
     TEST_F(ProgramTest, ExampleJobIsConverted)
@@ -66,14 +66,14 @@ namespace
                      "sheet 1 \"Brochure cover\", back: 1040 x 720 pixels at 50.8 per inch: Cyan, Magenta, Yellow, "
                      "Black\n"
                      "sheet 2 \"Order cards\", front: 720 x 520 pixels at 50.8 per inch: Black, Signal Orange\n");
-        EXPECT_TRUE(ppf::CheckFile(m_folder / "out.ppf", ppf::CheckDepth::everything).empty());
+        EXPECT_TRUE(Ppf::CheckFile(folder / "out.ppf", Ppf::CheckDepth::Everything).empty());
     }
 
     TEST_F(ProgramTest, JobFileIsNotOverwritten)
     {
-        const std::string before = m_jobs.Read("job.json");
+        const std::string before = jobs.Read("job.json");
         EXPECT_EQ(Run("tiff2ppf $job -o $job"), 2);
-        EXPECT_EQ(m_jobs.Read("job.json"), before);
+        EXPECT_EQ(jobs.Read("job.json"), before);
     }
 
     TEST_F(ProgramTest, StatusTellsFailureFromMisuse)
@@ -86,22 +86,22 @@ namespace
         EXPECT_EQ(Run("tiff2ppf --turbo"), 2);
         EXPECT_THAT(Error(), MatchesRegex("tiff2ppf: error: [^\n]*--turbo[^\n]*\n"));
         EXPECT_EQ(Out(), "");
-        EXPECT_TRUE(m_folder.Names().empty());
+        EXPECT_TRUE(folder.Names().empty());
     }
 
     TEST_F(ProgramTest, JobFromStandardInputStandsInTheCurrentFolder)
     {
         EXPECT_EQ(Run("tiff2ppf - -o out.ppf <$job"), 1);
-        EXPECT_THAT(Error(), HasSubstr(m_folder / "k.tif"));
-        EXPECT_EQ(Run("cp " + (m_jobs / "k.tif") + " . && tiff2ppf - -o out.ppf <$job"), 0);
+        EXPECT_THAT(Error(), HasSubstr(folder / "k.tif"));
+        EXPECT_EQ(Run("cp " + (jobs / "k.tif") + " . && tiff2ppf - -o out.ppf <$job"), 0);
         EXPECT_EQ(Run("tiff2ppf $job -o same.ppf"), 0);
-        EXPECT_EQ(m_folder.Read("out.ppf"), m_folder.Read("same.ppf"));
+        EXPECT_EQ(folder.Read("out.ppf"), folder.Read("same.ppf"));
     }
 
     TEST_F(ProgramTest, StandardOutputGetsTheFileAndKeepsWhatWentBefore)
     {
         EXPECT_EQ(Run("tiff2ppf $job -o out.ppf"), 0);
-        const std::string file = m_folder.Read("out.ppf");
+        const std::string file = folder.Read("out.ppf");
         for (const std::string name : {"/dev/stdout", "-"})
         {
             EXPECT_EQ(Run("echo before; tiff2ppf $job -o " + name), 0);
@@ -109,7 +109,7 @@ namespace
             EXPECT_EQ(Run("tiff2ppf $job -o " + name + " | cat"), 0);
             EXPECT_EQ(Out(), file) << name;
         }
-        EXPECT_THAT(m_folder.Names(), ElementsAre("out.ppf"));
+        EXPECT_THAT(folder.Names(), ElementsAre("out.ppf"));
     }
 
     TEST_F(ProgramTest, HelpThatCannotBeWrittenIsAFailure)
@@ -121,28 +121,30 @@ namespace
     TEST_F(ProgramTest, FullDiskIsFoundAfterWriting)
     {
         // A limit of a block on every file does what a full disk does: writing stops short.
-        m_jobs.WriteTiff("k.tif", 200, 200);
-        m_folder.Write("out.ppf", "older");
+        jobs.WriteTiff("k.tif", 200, 200);
+        folder.Write("out.ppf", "older");
         EXPECT_EQ(Run("ulimit -f 1; tiff2ppf $job --compression none -o out.ppf"), 1);
         EXPECT_THAT(Error(), HasSubstr("out.ppf: the file failed its check after writing: byte "));
         EXPECT_THAT(Error(), HasSubstr(": File too large\n"));
-        EXPECT_THAT(m_folder.Names(), ElementsAre("out.ppf"));
-        EXPECT_EQ(m_folder.Read("out.ppf"), "older");
+        EXPECT_THAT(folder.Names(), ElementsAre("out.ppf"));
+        EXPECT_EQ(folder.Read("out.ppf"), "older");
     }
 
     TEST_F(ProgramTest, SignalEndsTheProgramAndLeavesNothing)
     {
         // Work for seconds: many separations, all in one file.
-        m_jobs.WriteTiff("k.tif", 1000, 1000);
+        jobs.WriteTiff("k.tif", 1000, 1000);
         std::string front = R"({"separation":"K","file":"k.tif"})";
         for (int i = 1; i < 2000; ++i)
+        {
             front += R"(,{"separation":"K","file":"k.tif"})";
-        m_jobs.Write("job.json", R"({"jobName":"J","sheets":[{"front":[)" + front + "]}]}");
+        }
+        jobs.Write("job.json", R"({"jobName":"J","sheets":[{"front":[)" + front + "]}]}");
 
         for (const int signal : {SIGTERM, SIGHUP, SIGINT})
         {
-            const std::string job = m_jobs / "job.json";
-            const std::string out = m_folder / "out.ppf";
+            const std::string job = jobs / "job.json";
+            const std::string out = folder / "out.ppf";
             const pid_t process = fork();
             if (process == 0)
             {
@@ -152,13 +154,15 @@ namespace
                 _exit(127);
             }
             int status = 0;
-            while (m_folder.Names().empty() && waitpid(process, &status, WNOHANG) == 0)
+            while (folder.Names().empty() && waitpid(process, &status, WNOHANG) == 0)
+            {
                 std::this_thread::sleep_for(std::chrono::milliseconds(1));
-            EXPECT_THAT(m_folder.Names(), ElementsAre(StartsWith(".")));
+            }
+            EXPECT_THAT(folder.Names(), ElementsAre(StartsWith(".")));
             kill(process, signal);
             ASSERT_EQ(waitpid(process, &status, 0), process);
             EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == signal) << "signal " << signal;
-            EXPECT_TRUE(m_folder.Names().empty()) << "signal " << signal;
+            EXPECT_TRUE(folder.Names().empty()) << "signal " << signal;
         }
     }
 }

@@ -20,42 +20,44 @@ namespace
     protected:
         ProgressTest()
         {
-            EXPECT_EQ(pipe(m_ends), 0);
-            m_terminal.open("/proc/self/fd/" + std::to_string(m_ends[1]));
-            close(m_ends[1]);
+            EXPECT_EQ(pipe(ends), 0);
+            terminal.open("/proc/self/fd/" + std::to_string(ends[1]));
+            close(ends[1]);
         }
-        ~ProgressTest() override { close(m_ends[0]); }
+        ~ProgressTest() override { close(ends[0]); }
 
         std::string Shown() const
         {
             char buffer[4096];
-            const ssize_t size = read(m_ends[0], buffer, sizeof buffer);
+            const ssize_t size = read(ends[0], buffer, sizeof buffer);
             return size > 0 ? std::string(buffer, static_cast<std::size_t>(size)) : std::string();
         }
 
-        int m_ends[2] = {};
-        std::ofstream m_terminal;
+        int ends[2] = {};
+        std::ofstream terminal;
     };
 
     TEST_F(ProgressTest, LongRunIsShownAndTakenAway)
     {
         {
-            const Progress progress(m_terminal, 1, 0ms);
+            const Progress progress(terminal, 1, 0ms);
             EXPECT_THAT(Shown(), StartsWith("\rtiff2ppf: "));
         }
-        m_terminal.close();
+        terminal.close();
         std::string rest;
         for (std::string next = Shown(); !next.empty(); next = Shown())
+        {
             rest += next;
+        }
         EXPECT_THAT(rest, EndsWith("\r\x1b[K"));
     }
 
     TEST_F(ProgressTest, ShortRunShowsNothing)
     {
         {
-            const Progress progress(m_terminal, 1, 1h);
+            const Progress progress(terminal, 1, 1h);
         }
-        m_terminal.close();
+        terminal.close();
         EXPECT_EQ(Shown(), "");
     }
 }

@@ -1,7 +1,6 @@
-#include "tiff2ppf/ReadBack.h"
-
-#include "Folder.h"
+#include "tests/tools/tiff2ppf/Folder.h"
 #include "tiff2ppf/LibraryRun.h"
+#include "tiff2ppf/ReadBack.h"
 
 #include <gmock/gmock.h>
 
@@ -16,29 +15,29 @@ namespace
     protected:
         ReadBackTest()
         {
-            m_folder.WriteTiff("k");
-            m_job.sheets.push_back({"J", "S", {{"Cyan", m_folder / "k"}, {"Black", m_folder / "k"}}, {}, {}});
+            folder.WriteTiff("k");
+            job.sheets.push_back({"J", "S", {{"Cyan", folder / "k"}, {"Black", folder / "k"}}, {}, {}});
         }
 
         std::string Written()
         {
-            RunLibrary(m_job, m_folder / "out");
-            return m_folder.Read("out");
+            RunLibrary(job, folder / "out");
+            return folder.Read("out");
         }
 
-        std::string FaultOf(const std::string& bytes) const { return FaultOnReadingBack(bytes, m_job); }
+        std::string FaultOf(const std::string& bytes) const { return FaultOnReadingBack(bytes, job); }
 
-        Tiff2PpfTests::Folder m_folder;
-        Job m_job;
+        Tiff2PpfTests::Folder folder;
+        Job job;
     };
 
     TEST_F(ReadBackTest, WholeFilePassesAndOneOfAnotherJobFails)
     {
         const std::string whole = Written();
         EXPECT_EQ(FaultOf(whole), "");
-        m_job.sheets.front().front.pop_back();
+        job.sheets.front().front.pop_back();
         EXPECT_EQ(FaultOf(whole), "byte 46: the section of sheet 1 does not have the separations of the job");
-        m_job.sheets.push_back(m_job.sheets.front());
+        job.sheets.push_back(job.sheets.front());
         EXPECT_THAT(FaultOf(whole), EndsWith("the file has 1 of the job's 2 sheets"));
     }
 
@@ -51,22 +50,22 @@ namespace
 
     TEST_F(ReadBackTest, JobIsReadableIfEveryParameterIsOneEntry)
     {
-        auto& parameters = m_job.sheets.front().parameters;
+        auto& parameters = job.sheets.front().parameters;
         for (const char* const text :
              {"", "(Press 4)", "plain words", "[ 8.5 inch 11 inch ]", "<< /A (b) >>", "{ a b }"})
         {
             parameters["Note"] = text;
-            EXPECT_TRUE(IsReadable(m_job)) << text;
+            EXPECT_TRUE(IsReadable(job)) << text;
             EXPECT_EQ(FaultOf(Written()), "") << text;
         }
         for (const char* const text : {"(not closed", ")", "[ 1", "50% gloss", "(as is \\", "1 def /Other 2"})
         {
             parameters["Note"] = text;
-            EXPECT_FALSE(IsReadable(m_job)) << text;
+            EXPECT_FALSE(IsReadable(job)) << text;
         }
         parameters = {{"Two words", Number(1)}};
-        EXPECT_FALSE(IsReadable(m_job));
+        EXPECT_FALSE(IsReadable(job));
         parameters = {{"Grammage", Measure{Number(135), "(g"}}};
-        EXPECT_FALSE(IsReadable(m_job));
+        EXPECT_FALSE(IsReadable(job));
     }
 }
