@@ -1,10 +1,10 @@
-#include "tiff2ppf/Text.h"
+#include "host/Text.h"
 
 #include <gtest/gtest.h>
 
-namespace
+namespace HostTest
 {
-    using namespace Tiff2Ppf;
+    using namespace Host;
 
     struct Case
     {
@@ -32,5 +32,15 @@ namespace
             EXPECT_EQ(OneLine(c.text), c.line) << c.remark;
             EXPECT_EQ(OneLine(OneLine(c.text)), c.line) << c.remark;
         }
+    }
+
+    TEST(Shortened, KeepsBeginAndEndAndCutsBetweenCharacters)
+    {
+        EXPECT_EQ(Shortened("0123456789", 10), "0123456789");
+        EXPECT_EQ(Shortened("0123456789abcdef", 10), "01234 ... bcdef");
+        // Three bytes each: the cut at the fourth byte moves to the third, and the one before the last four to the last three.
+        EXPECT_EQ(Shortened("印印印印", 8), "印 ... 印");
+        // What is not UTF-8 is cut where it falls, three bytes off at most.
+        EXPECT_EQ(Shortened(std::string(100, '\x80'), 20).size(), 7 + 5 + 7U);
     }
 }

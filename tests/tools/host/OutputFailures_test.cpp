@@ -1,0 +1,212 @@
+// Each call of the system that an output makes, made to fail: what is said, and that the folder is as it was.
+#include "host/Failure.h"
+#include "host/Output.h"
+#include "tests/tools/host/SystemFaults.h"
+#include "tests/tools/tiff2ppf/Folder.h"
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+#include <future>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace HostTest
+{
+    using namespace Host;
+    using ::testing::ElementsAre;
+    using ::testing::HasSubstr;
+    using ::testing::StartsWith;
+    namespace fs = std::filesystem;
+
+    class OutputFailuresTest : public ::testing::Test
+    {
+    protected:
+        OutputFailuresTest() { path = folder.Write("out.ppf", "older"); }
+
+        /// What is said of the output at `place`, from its opening to its publishing.
+        static std::string FailureAt(const std::string& place)
+        {
+            try
+            {
+                Output output(place, Durability::OnDisk);
+                output.Stream() << "bytes";
+                output.Publish();
+            }
+            catch (const Failure& failure)
+            {
+                return failure.what();
+            }
+            return "no failure";
+        }
+
+        /// The same in the folder, less what every text begins with.
+        std::string FailureOf(const std::string& name) const
+        {
+            const std::string begin = "the output cannot be written: " + (folder / name) + ": ";
+            const std::string text = FailureAt(folder / name);
+            EXPECT_THAT(text, StartsWith(begin));
+            return text.substr(std::min(begin.size(), text.size()));
+        }
+
+        Tiff2PpfTests::Folder folder;
+        std::string path; ///< of an older file
+    };
+
+    TEST_F(OutputFailuresTest, OlderFileStaysWhateverFails)
+    {
+        const struct
+        {
+            const char* function;
+            int nth;
+            int error;
+            std::string text;
+        } cases[] = {
+            {"open", 1, EMFILE, "no file can be made in the folder " + folder.Path() + ": Too many open files"},
+            {"getentropy", 1, ENOSYS,
+             "the system has no random numbers for the name of a file: Function not implemented"},
+            {"openat", 1, EDQUOT, "no file can be made in the folder " + folder.Path() + ": Disk quota exceeded"},
+            {"fchmod", 1, EPERM, "the permissions cannot be kept: Operation not permitted"},
+            {"fsync", 1, EIO, "the file cannot be brought to the disk: Input/output error"},
+            {"renameat", 1, EBUSY, "the file is good but cannot be put in its place: Device or resource busy"},
+        };
+        for (const auto& c : cases)
+        {
+            const SystemFault fault(c.function, c.error, c.nth);
+            EXPECT_EQ(FailureOf("out.ppf"), c.text) << c.function;
+            EXPECT_THAT(folder.Names(), ElementsAre("out.ppf")) << c.function;
+            EXPECT_EQ(folder.Read("out.ppf"), "older") << c.function;
+        }
+    }
+
+    TEST_F(OutputFailuresTest, WriteThatFailsIsReported)
+    {
+        const SystemFault fault("write", ENOSPC);
+        EXPECT_EQ(FailureAt(path), path + " cannot be written: No space left on device");
+        EXPECT_THAT(folder.Names(), ElementsAre("out.ppf"));
+        EXPECT_EQ(folder.Read("out.ppf"), "older");
+    }
+
+    TEST_F(OutputFailuresTest, CloseThatLosesBytesIsReported)
+    {
+        Output output(path, Durability::Scratch);
+        const SystemFault fault("close", EIO);
+        try
+        {
+            output.Publish();
+            FAIL() << "the bytes are lost";
+        }
+        catch (const Failure& failure)
+        {
+            EXPECT_THAT(failure.what(), HasSubstr(": the file cannot be written: Input/output error"));
+        }
+        EXPECT_EQ(folder.Read("out.ppf"), "older");
+    }
+
+    TEST_F(OutputFailuresTest, NameThatMayNotOutliveAPowerCutIsReported)
+    {
+        const SystemFault fault("fsync", EIO, 2);
+        EXPECT_EQ(
+            FailureOf("out.ppf"),
+            "the file is in its place, but its name cannot be brought to the disk: Input/output error");
+        EXPECT_THAT(folder.Names(), ElementsAre("out.ppf"));
+        EXPECT_EQ(folder.Read("out.ppf"), "bytes");
+    }
+
+    TEST_F(OutputFailuresTest, FolderOfANetworkThatHasNothingToSyncIsNoFailure)
+    {
+        const SystemFault fault("fsync", EINVAL, 2);
+        EXPECT_EQ(FailureAt(path), "no failure");
+    }
+
+    TEST_F(OutputFailuresTest, RightsOfAGroupThatCannotBeKeptAreDropped)
+    {
+        fs::permissions(path, fs::perms(0664));
+        const SystemFault fault("fchown", EPERM, 2);
+        EXPECT_EQ(FailureAt(path), "no failure");
+        EXPECT_EQ(fs::status(path).permissions(), fs::perms(0604));
+    }
+
+    TEST_F(OutputFailuresTest, WhatCanBeNoFileIsRefusedAtOnce)
+    {
+        fs::create_symlink("circle", folder / "circle");
+        EXPECT_EQ(FailureOf("."), "Is a directory");
+        EXPECT_EQ(FailureOf("new/"), "Is a directory");
+        EXPECT_EQ(FailureOf(std::string(256, 'x')), "File name too long");
+        EXPECT_EQ(FailureOf("circle"), "Too many levels of symbolic links");
+        EXPECT_EQ(FailureOf("out.ppf/out.ppf"), "Not a directory");
+        EXPECT_THAT(folder.Names(), ElementsAre("circle", "out.ppf"));
+    }
+
+    TEST_F(OutputFailuresTest, FolderThatCannotBeMadeIsNamed)
+    {
+        const SystemFault fault("mkdir", EROFS, 2);
+        EXPECT_EQ(
+            FailureOf("made/not/out.ppf"),
+            "the folder " + (folder / "made/not") + " cannot be made: Read-only file system");
+    }
+
+    TEST_F(OutputFailuresTest, FullDeviceIsReported)
+    {
+        EXPECT_EQ(
+            FailureAt("/dev/full"),
+            "the output cannot be written: /dev/full: No space left on device; what was written is "
+            "not whole");
+    }
+
+    /// A pipe, and what came out of it.
+    class StreamTest : public OutputFailuresTest
+    {
+    protected:
+        StreamTest()
+            : pipe(folder / "pipe")
+        {
+            EXPECT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+            received = std::async(std::launch::async, [this] { return folder.Read("pipe"); });
+            output.emplace(pipe, Durability::OnDisk);
+            output->Stream() << "0123456789" << std::flush;
+        }
+
+        std::string Received()
+        {
+            output.reset();
+            return received.get();
+        }
+
+        std::string pipe;
+        std::future<std::string> received;
+        std::optional<Output> output;
+    };
+
+    TEST_F(StreamTest, InterruptedAndShortCallsLoseNothing)
+    {
+        {
+            const Stutter stutter(3);
+            output->Publish();
+        }
+        EXPECT_EQ(Received(), "0123456789");
+    }
+
+    TEST_F(StreamTest, TemporaryFileThatEndsEarlyIsReported)
+    {
+        for (const int error : {SystemFault::EndOfFile, EIO})
+        {
+            const SystemFault fault("read", error);
+            try
+            {
+                output->Publish();
+                FAIL() << "nothing was read";
+            }
+            catch (const Failure& failure)
+            {
+                const std::string why = error == EIO ? "Input/output error" : "it has become shorter";
+                EXPECT_EQ(
+                    failure.what(), "the output cannot be written: " + pipe + ": the temporary file cannot be read: " +
+                                        why + "; what was written is not whole");
+            }
+        }
+        EXPECT_EQ(Received(), "");
+    }
+}

@@ -1,0 +1,160 @@
+#include "host/Failure.h"
+#include "host/Output.h"
+#include "tests/tools/host/SystemFaults.h"
+#include "tests/tools/tiff2ppf/Folder.h"
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+#include <fstream>
+#include <future>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace HostTest
+{
+    using namespace Host;
+    using ::testing::ElementsAre;
+    using ::testing::HasSubstr;
+    using ::testing::MatchesRegex;
+    namespace fs = std::filesystem;
+
+    class OutputTest : public ::testing::Test
+    {
+    protected:
+        /// Writes and publishes the output at `place`.
+        static void Publish(const std::string& place, const std::string& bytes)
+        {
+            Output output(place, Durability::Scratch);
+            output.Stream() << bytes;
+            output.Publish();
+        }
+
+        static mode_t ModeOf(const std::string& path)
+        {
+            struct stat status = {};
+            EXPECT_EQ(stat(path.c_str(), &status), 0) << path;
+            return status.st_mode & 07777;
+        }
+
+        Tiff2PpfTests::Folder folder;
+    };
+
+    TEST_F(OutputTest, FileHasAHiddenNameBesideItsPlaceUntilItIsPublished)
+    {
+        Output output(folder / "out.ppf", Durability::Scratch);
+        output.Stream() << "bytes";
+        EXPECT_THAT(folder.Names(), ElementsAre(MatchesRegex("\\.sheetvane-[0-9a-f]{16}")));
+
+        output.Publish();
+        EXPECT_THAT(folder.Names(), ElementsAre("out.ppf"));
+        EXPECT_EQ(folder.Read("out.ppf"), "bytes");
+    }
+
+    TEST_F(OutputTest, FileAndThenItsNameAreOnTheDiskUnlessItIsScratch)
+    {
+        TakeCalls();
+        Output(folder / "made/too/out.ppf", Durability::OnDisk).Publish();
+        EXPECT_THAT(
+            TakeCalls(), ElementsAre(
+                             "fsync of a folder", "fsync of a folder", // those that take "made" and "too"
+                             "fsync of a file", "rename", "fsync of a folder"));
+        Output(folder / "made/again/out.ppf", Durability::Scratch).Publish();
+        EXPECT_THAT(TakeCalls(), ElementsAre("rename"));
+    }
+
+    TEST_F(OutputTest, PathLeadsToTheDraftWhateverTakesItsName)
+    {
+        folder.Write("victim", "untouched");
+        Output output(folder / "out.ppf", Durability::Scratch);
+        const std::string name = folder.Names().front();
+        fs::remove(folder / name);
+        fs::create_symlink("victim", folder / name);
+        std::ofstream(output.Path()) << "bytes";
+        EXPECT_EQ(folder.Read("victim"), "untouched");
+        char byte = 0;
+        EXPECT_EQ(pread(output.File(), &byte, 1, 0), 1);
+        EXPECT_EQ(byte, 'b');
+    }
+
+    TEST_F(OutputTest, FileThatIsNotPublishedLeavesTheOlderOne)
+    {
+        folder.Write("out.ppf", "older");
+        Output(folder / "out.ppf", Durability::OnDisk).Stream() << "bytes";
+        EXPECT_THAT(folder.Names(), ElementsAre("out.ppf"));
+        EXPECT_EQ(folder.Read("out.ppf"), "older");
+    }
+
+    TEST_F(OutputTest, NewFileHasThePermissionsThatTheMaskLeaves)
+    {
+        const mode_t before = umask(027);
+        Publish(folder / "out.ppf", "bytes");
+        umask(before);
+        EXPECT_EQ(ModeOf(folder / "out.ppf"), 0640U);
+    }
+
+    TEST_F(OutputTest, ReplacingFileTakesOverPermissionsAndIsNeverOpenToMore)
+    {
+        const std::string path = folder.Write("out.ppf", "older");
+        fs::permissions(path, fs::perms(0664));
+        Output output(path, Durability::Scratch);
+        EXPECT_EQ(ModeOf(output.Path()), 0600U);
+
+        output.Publish();
+        EXPECT_EQ(ModeOf(path), 0664U);
+        EXPECT_EQ(folder.Read("out.ppf"), "");
+    }
+
+    TEST_F(OutputTest, LinkStaysAndItsTargetIsWritten)
+    {
+        fs::create_directory(folder / "elsewhere");
+        fs::create_symlink("elsewhere/target", folder / "second");
+        fs::create_symlink("second", folder / "first");
+
+        for (const std::string bytes : {"made through a link to nothing", "replaced"})
+        {
+            Publish(folder / "first", bytes);
+            EXPECT_TRUE(fs::is_symlink(folder / "first"));
+            EXPECT_TRUE(fs::is_symlink(folder / "second"));
+            EXPECT_EQ(folder.Read("elsewhere/target"), bytes);
+        }
+        EXPECT_THAT(folder.Names(), ElementsAre("elsewhere", "first", "second"));
+    }
+
+    TEST_F(OutputTest, NameAloneStandsInTheCurrentFolder)
+    {
+        const fs::path before = fs::current_path();
+        fs::current_path(folder.Path());
+        Publish("out.ppf", "bytes");
+        fs::current_path(before);
+        EXPECT_EQ(folder.Read("out.ppf"), "bytes");
+    }
+
+    TEST_F(OutputTest, NameOfFullLengthIsWritten)
+    {
+        const std::string name(255, 'x');
+        Publish(folder / name, "bytes");
+        EXPECT_THAT(folder.Names(), ElementsAre(name));
+    }
+
+    TEST_F(OutputTest, StreamGetsTheBytesOfTheFinishedFile)
+    {
+        const std::string pipe = folder / "pipe";
+        ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+        std::future<std::string> received = std::async(std::launch::async, [&] { return folder.Read("pipe"); });
+        const std::string bytes(200000, 'x');
+        Publish(pipe, bytes);
+        EXPECT_TRUE(received.get() == bytes);
+        EXPECT_THAT(folder.Names(), ElementsAre("pipe"));
+    }
+
+    TEST_F(OutputTest, ObstacleIsFoundByTrying)
+    {
+        const Output output(folder / "out.ppf", Durability::Scratch);
+        EXPECT_EQ(output.ObstacleToWriting(), "");
+        const SystemFault fault("write", ENOSPC);
+        EXPECT_EQ(output.ObstacleToWriting(), "No space left on device");
+    }
+}
