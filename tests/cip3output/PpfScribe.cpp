@@ -4,25 +4,13 @@
 #include "rasteroutput/ExtractionDispatcher.h"
 #include "rasteroutput/ScanLineRef.h"
 
-#include <cstdlib>
-#include <fstream>
-#include <iterator>
-#include <stdexcept>
-
 namespace PpfTest
 {
     using namespace RasterOutput;
 
     PpfScribe::PpfScribe(std::uint32_t sheetCount, std::int32_t compression, std::int32_t encoding)
     {
-        std::string name = (std::filesystem::temp_directory_path() / "ppf.XXXXXX").string();
-        if (mkdtemp(name.data()) == nullptr)
-        {
-            throw std::runtime_error("no temporary folder " + name);
-        }
-        folder = name;
-        path = folder / "out.ppf";
-        document.filePath = path.wstring();
+        document.filePath = std::filesystem::path(path).wstring();
         document.sheetCount = sheetCount;
         document.compression = compression;
         document.encoding = encoding;
@@ -36,8 +24,6 @@ namespace PpfTest
     PpfScribe::~PpfScribe()
     {
         ExtractionDispatcher::Instance().Remove<CIP3Painter, Sheetvane::CIP3ParameterExtractor>();
-        std::error_code ignored;
-        std::filesystem::remove_all(folder, ignored);
     }
 
     void PpfScribe::Start()
@@ -107,8 +93,7 @@ namespace PpfTest
 
     std::string PpfScribe::File() const
     {
-        std::ifstream file(path, std::ios::binary);
-        return std::string(std::istreambuf_iterator<char>(file), {});
+        return FileExists() ? TestSupport::Folder::BytesOf(path) : "";
     }
 
     std::string Between(const std::string& text, const std::string& begin, const std::string& end)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "cip3output/CIP3Painter.h"
+#include "tests/support/Folder.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -49,8 +50,8 @@ namespace PpfTest
         RasterOutput::CIP3Painter painter;
 
     private:
-        std::filesystem::path folder;
-        std::filesystem::path path;
+        TestSupport::Folder folder;
+        std::string path = folder / "out.ppf";
     };
 
     /// What stands in `text` between the first `begin` and the first `end` behind it.

@@ -1,0 +1,32 @@
+// Memory that runs out: chosen allocations of the process fail, by malloc and its kin as by operator new, so that those of
+// C libraries are met too. They are counted from the order on; an order holds until the next.
+#pragma once
+
+namespace TestSupport
+{
+    void AllowAllocations();               ///< all succeed
+    void FailOneAllocation(long number);   ///< the one of that number fails, from 1; all others succeed
+    void FailAllocationsFrom(long number); ///< that one fails and all after it
+
+    /// Allocations since the last order.
+    long AllocationCount();
+
+    /// Those of them that ask for an alignment of their own.
+    long AlignedAllocationCount();
+
+    /// True if the order has made an allocation fail by now.
+    bool AllocationHasFailed();
+
+    /// Blocks of memory that this process holds.
+    long LiveBlocks();
+
+    /// No allocation fails or counts while it lives: for what a test does in the middle of the code under test.
+    class OutsideTheCount
+    {
+    public:
+        OutsideTheCount();
+        ~OutsideTheCount();
+        OutsideTheCount(const OutsideTheCount&) = delete;
+        OutsideTheCount& operator=(const OutsideTheCount&) = delete;
+    };
+}

@@ -1,0 +1,355 @@
+// The functions that the linker puts in the system's place.
+#include "tests/support/SystemFaults.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdarg>
+#include <filesystem>
+#include <iterator>
+#include <mutex>
+#include <stdexcept>
+#include <utility>
+
+#include <fcntl.h>
+#include <pthread.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <sys/types.h>
+#include <sys/uio.h>
+
+namespace TestSupport
+{
+    namespace
+    {
+        constexpr std::array Functions = {
+            "access", "chmod",  "chown",          "close",      "fchmod", "fchown",   "fcntl",  "fdatasync",
+            "fstat",  "fsync",  "ftruncate",      "getentropy", "lstat",  "mkdir",    "mmap",   "open",
+            "openat", "pread",  "pthread_create", "pwrite",     "read",   "readlink", "rename", "renameat",
+            "stat",   "unlink", "unlinkat",       "write",      "writev"};
+
+        /// What is ordered. Calls may come from several threads.
+        struct
+        {
+            std::mutex mutex;
+            std::string function;
+            int error = 0;
+            int until = 0;     ///< calls of `function` to come before the first that fails
+            int remaining = 0; ///< calls that are still to fail
+            bool hasHappened = false;
+            std::size_t most = 0; ///< bytes at once; 0: no Stutter
+            bool isInterrupted = false;
+            std::vector<std::string> calls;
+        } orders;
+
+        /// True, with errno set, if this call of `function` is one that is to fail.
+        bool Fails(const char* function)
+        {
+            const std::lock_guard lock(orders.mutex);
+            if (orders.remaining == 0 || orders.function != function)
+            {
+                return false;
+            }
+            if (orders.until > 0)
+            {
+                --orders.until;
+                return false;
+            }
+            --orders.remaining;
+            orders.hasHappened = true;
+            errno = orders.error;
+            return true;
+        }
+
+        /// The same, also if a signal is to interrupt this call.
+        bool FailsOrIsInterrupted(const char* function)
+        {
+            {
+                const std::lock_guard lock(orders.mutex);
+                orders.isInterrupted = orders.most > 0 && !orders.isInterrupted;
+                if (orders.isInterrupted)
+                {
+                    errno = EINTR;
+                    return true;
+                }
+            }
+            return Fails(function);
+        }
+
+        std::size_t Limited(std::size_t size)
+        {
+            const std::lock_guard lock(orders.mutex);
+            return orders.most > 0 ? std::min(size, orders.most) : size;
+        }
+
+        void Note(const char* call)
+        {
+            const std::lock_guard lock(orders.mutex);
+            orders.calls.emplace_back(call);
+        }
+    }
+
+    SystemFault::SystemFault(const std::string& function, int error, int nth, int times)
+    {
+        if (std::find(Functions.begin(), Functions.end(), function) == Functions.end())
+        {
+            throw std::invalid_argument("no call of " + function + " can be made to fail");
+        }
+        const std::lock_guard lock(orders.mutex);
+        orders.function = function;
+        orders.error = error;
+        orders.until = nth - 1;
+        orders.remaining = times;
+        orders.hasHappened = false;
+    }
+
+    SystemFault::~SystemFault()
+    {
+        const std::lock_guard lock(orders.mutex);
+        orders.remaining = 0;
+    }
+
+    bool SystemFault::HasHappened() const
+    {
+        const std::lock_guard lock(orders.mutex);
+        return orders.hasHappened;
+    }
+
+    Stutter::Stutter(std::size_t most)
+    {
+        const std::lock_guard lock(orders.mutex);
+        orders.most = most;
+    }
+
+    Stutter::~Stutter()
+    {
+        const std::lock_guard lock(orders.mutex);
+        orders.most = 0;
+    }
+
+    std::vector<std::string> TakeCalls()
+    {
+        const std::lock_guard lock(orders.mutex);
+        return std::exchange(orders.calls, {});
+    }
+
+    int OpenDescriptors()
+    {
+        // The iterator itself is open meanwhile, every time.
+        return static_cast<int>(std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}));
+    }
+}
+
+using TestSupport::Fails;
+using TestSupport::FailsOrIsInterrupted;
+using TestSupport::Limited;
+using TestSupport::Note;
+
+extern "C"
+{
+    int __real_access(const char* path, int mode);
+    int __real_chmod(const char* path, mode_t mode);
+    int __real_chown(const char* path, uid_t user, gid_t group);
+    int __real_close(int file);
+    int __real_fchmod(int file, mode_t mode);
+    int __real_fchown(int file, uid_t user, gid_t group);
+    int __real_fcntl(int file, int command, ...);
+    int __real_fdatasync(int file);
+    int __real_fstat(int file, struct stat* status);
+    int __real_fsync(int file);
+    int __real_ftruncate(int file, off_t size);
+    int __real_getentropy(void* bytes, std::size_t size);
+    int __real_lstat(const char* path, struct stat* status);
+    int __real_mkdir(const char* path, mode_t mode);
+    void* __real_mmap(void* address, std::size_t size, int protection, int flags, int file, off_t offset);
+    int __real_open(const char* path, int flags, ...);
+    int __real_openat(int folder, const char* path, int flags, ...);
+    ssize_t __real_pread(int file, void* bytes, std::size_t size, off_t offset);
+    int __real_pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*run)(void*), void* argument);
+    ssize_t __real_pwrite(int file, const void* bytes, std::size_t size, off_t offset);
+    ssize_t __real_read(int file, void* bytes, std::size_t size);
+    ssize_t __real_readlink(const char* path, char* text, std::size_t size);
+    int __real_rename(const char* from, const char* to);
+    int __real_renameat(int fromFolder, const char* from, int toFolder, const char* to);
+    int __real_stat(const char* path, struct stat* status);
+    int __real_unlink(const char* path);
+    int __real_unlinkat(int folder, const char* path, int flags);
+    ssize_t __real_write(int file, const void* bytes, std::size_t size);
+    ssize_t __real_writev(int file, const iovec* pieces, int count);
+
+    int __wrap_access(const char* path, int mode)
+    {
+        return Fails("access") ? -1 : __real_access(path, mode);
+    }
+
+    int __wrap_chmod(const char* path, mode_t mode)
+    {
+        return Fails("chmod") ? -1 : __real_chmod(path, mode);
+    }
+
+    int __wrap_chown(const char* path, uid_t user, gid_t group)
+    {
+        return Fails("chown") ? -1 : __real_chown(path, user, group);
+    }
+
+    int __wrap_close(int file)
+    {
+        const int result = __real_close(file);
+        return Fails("close") ? -1 : result;
+    }
+
+    int __wrap_fchmod(int file, mode_t mode)
+    {
+        return Fails("fchmod") ? -1 : __real_fchmod(file, mode);
+    }
+
+    int __wrap_fchown(int file, uid_t user, gid_t group)
+    {
+        return Fails("fchown") ? -1 : __real_fchown(file, user, group);
+    }
+
+    int __wrap_fcntl(int file, int command, ...)
+    {
+        // Every argument that fcntl takes has the size of a pointer or less.
+        va_list arguments;
+        va_start(arguments, command);
+        void* const argument = va_arg(arguments, void*);
+        va_end(arguments);
+        return Fails("fcntl") ? -1 : __real_fcntl(file, command, argument);
+    }
+
+    int __wrap_fdatasync(int file)
+    {
+        return FailsOrIsInterrupted("fdatasync") ? -1 : __real_fdatasync(file);
+    }
+
+    int __wrap_fstat(int file, struct stat* status)
+    {
+        return Fails("fstat") ? -1 : __real_fstat(file, status);
+    }
+
+    int __wrap_fsync(int file)
+    {
+        struct stat status = {};
+        __real_fstat(file, &status);
+        Note(S_ISDIR(status.st_mode) ? "fsync of a folder" : "fsync of a file");
+        return FailsOrIsInterrupted("fsync") ? -1 : __real_fsync(file);
+    }
+
+    int __wrap_ftruncate(int file, off_t size)
+    {
+        return FailsOrIsInterrupted("ftruncate") ? -1 : __real_ftruncate(file, size);
+    }
+
+    int __wrap_getentropy(void* bytes, std::size_t size)
+    {
+        return Fails("getentropy") ? -1 : __real_getentropy(bytes, size);
+    }
+
+    int __wrap_lstat(const char* path, struct stat* status)
+    {
+        return Fails("lstat") ? -1 : __real_lstat(path, status);
+    }
+
+    int __wrap_mkdir(const char* path, mode_t mode)
+    {
+        return Fails("mkdir") ? -1 : __real_mkdir(path, mode);
+    }
+
+    void* __wrap_mmap(void* address, std::size_t size, int protection, int flags, int file, off_t offset)
+    {
+        return Fails("mmap") ? MAP_FAILED : __real_mmap(address, size, protection, flags, file, offset);
+    }
+
+    int __wrap_open(const char* path, int flags, ...)
+    {
+        va_list arguments;
+        va_start(arguments, flags);
+        const mode_t mode = (flags & (O_CREAT | O_TMPFILE)) != 0 ? va_arg(arguments, mode_t) : 0;
+        va_end(arguments);
+        return FailsOrIsInterrupted("open") ? -1 : __real_open(path, flags, mode);
+    }
+
+    int __wrap_openat(int folder, const char* path, int flags, ...)
+    {
+        va_list arguments;
+        va_start(arguments, flags);
+        const mode_t mode = (flags & (O_CREAT | O_TMPFILE)) != 0 ? va_arg(arguments, mode_t) : 0;
+        va_end(arguments);
+        return FailsOrIsInterrupted("openat") ? -1 : __real_openat(folder, path, flags, mode);
+    }
+
+    ssize_t __wrap_pread(int file, void* bytes, std::size_t size, off_t offset)
+    {
+        return FailsOrIsInterrupted("pread") ? -1 : __real_pread(file, bytes, Limited(size), offset);
+    }
+
+    int __wrap_pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*run)(void*), void* argument)
+    {
+        // This one gives the error as its value.
+        return Fails("pthread_create") ? errno : __real_pthread_create(thread, attributes, run, argument);
+    }
+
+    ssize_t __wrap_pwrite(int file, const void* bytes, std::size_t size, off_t offset)
+    {
+        return FailsOrIsInterrupted("pwrite") ? -1 : __real_pwrite(file, bytes, Limited(size), offset);
+    }
+
+    ssize_t __wrap_read(int file, void* bytes, std::size_t size)
+    {
+        return FailsOrIsInterrupted("read") ? -1 : __real_read(file, bytes, Limited(size));
+    }
+
+    ssize_t __wrap_readlink(const char* path, char* text, std::size_t size)
+    {
+        return Fails("readlink") ? -1 : __real_readlink(path, text, size);
+    }
+
+    int __wrap_rename(const char* from, const char* to)
+    {
+        Note("rename");
+        return Fails("rename") ? -1 : __real_rename(from, to);
+    }
+
+    int __wrap_renameat(int fromFolder, const char* from, int toFolder, const char* to)
+    {
+        Note("renameat");
+        return Fails("renameat") ? -1 : __real_renameat(fromFolder, from, toFolder, to);
+    }
+
+    int __wrap_stat(const char* path, struct stat* status)
+    {
+        return Fails("stat") ? -1 : __real_stat(path, status);
+    }
+
+    int __wrap_unlink(const char* path)
+    {
+        Note("unlink");
+        return Fails("unlink") ? -1 : __real_unlink(path);
+    }
+
+    int __wrap_unlinkat(int folder, const char* path, int flags)
+    {
+        Note("unlinkat");
+        return Fails("unlinkat") ? -1 : __real_unlinkat(folder, path, flags);
+    }
+
+    ssize_t __wrap_write(int file, const void* bytes, std::size_t size)
+    {
+        return FailsOrIsInterrupted("write") ? -1 : __real_write(file, bytes, Limited(size));
+    }
+
+    ssize_t __wrap_writev(int file, const iovec* pieces, int count)
+    {
+        if (FailsOrIsInterrupted("writev"))
+        {
+            return -1;
+        }
+        // Short is: the first piece alone, and no more of it than may be.
+        if (count > 0 && Limited(pieces->iov_len) < pieces->iov_len)
+        {
+            return __real_write(file, pieces->iov_base, Limited(pieces->iov_len));
+        }
+        return __real_writev(file, pieces, count);
+    }
+}
