@@ -76,6 +76,12 @@ namespace TestSupport
             return Fails(function);
         }
 
+        /// What a call that reads gives with the error that it was given.
+        ssize_t FailedRead()
+        {
+            return errno == SystemFault::EndOfFile ? 0 : -1;
+        }
+
         std::size_t Limited(std::size_t size)
         {
             const std::lock_guard lock(orders.mutex);
@@ -140,6 +146,7 @@ namespace TestSupport
     }
 }
 
+using TestSupport::FailedRead;
 using TestSupport::Fails;
 using TestSupport::FailsOrIsInterrupted;
 using TestSupport::Limited;
@@ -281,7 +288,7 @@ extern "C"
 
     ssize_t __wrap_pread(int file, void* bytes, std::size_t size, off_t offset)
     {
-        return FailsOrIsInterrupted("pread") ? -1 : __real_pread(file, bytes, Limited(size), offset);
+        return FailsOrIsInterrupted("pread") ? FailedRead() : __real_pread(file, bytes, Limited(size), offset);
     }
 
     int __wrap_pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*run)(void*), void* argument)
@@ -297,7 +304,7 @@ extern "C"
 
     ssize_t __wrap_read(int file, void* bytes, std::size_t size)
     {
-        return FailsOrIsInterrupted("read") ? -1 : __real_read(file, bytes, Limited(size));
+        return FailsOrIsInterrupted("read") ? FailedRead() : __real_read(file, bytes, Limited(size));
     }
 
     ssize_t __wrap_readlink(const char* path, char* text, std::size_t size)
@@ -313,7 +320,7 @@ extern "C"
 
     int __wrap_renameat(int fromFolder, const char* from, int toFolder, const char* to)
     {
-        Note("renameat");
+        Note("rename");
         return Fails("renameat") ? -1 : __real_renameat(fromFolder, from, toFolder, to);
     }
 
@@ -324,13 +331,11 @@ extern "C"
 
     int __wrap_unlink(const char* path)
     {
-        Note("unlink");
         return Fails("unlink") ? -1 : __real_unlink(path);
     }
 
     int __wrap_unlinkat(int folder, const char* path, int flags)
     {
-        Note("unlinkat");
         return Fails("unlinkat") ? -1 : __real_unlinkat(folder, path, flags);
     }
 

@@ -9,10 +9,13 @@
 namespace TestSupport
 {
     /// An order that the `nth` call of `function` (from 1, counted from now on) fails with `error`; `times` calls, if more than
-    /// that one. close closes all the same. One order at a time; it ends with the object.
+    /// that one. With EndOfFile a call that reads finds the end. close closes all the same. One order at a time; it ends with
+    /// the object.
     class SystemFault
     {
     public:
+        static constexpr int EndOfFile = 0;
+
         /// Throws std::invalid_argument if `function` is none of those that come here.
         SystemFault(const std::string& function, int error, int nth = 1, int times = 1);
         ~SystemFault();
@@ -34,8 +37,8 @@ namespace TestSupport
         Stutter& operator=(const Stutter&) = delete;
     };
 
-    /// The calls that change what is on the disk, since the last time that this was asked, in their order: "fsync of a file",
-    /// "fsync of a folder", "rename", "renameat", "unlink", "unlinkat".
+    /// What was brought to the disk or renamed since the last time that this was asked, in its order: "fsync of a file",
+    /// "fsync of a folder", "rename".
     std::vector<std::string> TakeCalls();
 
     /// Descriptors that this process has open.

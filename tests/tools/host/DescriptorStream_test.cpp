@@ -1,7 +1,7 @@
 #include "host/DescriptorStream.h"
 #include "host/Failure.h"
-#include "tests/tools/host/SystemFaults.h"
-#include "tests/tools/tiff2ppf/Folder.h"
+#include "tests/support/Folder.h"
+#include "tests/support/SystemFaults.h"
 
 #include <gmock/gmock.h>
 
@@ -23,7 +23,7 @@ namespace HostTest
         }
         ~DescriptorStreamTest() override { close(file); }
 
-        Tiff2PpfTests::Folder folder;
+        TestSupport::Folder folder;
         int file;
     };
 
@@ -36,7 +36,7 @@ namespace HostTest
             stream << i << ' ';
             all += std::to_string(i) + ' ';
         }
-        const Stutter stutter(1000);
+        const TestSupport::Stutter stutter(1000);
         stream.Finish("file");
         EXPECT_TRUE(folder.Read("file") == all);
     }
@@ -45,7 +45,7 @@ namespace HostTest
     {
         DescriptorStream stream(file);
         {
-            const SystemFault fault("write", EDQUOT);
+            const TestSupport::SystemFault fault("write", EDQUOT);
             stream << "lost" << std::flush;
         }
         stream << "not written after a gap";

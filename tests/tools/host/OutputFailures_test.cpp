@@ -1,8 +1,8 @@
 // Each call of the system that an output makes, made to fail: what is said, and that the folder is as it was.
 #include "host/Failure.h"
 #include "host/Output.h"
-#include "tests/tools/host/SystemFaults.h"
-#include "tests/tools/tiff2ppf/Folder.h"
+#include "tests/support/Folder.h"
+#include "tests/support/SystemFaults.h"
 
 #include <gmock/gmock.h>
 
@@ -51,7 +51,7 @@ namespace HostTest
             return text.substr(std::min(begin.size(), text.size()));
         }
 
-        Tiff2PpfTests::Folder folder;
+        TestSupport::Folder folder;
         std::string path; ///< of an older file
     };
 
@@ -74,7 +74,7 @@ namespace HostTest
         };
         for (const auto& c : cases)
         {
-            const SystemFault fault(c.function, c.error, c.nth);
+            const TestSupport::SystemFault fault(c.function, c.error, c.nth);
             EXPECT_EQ(FailureOf("out.ppf"), c.text) << c.function;
             EXPECT_THAT(folder.Names(), ElementsAre("out.ppf")) << c.function;
             EXPECT_EQ(folder.Read("out.ppf"), "older") << c.function;
@@ -83,7 +83,7 @@ namespace HostTest
 
     TEST_F(OutputFailuresTest, WriteThatFailsIsReported)
     {
-        const SystemFault fault("write", ENOSPC);
+        const TestSupport::SystemFault fault("write", ENOSPC);
         EXPECT_EQ(FailureAt(path), path + " cannot be written: No space left on device");
         EXPECT_THAT(folder.Names(), ElementsAre("out.ppf"));
         EXPECT_EQ(folder.Read("out.ppf"), "older");
@@ -92,7 +92,7 @@ namespace HostTest
     TEST_F(OutputFailuresTest, CloseThatLosesBytesIsReported)
     {
         Output output(path, Durability::Scratch);
-        const SystemFault fault("close", EIO);
+        const TestSupport::SystemFault fault("close", EIO);
         try
         {
             output.Publish();
@@ -107,7 +107,7 @@ namespace HostTest
 
     TEST_F(OutputFailuresTest, NameThatMayNotOutliveAPowerCutIsReported)
     {
-        const SystemFault fault("fsync", EIO, 2);
+        const TestSupport::SystemFault fault("fsync", EIO, 2);
         EXPECT_EQ(
             FailureOf("out.ppf"),
             "the file is in its place, but its name cannot be brought to the disk: Input/output error");
@@ -117,14 +117,14 @@ namespace HostTest
 
     TEST_F(OutputFailuresTest, FolderOfANetworkThatHasNothingToSyncIsNoFailure)
     {
-        const SystemFault fault("fsync", EINVAL, 2);
+        const TestSupport::SystemFault fault("fsync", EINVAL, 2);
         EXPECT_EQ(FailureAt(path), "no failure");
     }
 
     TEST_F(OutputFailuresTest, RightsOfAGroupThatCannotBeKeptAreDropped)
     {
         fs::permissions(path, fs::perms(0664));
-        const SystemFault fault("fchown", EPERM, 2);
+        const TestSupport::SystemFault fault("fchown", EPERM, 2);
         EXPECT_EQ(FailureAt(path), "no failure");
         EXPECT_EQ(fs::status(path).permissions(), fs::perms(0604));
     }
@@ -142,7 +142,7 @@ namespace HostTest
 
     TEST_F(OutputFailuresTest, FolderThatCannotBeMadeIsNamed)
     {
-        const SystemFault fault("mkdir", EROFS, 2);
+        const TestSupport::SystemFault fault("mkdir", EROFS, 2);
         EXPECT_EQ(
             FailureOf("made/not/out.ppf"),
             "the folder " + (folder / "made/not") + " cannot be made: Read-only file system");
@@ -183,7 +183,7 @@ namespace HostTest
     TEST_F(StreamTest, InterruptedAndShortCallsLoseNothing)
     {
         {
-            const Stutter stutter(3);
+            const TestSupport::Stutter stutter(3);
             output->Publish();
         }
         EXPECT_EQ(Received(), "0123456789");
@@ -191,9 +191,9 @@ namespace HostTest
 
     TEST_F(StreamTest, TemporaryFileThatEndsEarlyIsReported)
     {
-        for (const int error : {SystemFault::EndOfFile, EIO})
+        for (const int error : {TestSupport::SystemFault::EndOfFile, EIO})
         {
-            const SystemFault fault("read", error);
+            const TestSupport::SystemFault fault("read", error);
             try
             {
                 output->Publish();

@@ -1,7 +1,7 @@
 #include "host/Failure.h"
 #include "host/Output.h"
-#include "tests/tools/host/SystemFaults.h"
-#include "tests/tools/tiff2ppf/Folder.h"
+#include "tests/support/Folder.h"
+#include "tests/support/SystemFaults.h"
 
 #include <gmock/gmock.h>
 
@@ -39,7 +39,7 @@ namespace HostTest
             return status.st_mode & 07777;
         }
 
-        Tiff2PpfTests::Folder folder;
+        TestSupport::Folder folder;
     };
 
     TEST_F(OutputTest, FileHasAHiddenNameBesideItsPlaceUntilItIsPublished)
@@ -55,14 +55,14 @@ namespace HostTest
 
     TEST_F(OutputTest, FileAndThenItsNameAreOnTheDiskUnlessItIsScratch)
     {
-        TakeCalls();
+        TestSupport::TakeCalls();
         Output(folder / "made/too/out.ppf", Durability::OnDisk).Publish();
         EXPECT_THAT(
-            TakeCalls(), ElementsAre(
-                             "fsync of a folder", "fsync of a folder", // those that take "made" and "too"
-                             "fsync of a file", "rename", "fsync of a folder"));
+            TestSupport::TakeCalls(), ElementsAre(
+                                          "fsync of a folder", "fsync of a folder", // those that take "made" and "too"
+                                          "fsync of a file", "rename", "fsync of a folder"));
         Output(folder / "made/again/out.ppf", Durability::Scratch).Publish();
-        EXPECT_THAT(TakeCalls(), ElementsAre("rename"));
+        EXPECT_THAT(TestSupport::TakeCalls(), ElementsAre("rename"));
     }
 
     TEST_F(OutputTest, PathLeadsToTheDraftWhateverTakesItsName)
@@ -154,7 +154,7 @@ namespace HostTest
     {
         const Output output(folder / "out.ppf", Durability::Scratch);
         EXPECT_EQ(output.ObstacleToWriting(), "");
-        const SystemFault fault("write", ENOSPC);
+        const TestSupport::SystemFault fault("write", ENOSPC);
         EXPECT_EQ(output.ObstacleToWriting(), "No space left on device");
     }
 }

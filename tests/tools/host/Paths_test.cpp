@@ -1,6 +1,6 @@
 #include "host/Failure.h"
 #include "host/Paths.h"
-#include "tests/tools/tiff2ppf/Folder.h"
+#include "tests/support/Folder.h"
 
 #include <gtest/gtest.h>
 
@@ -28,7 +28,7 @@ namespace HostTest
 
     TEST(Paths, EveryMissingFolderIsMade)
     {
-        const Tiff2PpfTests::Folder folder;
+        const TestSupport::Folder folder;
         fs::create_directory(folder / "there");
         for (const char* const name : {"there", "a", "b//c/", "there/d/e"})
         {

@@ -1,7 +1,7 @@
 #include "host/Output.h"
 #include "host/Program.h"
-#include "tests/tools/host/SystemFaults.h"
-#include "tests/tools/tiff2ppf/Folder.h"
+#include "tests/support/Folder.h"
+#include "tests/support/SystemFaults.h"
 
 #include <gmock/gmock.h>
 
@@ -48,8 +48,8 @@ namespace HostTest
 
         std::string Error() const { return said.Read("error"); }
 
-        Tiff2PpfTests::Folder folder;
-        Tiff2PpfTests::Folder said;
+        TestSupport::Folder folder;
+        TestSupport::Folder said;
     };
 
     TEST_F(ProgramTest, ExceptionBecomesALineAndAStatus)

@@ -1,5 +1,5 @@
 #include "host/Progress.h"
-#include "tests/tools/host/SystemFaults.h"
+#include "tests/support/SystemFaults.h"
 
 #include <gmock/gmock.h>
 
@@ -67,7 +67,7 @@ namespace HostTest
     TEST_F(ProgressTest, NothingIsShownWhereNoThreadCanBeHad)
     {
         {
-            const SystemFault fault("pthread_create", EAGAIN);
+            const TestSupport::SystemFault fault("pthread_create", EAGAIN);
             const Progress progress(Terminal(), 1, "of the separations", 0ms);
         }
         EXPECT_EQ(Rest(), "");

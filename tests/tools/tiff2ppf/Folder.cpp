@@ -1,39 +1,9 @@
 #include "tests/tools/tiff2ppf/Folder.h"
 
-#include <gtest/gtest.h>
 #include <tiffio.h>
-
-#include <algorithm>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
 
 namespace Tiff2PpfTests
 {
-    namespace fs = std::filesystem;
-
-    Folder::Folder()
-        : path(fs::temp_directory_path() / "tiff2ppf-test-XXXXXX")
-    {
-        if (mkdtemp(path.data()) == nullptr)
-        {
-            ADD_FAILURE() << "no folder can be made: " << path;
-        }
-    }
-
-    Folder::~Folder()
-    {
-        std::error_code ignored;
-        fs::remove_all(path, ignored);
-    }
-
-    std::string Folder::Write(const std::string& name, const std::string& bytes) const
-    {
-        std::ofstream(*this / name, std::ios::binary) << bytes;
-        return *this / name;
-    }
-
     std::string Folder::WriteTiff(const std::string& name, int width, int height, int value) const
     {
         std::string entry = *this / name;
@@ -52,25 +22,5 @@ namespace Tiff2PpfTests
         }
         TIFFClose(tiff);
         return entry;
-    }
-
-    std::string Folder::Read(const std::string& name) const
-    {
-        std::ifstream file(*this / name, std::ios::binary);
-        EXPECT_TRUE(file) << *this / name << " cannot be read";
-        std::ostringstream bytes;
-        bytes << file.rdbuf();
-        return bytes.str();
-    }
-
-    std::vector<std::string> Folder::Names() const
-    {
-        std::vector<std::string> names;
-        for (const fs::directory_entry& entry : fs::directory_iterator(path))
-        {
-            names.push_back(entry.path().filename());
-        }
-        std::sort(names.begin(), names.end());
-        return names;
     }
 }
