@@ -16,16 +16,16 @@ using FileBlock = FileBlockRecord*;
 FileBlock FileBlockAlloc(std::uint32_t flags, const char* access);
 
 /// Opens `name` (zero-terminated bytes) for reading. A name without an extension is looked for with
-/// `defaultExtension` behind it first, and as it stands if there is no such file. Only a regular file of at most
+/// `defaultExtension` appended first, and as it stands if there is no such file. Only a regular file of at most
 /// 4294967295 bytes opens; a pipe or a device is refused without waiting for it.
 /// 0 on success, -1 on failure; a block that failed to open stays safe for every other operation.
 std::int32_t FileBlockOpen(FileBlock block, const char* name, const char* defaultExtension, std::uint32_t flags);
 
 /// Sets the read position, in bytes from the start of the file. Gives the number of bytes from there to the file's
-/// present end (0 at or behind the end), or -1 if the block has no open file.
+/// present end (0 at or after the end), or -1 if the block has no open file.
 std::int64_t FileBlockSeek(FileBlock block, std::uint32_t position);
 
-/// Reads up to `size` bytes at the read position into `buffer` and moves the position behind them. Gives the number
+/// Reads up to `size` bytes at the read position into `buffer` and moves the position past them. Gives the number
 /// of bytes read, less than `size` only at the end of the file, or -1 on an error. Interrupted and short reads of the
 /// system are continued.
 std::int64_t FileBlockRead(FileBlock block, void* buffer, std::uint32_t size);
@@ -33,7 +33,7 @@ std::int64_t FileBlockRead(FileBlock block, void* buffer, std::uint32_t size);
 /// Closes the file, if one is open. 0 on success, -1 if the system reported an error; the file is closed either way.
 std::int32_t FileBlockClose(FileBlock block);
 
-/// Ends the block; closes its file if that is still open. Null is no failure. Always 0.
+/// Ends the block; closes its file if that is still open. Null is allowed. Always 0.
 std::int32_t FileBlockFree(FileBlock block);
 
 /// The name the block's file was opened under, with the default extension if that was taken; after a failure the name

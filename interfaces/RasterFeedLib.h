@@ -56,25 +56,25 @@ static_assert(
     offsetof(RasterFeedImageHeader, unitsPerInch) == 16 && offsetof(RasterFeedImageHeader, widthExtent) == 28);
 static_assert(offsetof(RasterFeedImageHeader, lineLength) == 36 && sizeof(RasterFeedImageHeader) == 512);
 
-/// Opens the file named in the record through its `open` callback. Null for a file that did not open or is no TIFF, and
+/// Opens the file named in the record through its `open` callback. Null for a file that did not open or is not a TIFF, and
 /// for want of memory; nothing is left to end then, nor if a callback throws.
 RasterFeedHandle RasterFeedInit(const RasterFeedOpenRecord* record);
 
-/// Fills `header`. Once per reader, before the first line. 0 on success; otherwise the image is none that a separation may
-/// be, its data is not all in the file, or memory is exhausted. After a failure, as after an exception of a callback, the
+/// Fills `header`. Once per reader, before the first line. 0 on success; otherwise a separation may not be
+/// such an image, its data is not all in the file, or memory is exhausted. After a failure, as after an exception of a callback, the
 /// reader accepts RasterFeedEnd alone.
 std::int32_t RasterFeedHeader(RasterFeedHandle reader, RasterFeedImageHeader* header);
 
 /// Writes the next line, `lineLength` bytes, to lines[0]; `count` is 1. Lines come from the top of the upright image.
 /// 0 on success; anything else for data that ends early or cannot be decoded, for a call before RasterFeedHeader and
-/// for one behind the last line.
+/// for one after the last line.
 std::int32_t RasterFeedLine(RasterFeedHandle reader, unsigned char* const* lines, std::uint32_t count);
 
 /// Closes the file through the `close` callback and ends the reader. Exactly once for each handle, also after a
 /// failure or an exception. `scratch` may be written.
 void RasterFeedEnd(RasterFeedHandle reader, std::int32_t* scratch);
 
-/// What a TIFF holds, or why it is no separation.
+/// What a TIFF holds, or why it cannot be a separation.
 struct RasterFeedDescription
 {
     bool accepted;
@@ -93,5 +93,5 @@ enum class RasterFeedDepth
 
 /// Looks at the TIFF at `path` without a reader: for hosts that want to know beforehand, or to say what went wrong.
 /// The file is found as FileBlockOpen finds it, with the default extension ".tif", and the reason begins with the name under
-/// which it was opened. A file that is refused is no failure. Throws std::bad_alloc only.
+/// which it was opened. To be refused is not a failure. Throws std::bad_alloc only.
 RasterFeedDescription RasterFeedProbe(const std::string& path, RasterFeedDepth depth);

@@ -52,6 +52,6 @@ std::string InputFile(const TiffForm& form, const SampleRule& rule, const std::s
     static const Folder folder;
     const fs::path path = folder.path / (name + ".tif");
     if (!fs::exists(path))
-        std::ofstream(path, std::ios::binary) << MakeTiff(form, rule);
+        std::ofstream(path, std::ios::binary) << TestSupport::MakeTiff(form, rule);
     return path.string();
 }

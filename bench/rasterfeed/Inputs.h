@@ -6,6 +6,9 @@
 
 #include <string>
 
+using TestSupport::SampleRule;
+using TestSupport::TiffForm;
+
 /// Size of the 8-bit pages, in pixels.
 constexpr std::uint32_t pageWidth = 4000;
 constexpr std::uint32_t pageHeight = 6000;

@@ -7,12 +7,80 @@
 #include <filesystem>
 #include <fstream>
 
-namespace
+namespace RasterFeedFuzz
 {
-    void Write(const std::filesystem::path& folder, const std::string& name, const std::string& bytes)
+    namespace
     {
-        // A last byte that orders no fault.
-        std::ofstream(folder / (name + ".tif"), std::ios::binary) << bytes << '\0';
+        using TestSupport::MakeTiff;
+        using TestSupport::MixedSamples;
+        using TestSupport::TiffEditor;
+        using TestSupport::TiffForm;
+        void Write(const std::filesystem::path& folder, const std::string& name, const std::string& bytes)
+        {
+            // A last byte that orders no fault.
+            std::ofstream(folder / (name + ".tif"), std::ios::binary) << bytes << '\0';
+        }
+
+        void WriteSeeds(const std::filesystem::path& folder)
+        {
+            struct Coding
+            {
+                const char* name;
+                std::uint16_t compression;
+                std::uint16_t bits;
+                std::uint16_t predictor;
+            };
+            const Coding codings[] = {
+                {"none", COMPRESSION_NONE, 8, 0},
+                {"none-1", COMPRESSION_NONE, 1, 0},
+                {"none-16", COMPRESSION_NONE, 16, 0},
+                {"packbits", COMPRESSION_PACKBITS, 8, 0},
+                {"lzw", COMPRESSION_LZW, 8, 0},
+                {"lzw-predictor", COMPRESSION_LZW, 16, PREDICTOR_HORIZONTAL},
+                {"deflate", COMPRESSION_ADOBE_DEFLATE, 8, PREDICTOR_HORIZONTAL},
+                {"zstd", COMPRESSION_ZSTD, 8, 0},
+                {"lzma", COMPRESSION_LZMA, 8, 0},
+                {"rle", COMPRESSION_CCITTRLE, 1, 0},
+                {"g3", COMPRESSION_CCITTFAX3, 1, 0},
+                {"g4", COMPRESSION_CCITTFAX4, 1, 0},
+                {"jpeg", COMPRESSION_JPEG, 8, 0},
+            };
+            for (const Coding& coding : codings)
+            {
+                TiffForm form;
+                form.width = 24;
+                form.height = 16;
+                form.rowsPerStrip = 8;
+                form.compression = coding.compression;
+                form.bits = coding.bits;
+                form.predictor = coding.predictor;
+                form.resolution = 300;
+                Write(folder, coding.name, MakeTiff(form, MixedSamples(form.bits)));
+                form.bigEndian = true;
+                form.bigTiff = true;
+                form.orientation = 3;
+                if (coding.compression != COMPRESSION_JPEG)
+                {
+                    form.fillOrder = 2;
+                }
+                form.tileWidth = 16;
+                form.tileLength = 16;
+                Write(folder, std::string(coding.name) + "-tiles", MakeTiff(form, MixedSamples(form.bits)));
+            }
+            TiffForm form;
+            form.width = 16;
+            form.height = 8;
+            TiffForm thumbnail = form;
+            thumbnail.subfileType = 1;
+            Write(folder, "thumbnail", MakeTiff(thumbnail, form, MixedSamples(8)));
+
+            TiffEditor loop(MakeTiff(thumbnail, MixedSamples(8)));
+            loop.SetNext(loop.DirectoryOffset());
+            Write(folder, "loop", loop.Bytes());
+            TiffEditor counts(MakeTiff(form, MixedSamples(8)));
+            counts.SetRaw(TIFFTAG_STRIPBYTECOUNTS, TIFF_LONG, 0x40000000, 8);
+            Write(folder, "byte-counts", counts.Bytes());
+        }
     }
 }
 
@@ -22,63 +90,6 @@ int main(int argc, char** argv)
     {
         return 2;
     }
-    const std::filesystem::path folder = argv[1];
-    struct Coding
-    {
-        const char* name;
-        std::uint16_t compression;
-        std::uint16_t bits;
-        std::uint16_t predictor;
-    };
-    const Coding codings[] = {
-        {"none", COMPRESSION_NONE, 8, 0},
-        {"none-1", COMPRESSION_NONE, 1, 0},
-        {"none-16", COMPRESSION_NONE, 16, 0},
-        {"packbits", COMPRESSION_PACKBITS, 8, 0},
-        {"lzw", COMPRESSION_LZW, 8, 0},
-        {"lzw-predictor", COMPRESSION_LZW, 16, PREDICTOR_HORIZONTAL},
-        {"deflate", COMPRESSION_ADOBE_DEFLATE, 8, PREDICTOR_HORIZONTAL},
-        {"zstd", COMPRESSION_ZSTD, 8, 0},
-        {"lzma", COMPRESSION_LZMA, 8, 0},
-        {"rle", COMPRESSION_CCITTRLE, 1, 0},
-        {"g3", COMPRESSION_CCITTFAX3, 1, 0},
-        {"g4", COMPRESSION_CCITTFAX4, 1, 0},
-        {"jpeg", COMPRESSION_JPEG, 8, 0},
-    };
-    for (const Coding& coding : codings)
-    {
-        TiffForm form;
-        form.width = 24;
-        form.height = 16;
-        form.rowsPerStrip = 8;
-        form.compression = coding.compression;
-        form.bits = coding.bits;
-        form.predictor = coding.predictor;
-        form.resolution = 300;
-        Write(folder, coding.name, MakeTiff(form, MixedSamples(form.bits)));
-        form.bigEndian = true;
-        form.bigTiff = true;
-        form.orientation = 3;
-        if (coding.compression != COMPRESSION_JPEG)
-        {
-            form.fillOrder = 2;
-        }
-        form.tileWidth = 16;
-        form.tileLength = 16;
-        Write(folder, std::string(coding.name) + "-tiles", MakeTiff(form, MixedSamples(form.bits)));
-    }
-    TiffForm form;
-    form.width = 16;
-    form.height = 8;
-    TiffForm thumbnail = form;
-    thumbnail.subfileType = 1;
-    Write(folder, "thumbnail", MakeTiff(thumbnail, form, MixedSamples(8)));
-
-    TiffEditor loop(MakeTiff(thumbnail, MixedSamples(8)));
-    loop.SetNext(loop.DirectoryOffset());
-    Write(folder, "loop", loop.Bytes());
-    TiffEditor counts(MakeTiff(form, MixedSamples(8)));
-    counts.SetRaw(TIFFTAG_STRIPBYTECOUNTS, TIFF_LONG, 0x40000000, 8);
-    Write(folder, "byte-counts", counts.Bytes());
+    RasterFeedFuzz::WriteSeeds(argv[1]);
     return 0;
 }

@@ -12,25 +12,48 @@
 
 struct FileBlockRecord
 {
-    FileDescriptor file;
+    FileBlocks::FileDescriptor file;
     std::uint64_t position = 0;   ///< of the next read, bytes from the start
     bool sequential = false;      ///< the file will be read from front to back
     std::string name;             ///< the name the file was opened under, or that of the last attempt
     bool memoryExhausted = false; ///< the last opening failed for want of memory
 };
 
-namespace
+namespace FileBlocks
 {
-    bool IsMissing(const FileDescriptor& file)
+    namespace
     {
-        return file.Problem() == FileDescriptor::Trouble::System &&
-               (file.SystemError() == ENOENT || file.SystemError() == ENAMETOOLONG);
-    }
+        bool IsMissing(const FileDescriptor& file)
+        {
+            return file.LastFailure() == FileDescriptor::Failure::System &&
+                   (file.SystemError() == ENOENT || file.SystemError() == ENAMETOOLONG);
+        }
 
-    bool OpenNamed(FileBlockRecord& block, std::string name)
-    {
-        block.name = std::move(name);
-        return block.file.Open(block.name.c_str(), block.sequential);
+        bool OpenNamed(FileBlockRecord& block, std::string name)
+        {
+            block.name = std::move(name);
+            return block.file.Open(block.name.c_str(), block.sequential);
+        }
+
+        std::string Describe(const FileBlockRecord& block)
+        {
+            if (block.memoryExhausted)
+            {
+                return "memory is exhausted";
+            }
+            switch (block.file.LastFailure())
+            {
+            case FileDescriptor::Failure::NotRegular:
+                return "not a regular file";
+            case FileDescriptor::Failure::TooLarge:
+                return "larger than 4294967295 bytes";
+            case FileDescriptor::Failure::System:
+                return std::generic_category().message(block.file.SystemError());
+            case FileDescriptor::Failure::None:
+                break;
+            }
+            return block.file.IsOpen() ? "" : "no file is open";
+        }
     }
 }
 
@@ -52,16 +75,16 @@ std::int32_t FileBlockOpen(FileBlock block, const char* name, const char* defaul
         block->memoryExhausted = false;
         if (defaultExtension != nullptr && !std::filesystem::path(name).has_extension())
         {
-            if (OpenNamed(*block, std::string(name) + defaultExtension))
+            if (FileBlocks::OpenNamed(*block, std::string(name) + defaultExtension))
             {
                 return 0;
             }
-            if (!IsMissing(block->file))
+            if (!FileBlocks::IsMissing(block->file))
             {
                 return -1;
             }
         }
-        return OpenNamed(*block, name) ? 0 : -1;
+        return FileBlocks::OpenNamed(*block, name) ? 0 : -1;
     }
     catch (const std::bad_alloc&)
     {
@@ -118,20 +141,5 @@ std::string FileBlockName(FileBlock block)
 
 std::string FileBlockProblem(FileBlock block)
 {
-    if (block->memoryExhausted)
-    {
-        return "memory is exhausted";
-    }
-    switch (block->file.Problem())
-    {
-    case FileDescriptor::Trouble::NotRegular:
-        return "not a regular file";
-    case FileDescriptor::Trouble::TooLarge:
-        return "larger than 4294967295 bytes";
-    case FileDescriptor::Trouble::System:
-        return std::generic_category().message(block->file.SystemError());
-    case FileDescriptor::Trouble::None:
-        break;
-    }
-    return block->file.IsOpen() ? "" : "no file is open";
+    return FileBlocks::Describe(*block);
 }

@@ -4,6 +4,9 @@
 
 #include <cstddef>
 
-/// Writes a byte to `line` for each of `samples` bits of `row`, from the highest bit of its first byte on: `flip`, 0 or 255,
-/// for a zero bit, and the other of the two for a one. With the widest vectors that the machine has. Never throws.
-void ExpandBilevelRow(const unsigned char* row, std::size_t samples, unsigned char flip, unsigned char* line);
+namespace RasterFeed
+{
+    /// Writes a byte to `line` for each of `samples` bits of `row`, from the highest bit of its first byte on: `flip`, 0 or 255,
+    /// for a zero bit, and the other of the two for a one. With the widest vectors that the machine has. Never throws.
+    void ExpandBilevelRow(const unsigned char* row, std::size_t samples, unsigned char flip, unsigned char* line);
+}

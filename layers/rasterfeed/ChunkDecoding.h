@@ -7,15 +7,18 @@
 #include <cstddef>
 #include <cstdint>
 
-class TiffFile;
+namespace RasterFeed
+{
+    class TiffFile;
 
-/// Decode into `to`, which has the bytes of a row, of a strip's rows, or of a tile. Throw Refusal if libtiff fails or
-/// complains, and what the callbacks throw.
-void DecodeScanline(TiffFile& file, std::uint32_t row, unsigned char* to);
-void DecodeStrip(TiffFile& file, std::uint32_t strip, unsigned char* to, std::uint64_t bytes);
-void DecodeTile(TiffFile& file, std::uint32_t tile, unsigned char* to, std::uint64_t bytes);
+    /// Decode into `to`, which has the bytes of a row, of a strip's rows, or of a tile. Throw Refusal if libtiff fails or
+    /// complains, and what the callbacks throw.
+    void DecodeScanline(TiffFile& file, std::uint32_t row, unsigned char* to);
+    void DecodeStrip(TiffFile& file, std::uint32_t strip, unsigned char* to, std::uint64_t bytes);
+    void DecodeTile(TiffFile& file, std::uint32_t tile, unsigned char* to, std::uint64_t bytes);
 
-/// Reads image data as it is stored at `position`, except for the order of the bits in a byte. Throws Refusal if the file
-/// ends in front of it, and what the callbacks throw.
-void ReadStored(
-    TiffFile& file, const SeparationForm& form, std::uint64_t position, unsigned char* to, std::size_t bytes);
+    /// Reads image data as it is stored at `position`, except for the order of the bits in a byte. Throws Refusal if the file
+    /// ends before it, and what the callbacks throw.
+    void ReadStored(
+        TiffFile& file, const SeparationForm& form, std::uint64_t position, unsigned char* to, std::size_t bytes);
+}

@@ -6,24 +6,27 @@
 
 #include <cstddef>
 
-class TiffFile;
-
-/// Ways from the file to rows.
-enum class DecodeWay
+namespace RasterFeed
 {
-    Stored,    ///< uncompressed strips: the file's own bytes
-    Scanlines, ///< line by line, from the top
-    Strips,    ///< strip by strip, each as a whole, in any order
-    Tiles      ///< a row of tiles at once, in any order
-};
+    class TiffFile;
 
-/// How an image is decoded.
-struct DecodePlan
-{
-    DecodeWay way;
-    std::size_t blockBytes; ///< what a strip or a row of tiles takes when decoded; 0 if none is kept
-};
+    /// Ways from the file to rows.
+    enum class DecodeWay
+    {
+        Stored,    ///< uncompressed strips: the file's own bytes
+        Scanlines, ///< line by line, from the top
+        Strips,    ///< strip by strip, each as a whole, in any order
+        Tiles      ///< a row of tiles at once, in any order
+    };
 
-/// Chooses the way for an image of that form. Throws Refusal if its data is not all there, or if decoding would take more
-/// than 256 MiB beyond its rows.
-DecodePlan PlanDecoding(const TiffFile& file, const SeparationForm& form);
+    /// How an image is decoded.
+    struct DecodePlan
+    {
+        DecodeWay way;
+        std::size_t blockBytes; ///< what a strip or a row of tiles takes when decoded; 0 if none is kept
+    };
+
+    /// Chooses the way for an image of that form. Throws Refusal if its data is not all there, or if decoding would take more
+    /// than 256 MiB beyond its rows.
+    DecodePlan PlanDecoding(const TiffFile& file, const SeparationForm& form);
+}

@@ -14,135 +14,138 @@
 #include <memory>
 #include <new>
 
-namespace
+namespace RasterFeed
 {
-    constexpr std::uint32_t EmptyChecksum = 1; // Adler-32 of no bytes
-    constexpr std::size_t ChecksumBytes = 4;   // at the end of the data, highest byte first
-
-    // Bytes handled at once; an even number.
-    constexpr std::size_t PieceBytes = std::size_t{32} * 1024;
-
-    /// Writes the samples of `from` as differences from the one before, which is how predictor 2 stores them; `last` is the
-    /// sample in front, and becomes the last one.
-    template <class Sample>
-    void Difference(const unsigned char* from, std::size_t bytes, Sample& last, unsigned char* to)
+    namespace
     {
-        for (std::size_t i = 0; i < bytes; i += sizeof(Sample))
-        {
-            Sample sample;
-            std::memcpy(&sample, from + i, sizeof sample);
-            const auto difference = static_cast<Sample>(sample - last);
-            std::memcpy(to + i, &difference, sizeof difference);
-            last = sample;
-        }
-    }
-}
+        constexpr std::uint32_t EmptyChecksum = 1; // Adler-32 of no bytes
+        constexpr std::size_t ChecksumBytes = 4;   // at the end of the data, highest byte first
 
-DeflateCheck::DeflateCheck(TiffFile& tiff, const SeparationForm& imageForm)
-    : file(tiff)
-    , form(imageForm)
-    , checksum(EmptyChecksum)
-{
-}
+        // Bytes handled at once; an even number.
+        constexpr std::size_t PieceBytes = std::size_t{32} * 1024;
 
-void DeflateCheck::Take(const unsigned char* rows, std::uint64_t bytes)
-{
-    taken += bytes;
-    if (!form.differences && !(form.bits == 16 && form.byteSwapped))
-    {
-        checksum = libdeflate_adler32(checksum, rows, static_cast<std::size_t>(bytes));
-        return;
-    }
-    const auto rowBytes = static_cast<std::size_t>(form.ChunkRowBytes());
-    for (std::uint64_t done = 0; done < bytes; done += rowBytes)
-    {
-        TakeRow(rows + done, rowBytes);
-    }
-}
-
-void DeflateCheck::TakeRow(const unsigned char* row, std::size_t bytes)
-{
-    unsigned char stored[PieceBytes];
-    std::uint8_t lastByte = 0;
-    std::uint16_t lastPair = 0;
-    for (std::size_t done = 0; done < bytes; done += PieceBytes)
-    {
-        const std::size_t count = std::min(PieceBytes, bytes - done);
-        if (!form.differences)
+        /// Writes the samples of `from` as differences from the one before, which is how predictor 2 stores them; `last` is the
+        /// sample before, and becomes the last one.
+        template <class Sample>
+        void Difference(const unsigned char* from, std::size_t bytes, Sample& last, unsigned char* to)
         {
-            std::memcpy(stored, row + done, count);
-        }
-        else if (form.bits == 16)
-        {
-            Difference(row + done, count, lastPair, stored);
-        }
-        else
-        {
-            Difference(row + done, count, lastByte, stored);
-        }
-        if (form.bits == 16 && form.byteSwapped)
-        {
-            for (std::size_t i = 0; i < count; i += 2)
+            for (std::size_t i = 0; i < bytes; i += sizeof(Sample))
             {
-                std::swap(stored[i], stored[i + 1]);
+                Sample sample;
+                std::memcpy(&sample, from + i, sizeof sample);
+                const auto difference = static_cast<Sample>(sample - last);
+                std::memcpy(to + i, &difference, sizeof difference);
+                last = sample;
             }
         }
-        checksum = libdeflate_adler32(checksum, stored, count);
     }
-}
 
-void DeflateCheck::Finish(std::uint32_t chunk)
-{
-    const std::uint64_t begin = file.ChunkOffset(chunk);
-    const std::uint64_t end = begin + file.ChunkBytes(chunk);
-    if (!EndsInChecksum(end) && !InflatesWhole(begin, end))
+    DeflateCheck::DeflateCheck(TiffFile& tiff, const SeparationForm& imageForm)
+        : file(tiff)
+        , form(imageForm)
+        , checksum(EmptyChecksum)
     {
-        throw Refusal(
-            "Deflate data that ends early or is damaged, by its checksum; image data that is all there is needed");
     }
-    checksum = EmptyChecksum;
-    taken = 0;
-}
 
-bool DeflateCheck::EndsInChecksum(std::uint64_t end)
-{
-    unsigned char stated[ChecksumBytes];
-    ReadStored(file, form, end - std::min<std::uint64_t>(end, ChecksumBytes), stated, ChecksumBytes);
-    std::uint32_t number = 0;
-    for (const unsigned char byte : stated)
+    void DeflateCheck::Take(const unsigned char* rows, std::uint64_t bytes)
     {
-        number = number << 8 | byte;
-    }
-    return number == checksum;
-}
-
-bool DeflateCheck::InflatesWhole(std::uint64_t begin, std::uint64_t end)
-{
-    z_stream stream = {};
-    if (inflateInit(&stream) != Z_OK)
-    {
-        throw std::bad_alloc();
-    }
-    const std::unique_ptr<z_stream, decltype(&inflateEnd)> owner(&stream, inflateEnd);
-    unsigned char input[PieceBytes];
-    unsigned char output[PieceBytes];
-    std::uint64_t inflated = 0;
-    int result = Z_OK;
-    for (std::uint64_t at = begin; result == Z_OK && at < end;)
-    {
-        const auto count = static_cast<std::size_t>(std::min<std::uint64_t>(PieceBytes, end - at));
-        ReadStored(file, form, at, input, count);
-        at += count;
-        stream.next_in = input;
-        stream.avail_in = static_cast<uInt>(count);
-        do
+        taken += bytes;
+        if (!form.differences && !(form.bits == 16 && form.byteSwapped))
         {
-            stream.next_out = output;
-            stream.avail_out = sizeof output;
-            result = inflate(&stream, Z_NO_FLUSH);
-            inflated += sizeof output - stream.avail_out;
-        } while (result == Z_OK && (stream.avail_in != 0 || stream.avail_out == 0));
-        result = result == Z_BUF_ERROR ? Z_OK : result; // no progress without more input
+            checksum = libdeflate_adler32(checksum, rows, static_cast<std::size_t>(bytes));
+            return;
+        }
+        const auto rowBytes = static_cast<std::size_t>(form.ChunkRowBytes());
+        for (std::uint64_t done = 0; done < bytes; done += rowBytes)
+        {
+            TakeRow(rows + done, rowBytes);
+        }
     }
-    return result == Z_STREAM_END && inflated >= taken;
+
+    void DeflateCheck::TakeRow(const unsigned char* row, std::size_t bytes)
+    {
+        unsigned char stored[PieceBytes];
+        std::uint8_t lastByte = 0;
+        std::uint16_t lastPair = 0;
+        for (std::size_t done = 0; done < bytes; done += PieceBytes)
+        {
+            const std::size_t count = std::min(PieceBytes, bytes - done);
+            if (!form.differences)
+            {
+                std::memcpy(stored, row + done, count);
+            }
+            else if (form.bits == 16)
+            {
+                Difference(row + done, count, lastPair, stored);
+            }
+            else
+            {
+                Difference(row + done, count, lastByte, stored);
+            }
+            if (form.bits == 16 && form.byteSwapped)
+            {
+                for (std::size_t i = 0; i < count; i += 2)
+                {
+                    std::swap(stored[i], stored[i + 1]);
+                }
+            }
+            checksum = libdeflate_adler32(checksum, stored, count);
+        }
+    }
+
+    void DeflateCheck::Finish(std::uint32_t chunk)
+    {
+        const std::uint64_t begin = file.ChunkOffset(chunk);
+        const std::uint64_t end = begin + file.ChunkBytes(chunk);
+        if (!EndsInChecksum(end) && !InflatesWhole(begin, end))
+        {
+            throw Refusal(
+                "Deflate data that ends early or is damaged, by its checksum; image data that is all there is needed");
+        }
+        checksum = EmptyChecksum;
+        taken = 0;
+    }
+
+    bool DeflateCheck::EndsInChecksum(std::uint64_t end)
+    {
+        unsigned char stated[ChecksumBytes];
+        ReadStored(file, form, end - std::min<std::uint64_t>(end, ChecksumBytes), stated, ChecksumBytes);
+        std::uint32_t number = 0;
+        for (const unsigned char byte : stated)
+        {
+            number = number << 8 | byte;
+        }
+        return number == checksum;
+    }
+
+    bool DeflateCheck::InflatesWhole(std::uint64_t begin, std::uint64_t end)
+    {
+        z_stream stream = {};
+        if (inflateInit(&stream) != Z_OK)
+        {
+            throw std::bad_alloc();
+        }
+        const std::unique_ptr<z_stream, decltype(&inflateEnd)> owner(&stream, inflateEnd);
+        unsigned char input[PieceBytes];
+        unsigned char output[PieceBytes];
+        std::uint64_t inflated = 0;
+        int result = Z_OK;
+        for (std::uint64_t at = begin; result == Z_OK && at < end;)
+        {
+            const auto count = static_cast<std::size_t>(std::min<std::uint64_t>(PieceBytes, end - at));
+            ReadStored(file, form, at, input, count);
+            at += count;
+            stream.next_in = input;
+            stream.avail_in = static_cast<uInt>(count);
+            do
+            {
+                stream.next_out = output;
+                stream.avail_out = sizeof output;
+                result = inflate(&stream, Z_NO_FLUSH);
+                inflated += sizeof output - stream.avail_out;
+            } while (result == Z_OK && (stream.avail_in != 0 || stream.avail_out == 0));
+            result = result == Z_BUF_ERROR ? Z_OK : result; // no progress without more input
+        }
+        return result == Z_STREAM_END && inflated >= taken;
+    }
 }

@@ -5,46 +5,63 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 
-class SourceFile;
-
-/// The first bytes of a TIFF.
-struct TiffPreamble
+namespace RasterFeed
 {
-    bool bigEndian;               ///< numbers have their highest byte first
-    bool big;                     ///< BigTIFF: 64-bit offsets and counts
-    std::uint64_t firstDirectory; ///< bytes from the start of the file
-};
+    class SourceFile;
 
-/// Reads a TIFF's preamble. Throws Refusal for a file that is no TIFF.
-TiffPreamble ReadPreamble(SourceFile& file);
+    /// The first bytes of a TIFF.
+    struct TiffPreamble
+    {
+        bool bigEndian;               ///< numbers have their highest byte first
+        bool big;                     ///< BigTIFF: 64-bit offsets and counts
+        std::uint64_t firstDirectory; ///< bytes from the start of the file
+    };
 
-/// Whole numbers that stand one behind the other in the file.
-struct NumberList
-{
-    std::uint64_t position = 0; ///< of the first, bytes from the start of the file
-    std::uint64_t count = 0;
-    unsigned width = 0; ///< bytes of each
-};
+    /// Reads a TIFF's preamble. Throws Refusal for a file that is not a TIFF.
+    TiffPreamble ReadPreamble(SourceFile& file);
 
-/// The facts of one directory.
-struct DirectoryFacts
-{
-    bool isReducedImage = false;              ///< by the old SubfileType, where the directory has no NewSubfileType
-    NumberList stripBytes;                    ///< StripByteCounts as stated; libtiff replaces those that it disbelieves
-    std::optional<std::uint32_t> photometric; ///< PhotometricInterpretation, as stated
-    double resolution = 0;                    ///< pixels per inch across; 0 if the file states none that makes sense
-    std::uint64_t tagBytes = 0; ///< bytes of values outside the directory, without the lists of strips or tiles
-    std::uint64_t next = 0;     ///< the next directory, bytes from the start of the file; 0 for none
-};
+    /// Whole numbers that stand one after the other in the file.
+    struct NumberList
+    {
+        std::uint64_t position = 0; ///< of the first, bytes from the start of the file
+        std::uint64_t count = 0;
+        unsigned width = 0; ///< bytes of each
+    };
 
-/// A value that libtiff would have to allocate more for than this is never loaded: its tag is passed over, or, where the
-/// image needs the tag, the file is refused. Bytes.
-constexpr std::uint64_t LargestTag = 16ull * 1024 * 1024;
+    /// Whether images of that compression may have a predictor.
+    bool HasPredictor(std::uint32_t compression);
 
-/// The number at `index`, less than the list's count. Throws Refusal if the file ends in front of it.
-std::uint64_t NumberInList(SourceFile& file, const TiffPreamble& preamble, const NumberList& list, std::uint64_t index);
+    /// The facts of one directory.
+    struct DirectoryFacts
+    {
+        bool isReducedImage = false; ///< by the old SubfileType, where the directory has no NewSubfileType
+        NumberList stripBytes;       ///< StripByteCounts as stated; libtiff replaces those that it disbelieves
+        std::optional<std::uint32_t> photometric; ///< PhotometricInterpretation, as stated
+        double resolution = 0;      ///< pixels per inch across; 0 if the file states none that makes sense
+        std::uint64_t tagBytes = 0; ///< bytes of values outside the directory, without the lists of strips or tiles
+        std::optional<std::uint32_t> compression; ///< Compression, as stated; 0 for one that is not a whole number
+        std::optional<std::uint32_t> predictor;   ///< Predictor, as stated; 0 for one that is not a whole number
+        std::optional<std::uint32_t> faxOptions;  ///< T4Options, as stated
+        /// The entries that say how the image is stored, each as it stands in the file. Compressions other than none and
+        /// JPEG are PackBits here, and have no entries of their own.
+        std::string formEntries;
+        std::uint64_t next = 0; ///< the next directory, bytes from the start of the file; 0 for none
+    };
 
-/// Reads the directory at `offset`. A value of more than largestTag bytes does not count in tagBytes. Throws Refusal if the
-/// file ends inside the directory.
-DirectoryFacts ReadDirectoryFacts(SourceFile& file, const TiffPreamble& preamble, std::uint64_t offset);
+    /// A value that libtiff would have to allocate more for than this is never loaded: its tag is passed over, or, where the
+    /// image needs the tag, the file is refused. Bytes.
+    constexpr std::uint64_t LargestTag = 16ull * 1024 * 1024;
+
+    /// The bytes of a directory of `entries`, each as it stands in a file of that preamble, with none after it.
+    std::string DirectoryBytes(const TiffPreamble& preamble, const std::string& entries);
+
+    /// The number at `index`, less than the list's count. Throws Refusal if the file ends before it.
+    std::uint64_t
+    NumberInList(SourceFile& file, const TiffPreamble& preamble, const NumberList& list, std::uint64_t index);
+
+    /// Reads the directory at `offset`. A value of more than largestTag bytes does not count in tagBytes. Throws Refusal if the
+    /// file ends inside the directory.
+    DirectoryFacts ReadDirectoryFacts(SourceFile& file, const TiffPreamble& preamble, std::uint64_t offset);
+}

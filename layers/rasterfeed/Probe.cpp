@@ -10,119 +10,127 @@
 #include <utility>
 #include <vector>
 
-namespace
+namespace RasterFeed
 {
-    constexpr const char* DefaultExtension = ".tif";
-    constexpr const char* NeededFile = "; a readable TIFF file of up to 4294967295 bytes is needed";
-
-    /// A block that is freed with its scope.
-    class OwnedBlock
+    namespace
     {
-    public:
-        OwnedBlock()
-            : block(FileBlockAlloc(0, "STR,SEQ"))
+        constexpr const char* DefaultExtension = ".tif";
+        constexpr const char* NeededFile = "; a readable TIFF file of up to 4294967295 bytes is needed";
+
+        /// A block that is freed with its scope.
+        class OwnedBlock
         {
-            if (block == nullptr)
+        public:
+            OwnedBlock()
+                : block(FileBlockAlloc(0, "STR,SEQ"))
             {
-                throw std::bad_alloc();
+                if (block == nullptr)
+                {
+                    throw std::bad_alloc();
+                }
             }
-        }
-        OwnedBlock(const OwnedBlock&) = delete;
-        OwnedBlock& operator=(const OwnedBlock&) = delete;
-        ~OwnedBlock() { FileBlockFree(block); }
+            OwnedBlock(const OwnedBlock&) = delete;
+            OwnedBlock& operator=(const OwnedBlock&) = delete;
+            ~OwnedBlock() { FileBlockFree(block); }
 
-        FileBlock Get() const { return block; }
-        FileBlock Release() { return std::exchange(block, nullptr); }
+            FileBlock Get() const { return block; }
+            FileBlock Release() { return std::exchange(block, nullptr); }
 
-    private:
-        FileBlock block;
-    };
+        private:
+            FileBlock block;
+        };
 
-    [[noreturn]] void RefuseFile(FileBlock block)
-    {
-        throw Refusal(FileBlockProblem(block) + NeededFile);
-    }
-
-    FileBlock OpenOrRefuse(const char* name)
-    {
-        OwnedBlock block;
-        if (FileBlockOpen(block.Get(), name, DefaultExtension, 0) != 0)
+        [[noreturn]] void RefuseFile(FileBlock block)
         {
-            RefuseFile(block.Get());
+            throw Refusal(FileBlockProblem(block) + NeededFile);
         }
-        return block.Release();
-    }
 
-    std::int64_t SeekOrRefuse(FileBlock block, std::uint32_t position)
-    {
-        const std::int64_t left = FileBlockSeek(block, position);
-        if (left < 0)
+        FileBlock OpenOrRefuse(const char* name)
         {
-            RefuseFile(block);
-        }
-        return left;
-    }
-
-    std::int64_t ReadOrRefuse(FileBlock block, void* buffer, std::uint32_t size)
-    {
-        const std::int64_t count = FileBlockRead(block, buffer, size);
-        if (count < 0)
-        {
-            RefuseFile(block);
-        }
-        return count;
-    }
-
-    constexpr RasterFeedCallbacks RefusingCallbacks = {OpenOrRefuse,  SeekOrRefuse, ReadOrRefuse,
-                                                       FileBlockFree, [] {},        [] {}};
-
-    /// The name that the default extension may have been put behind.
-    std::string OpenedName(const std::string& path)
-    {
-        const OwnedBlock block;
-        FileBlockOpen(block.Get(), path.c_str(), DefaultExtension, 0);
-        return FileBlockName(block.Get());
-    }
-
-    /// `text` on one line: what would end or colour it becomes '?'.
-    std::string OneLine(std::string text)
-    {
-        std::replace_if(
-            text.begin(), text.end(),
-            [](char c)
+            OwnedBlock block;
+            if (FileBlockOpen(block.Get(), name, DefaultExtension, 0) != 0)
             {
-                const auto byte = static_cast<unsigned char>(c);
-                return byte < 0x20 || byte == 0x7f;
-            },
-            '?');
-        return text;
+                RefuseFile(block.Get());
+            }
+            return block.Release();
+        }
+
+        std::int64_t SeekOrRefuse(FileBlock block, std::uint32_t position)
+        {
+            const std::int64_t left = FileBlockSeek(block, position);
+            if (left < 0)
+            {
+                RefuseFile(block);
+            }
+            return left;
+        }
+
+        std::int64_t ReadOrRefuse(FileBlock block, void* buffer, std::uint32_t size)
+        {
+            const std::int64_t count = FileBlockRead(block, buffer, size);
+            if (count < 0)
+            {
+                RefuseFile(block);
+            }
+            return count;
+        }
+
+        constexpr RasterFeedCallbacks RefusingCallbacks = {OpenOrRefuse,  SeekOrRefuse, ReadOrRefuse,
+                                                           FileBlockFree, [] {},        [] {}};
+
+        /// The name that the default extension may have been appended to.
+        std::string OpenedName(const std::string& path)
+        {
+            const OwnedBlock block;
+            FileBlockOpen(block.Get(), path.c_str(), DefaultExtension, 0);
+            return FileBlockName(block.Get());
+        }
+
+        /// `text` on one line: what would end or colour it becomes '?'.
+        std::string OneLine(std::string text)
+        {
+            std::replace_if(
+                text.begin(), text.end(),
+                [](char c)
+                {
+                    const auto byte = static_cast<unsigned char>(c);
+                    return byte < 0x20 || byte == 0x7f;
+                },
+                '?');
+            return text;
+        }
+
+        RasterFeedDescription Describe(const std::string& path, RasterFeedDepth depth)
+        {
+            RasterFeedDescription description = {};
+            const std::string name = OpenedName(path);
+            try
+            {
+                SeparationReader reader(RefusingCallbacks, name.c_str());
+                reader.ReadHeader();
+                if (depth == RasterFeedDepth::Lines)
+                {
+                    std::vector<unsigned char> line(reader.Width());
+                    for (std::uint32_t i = 0; i < reader.Height(); ++i)
+                    {
+                        reader.ReadLine(line.data());
+                    }
+                }
+                description.accepted = true;
+                description.width = reader.Width();
+                description.height = reader.Height();
+                description.resolution = ResolutionOf(reader.Width(), reader.Units());
+            }
+            catch (const Refusal& refusal)
+            {
+                description.reason = OneLine(name + ": " + refusal.what());
+            }
+            return description;
+        }
     }
 }
 
 RasterFeedDescription RasterFeedProbe(const std::string& path, RasterFeedDepth depth)
 {
-    RasterFeedDescription description = {};
-    const std::string name = OpenedName(path);
-    try
-    {
-        SeparationReader reader(RefusingCallbacks, name.c_str());
-        reader.ReadHeader();
-        if (depth == RasterFeedDepth::Lines)
-        {
-            std::vector<unsigned char> line(reader.Width());
-            for (std::uint32_t i = 0; i < reader.Height(); ++i)
-            {
-                reader.ReadLine(line.data());
-            }
-        }
-        description.accepted = true;
-        description.width = reader.Width();
-        description.height = reader.Height();
-        description.resolution = ResolutionOf(reader.Width(), reader.Units());
-    }
-    catch (const Refusal& refusal)
-    {
-        description.reason = OneLine(name + ": " + refusal.what());
-    }
-    return description;
+    return RasterFeed::Describe(path, depth);
 }

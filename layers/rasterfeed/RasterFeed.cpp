@@ -22,39 +22,42 @@ struct RasterFeedReader
         Failed  ///< can only be ended
     };
 
-    SeparationReader separation;
+    RasterFeed::SeparationReader separation;
     State state = State::Opened;
 };
 
-namespace
+namespace RasterFeed
 {
-    constexpr std::int32_t Done = 0;
-    constexpr std::int32_t Failed = -1;
-
-    /// Runs `operation` in `state`, and leaves the reader in `next` if it succeeds.
-    template <class Operation>
-    std::int32_t
-    Run(RasterFeedHandle reader, RasterFeedReader::State state, RasterFeedReader::State next, Operation operation)
+    namespace
     {
-        if (reader == nullptr || reader->state != state)
+        constexpr std::int32_t Done = 0;
+        constexpr std::int32_t Failed = -1;
+
+        /// Runs `operation` in `state`, and leaves the reader in `next` if it succeeds.
+        template <class Operation>
+        std::int32_t
+        Run(RasterFeedHandle reader, RasterFeedReader::State state, RasterFeedReader::State next, Operation operation)
         {
-            return Failed;
+            if (reader == nullptr || reader->state != state)
+            {
+                return Failed;
+            }
+            reader->state = RasterFeedReader::State::Failed;
+            try
+            {
+                operation(reader->separation);
+            }
+            catch (const Refusal&)
+            {
+                return Failed;
+            }
+            catch (const std::bad_alloc&)
+            {
+                return Failed;
+            }
+            reader->state = next;
+            return Done;
         }
-        reader->state = RasterFeedReader::State::Failed;
-        try
-        {
-            operation(reader->separation);
-        }
-        catch (const Refusal&)
-        {
-            return Failed;
-        }
-        catch (const std::bad_alloc&)
-        {
-            return Failed;
-        }
-        reader->state = next;
-        return Done;
     }
 }
 
@@ -68,7 +71,7 @@ RasterFeedHandle RasterFeedInit(const RasterFeedOpenRecord* record)
     {
         return new RasterFeedReader(record->callbacks, record->path);
     }
-    catch (const Refusal&)
+    catch (const RasterFeed::Refusal&)
     {
         return nullptr;
     }
@@ -80,9 +83,9 @@ RasterFeedHandle RasterFeedInit(const RasterFeedOpenRecord* record)
 
 std::int32_t RasterFeedHeader(RasterFeedHandle reader, RasterFeedImageHeader* header)
 {
-    return Run(
+    return RasterFeed::Run(
         reader, RasterFeedReader::State::Opened, RasterFeedReader::State::Lines,
-        [&](SeparationReader& separation)
+        [&](RasterFeed::SeparationReader& separation)
         {
             separation.ReadHeader();
             *header = {};
@@ -97,11 +100,11 @@ std::int32_t RasterFeedLine(RasterFeedHandle reader, unsigned char* const* lines
 {
     if (count != 1)
     {
-        return Failed;
+        return RasterFeed::Failed;
     }
-    return Run(
+    return RasterFeed::Run(
         reader, RasterFeedReader::State::Lines, RasterFeedReader::State::Lines,
-        [&](SeparationReader& separation) { separation.ReadLine(lines[0]); });
+        [&](RasterFeed::SeparationReader& separation) { separation.ReadLine(lines[0]); });
 }
 
 void RasterFeedEnd(RasterFeedHandle reader, std::int32_t*)

@@ -4,9 +4,12 @@
 
 #include <stdexcept>
 
-/// A file that is no separation. what() is one line without the file's name: what was found; what is accepted.
-class Refusal : public std::runtime_error
+namespace RasterFeed
 {
-public:
-    using std::runtime_error::runtime_error;
-};
+    /// A file that cannot be a separation. what() is one line without the file's name: what was found; what is accepted.
+    class Refusal : public std::runtime_error
+    {
+    public:
+        using std::runtime_error::runtime_error;
+    };
+}

@@ -6,18 +6,21 @@
 #include "rasterfeed/StripRows.h"
 #include "rasterfeed/TileRows.h"
 
-std::unique_ptr<RowSource> MakeRowSource(TiffFile& file, const SeparationForm& form, const DecodePlan& plan)
+namespace RasterFeed
 {
-    switch (plan.way)
+    std::unique_ptr<RowSource> MakeRowSource(TiffFile& file, const SeparationForm& form, const DecodePlan& plan)
     {
-    case DecodeWay::Stored:
-        return std::make_unique<StoredRows>(file, form);
-    case DecodeWay::Scanlines:
-        return std::make_unique<ScanlineRows>(file, form);
-    case DecodeWay::Strips:
-        return std::make_unique<StripRows>(file, form, plan.blockBytes);
-    case DecodeWay::Tiles:
-        break;
+        switch (plan.way)
+        {
+        case DecodeWay::Stored:
+            return std::make_unique<StoredRows>(file, form);
+        case DecodeWay::Scanlines:
+            return std::make_unique<ScanlineRows>(file, form);
+        case DecodeWay::Strips:
+            return std::make_unique<StripRows>(file, form, plan.blockBytes);
+        case DecodeWay::Tiles:
+            break;
+        }
+        return std::make_unique<TileRows>(file, form, plan.blockBytes);
     }
-    return std::make_unique<TileRows>(file, form, plan.blockBytes);
 }

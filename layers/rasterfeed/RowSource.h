@@ -8,20 +8,23 @@
 #include <cstdint>
 #include <memory>
 
-class TiffFile;
-
-/// Gives the stored rows of one image.
-class RowSource
+namespace RasterFeed
 {
-public:
-    virtual ~RowSource() = default;
+    class TiffFile;
 
-    /// Row `row`, counted from the first that is stored: packed samples, 16-bit ones in the machine's byte order. Rows are
-    /// asked for in the order in which they are stored or, except for DecodeWay::Scanlines, in the opposite one.
-    /// The result lies in `room`, which has a row's bytes, or in the source, where it stays until the next call.
-    /// Throws Refusal for data that ends early or cannot be decoded, and what the callbacks throw.
-    virtual const unsigned char* Row(std::uint32_t row, unsigned char* room) = 0;
-};
+    /// Gives the stored rows of one image.
+    class RowSource
+    {
+    public:
+        virtual ~RowSource() = default;
 
-/// The source for an image; `file` must live longer.
-std::unique_ptr<RowSource> MakeRowSource(TiffFile& file, const SeparationForm& form, const DecodePlan& plan);
+        /// Row `row`, counted from the first that is stored: packed samples, 16-bit ones in the machine's byte order. Rows are
+        /// asked for in the order in which they are stored or, except for DecodeWay::Scanlines, in the opposite one.
+        /// The result lies in `space`, which has a row's bytes, or in the source, where it stays until the next call.
+        /// Throws Refusal for data that ends early or cannot be decoded, and what the callbacks throw.
+        virtual const unsigned char* Row(std::uint32_t row, unsigned char* space) = 0;
+    };
+
+    /// The source for an image; `file` must live longer.
+    std::unique_ptr<RowSource> MakeRowSource(TiffFile& file, const SeparationForm& form, const DecodePlan& plan);
+}

@@ -6,82 +6,85 @@
 #include <algorithm>
 #include <cstring>
 
-SampleExpansion::SampleExpansion(unsigned bitsPerSample, bool inverted, bool fromRight, std::uint32_t samples)
-    : bits(bitsPerSample)
-    , mirrored(fromRight)
-    , width(samples)
-    , flip(inverted ? 255 : 0)
-    , of()
+namespace RasterFeed
 {
-    if (bits != 2 && bits != 4)
+    SampleExpansion::SampleExpansion(unsigned bitsPerSample, bool inverted, bool fromRight, std::uint32_t samples)
+        : bits(bitsPerSample)
+        , mirrored(fromRight)
+        , width(samples)
+        , flip(inverted ? 255 : 0)
+        , expanded()
     {
-        return;
-    }
-    const unsigned highest = (1u << bits) - 1;
-    for (unsigned byte = 0; byte < 256; ++byte)
-    {
-        for (unsigned i = 0; i < 8 / bits; ++i)
+        if (bits != 2 && bits != 4)
         {
-            const unsigned sample = byte >> (8 - bits - i * bits) & highest;
-            of[byte][i] = static_cast<unsigned char>(sample * (255 / highest) ^ flip);
+            return;
         }
-    }
-}
-
-template <unsigned SamplesPerByte>
-void SampleExpansion::Unpack(const unsigned char* row, unsigned char* line) const
-{
-    const std::uint32_t whole = width / SamplesPerByte;
-    for (std::uint32_t i = 0; i < whole; ++i)
-    {
-        std::memcpy(line + std::size_t{i} * SamplesPerByte, of[row[i]].data(), SamplesPerByte);
-    }
-    const std::uint32_t rest = width % SamplesPerByte;
-    if (rest != 0)
-    {
-        std::memcpy(line + std::size_t{whole} * SamplesPerByte, of[row[whole]].data(), rest);
-    }
-}
-
-void SampleExpansion::Expand(const unsigned char* row, unsigned char* line) const
-{
-    switch (bits)
-    {
-    case 1:
-        ExpandBilevelRow(row, width, flip, line);
-        break;
-    case 2:
-        Unpack<4>(row, line);
-        break;
-    case 4:
-        Unpack<2>(row, line);
-        break;
-    case 8:
-        if (flip != 0)
+        const unsigned highest = (1u << bits) - 1;
+        for (unsigned byte = 0; byte < 256; ++byte)
         {
-            for (std::uint32_t i = 0; i < width; ++i)
+            for (unsigned i = 0; i < 8 / bits; ++i)
             {
-                line[i] = static_cast<unsigned char>(row[i] ^ 255);
+                const unsigned sample = byte >> (8 - bits - i * bits) & highest;
+                expanded[byte][i] = static_cast<unsigned char>(sample * (255 / highest) ^ flip);
             }
         }
-        else if (row != line)
-        {
-            std::memcpy(line, row, width);
-        }
-        break;
-    default:
-        for (std::uint32_t i = 0; i < width; ++i)
-        {
-            std::uint16_t sample;
-            std::memcpy(&sample, row + std::size_t{i} * 2, sizeof sample);
-            // sample / 257 rounded to the nearest, for all 65536 values.
-            const std::uint32_t byte = (sample * 255u + 32895u) >> 16;
-            line[i] = static_cast<unsigned char>(byte ^ flip);
-        }
-        break;
     }
-    if (mirrored)
+
+    template <unsigned SamplesPerByte>
+    void SampleExpansion::Unpack(const unsigned char* row, unsigned char* line) const
     {
-        std::reverse(line, line + width);
+        const std::uint32_t whole = width / SamplesPerByte;
+        for (std::uint32_t i = 0; i < whole; ++i)
+        {
+            std::memcpy(line + std::size_t{i} * SamplesPerByte, expanded[row[i]].data(), SamplesPerByte);
+        }
+        const std::uint32_t rest = width % SamplesPerByte;
+        if (rest != 0)
+        {
+            std::memcpy(line + std::size_t{whole} * SamplesPerByte, expanded[row[whole]].data(), rest);
+        }
+    }
+
+    void SampleExpansion::Expand(const unsigned char* row, unsigned char* line) const
+    {
+        switch (bits)
+        {
+        case 1:
+            ExpandBilevelRow(row, width, flip, line);
+            break;
+        case 2:
+            Unpack<4>(row, line);
+            break;
+        case 4:
+            Unpack<2>(row, line);
+            break;
+        case 8:
+            if (flip != 0)
+            {
+                for (std::uint32_t i = 0; i < width; ++i)
+                {
+                    line[i] = static_cast<unsigned char>(row[i] ^ 255);
+                }
+            }
+            else if (row != line)
+            {
+                std::memcpy(line, row, width);
+            }
+            break;
+        default:
+            for (std::uint32_t i = 0; i < width; ++i)
+            {
+                std::uint16_t sample;
+                std::memcpy(&sample, row + std::size_t{i} * 2, sizeof sample);
+                // sample / 257 rounded to the nearest, for all 65536 values.
+                const std::uint32_t byte = (sample * 255u + 32895u) >> 16;
+                line[i] = static_cast<unsigned char>(byte ^ flip);
+            }
+            break;
+        }
+        if (mirrored)
+        {
+            std::reverse(line, line + width);
+        }
     }
 }

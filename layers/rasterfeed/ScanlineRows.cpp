@@ -3,26 +3,29 @@
 
 #include "rasterfeed/ChunkDecoding.h"
 
-ScanlineRows::ScanlineRows(TiffFile& tiff, const SeparationForm& imageForm)
-    : file(tiff)
-    , form(imageForm)
+namespace RasterFeed
 {
-    if (form.IsDeflate())
+    ScanlineRows::ScanlineRows(TiffFile& tiff, const SeparationForm& imageForm)
+        : file(tiff)
+        , form(imageForm)
     {
-        check.emplace(file, form);
-    }
-}
-
-const unsigned char* ScanlineRows::Row(std::uint32_t row, unsigned char* room)
-{
-    DecodeScanline(file, row, room);
-    if (check)
-    {
-        check->Take(room, form.RowBytes());
-        if ((row + 1) % form.chunkHeight == 0 || row + 1 == form.height)
+        if (form.IsDeflate())
         {
-            check->Finish(row / form.chunkHeight);
+            check.emplace(file, form);
         }
     }
-    return room;
+
+    const unsigned char* ScanlineRows::Row(std::uint32_t row, unsigned char* space)
+    {
+        DecodeScanline(file, row, space);
+        if (check)
+        {
+            check->Take(space, form.RowBytes());
+            if ((row + 1) % form.chunkHeight == 0 || row + 1 == form.height)
+            {
+                check->Finish(row / form.chunkHeight);
+            }
+        }
+        return space;
+    }
 }

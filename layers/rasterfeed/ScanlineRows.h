@@ -1,4 +1,4 @@
-// Compressed strips decoded line by line, each into the room that the caller has for it: what is too large to hold, or is
+// Compressed strips decoded line by line, each into the space that the caller has for it: what is too large to hold, or is
 // read as fast this way.
 #pragma once
 
@@ -7,16 +7,19 @@
 
 #include <optional>
 
-/// Rows in the order in which they are stored only.
-class ScanlineRows : public RowSource
+namespace RasterFeed
 {
-public:
-    ScanlineRows(TiffFile& file, const SeparationForm& form);
+    /// Rows in the order in which they are stored only.
+    class ScanlineRows : public RowSource
+    {
+    public:
+        ScanlineRows(TiffFile& file, const SeparationForm& form);
 
-    const unsigned char* Row(std::uint32_t row, unsigned char* room) override;
+        const unsigned char* Row(std::uint32_t row, unsigned char* space) override;
 
-private:
-    TiffFile& file;
-    SeparationForm form;
-    std::optional<DeflateCheck> check; ///< of Deflate alone
-};
+    private:
+        TiffFile& file;
+        SeparationForm form;
+        std::optional<DeflateCheck> check; ///< of Deflate alone
+    };
+}

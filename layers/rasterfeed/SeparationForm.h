@@ -4,48 +4,51 @@
 
 #include <cstdint>
 
-class TiffFile;
-
-/// How an accepted image is stored.
-struct SeparationForm
+namespace RasterFeed
 {
-    std::uint32_t width;       ///< pixels, at least 1
-    std::uint32_t height;      ///< pixels, at least 1
-    unsigned bits;             ///< per sample: 1, 2, 4, 8 or 16
-    std::uint16_t compression; ///< as libtiff numbers them
-    bool inverted;             ///< the highest sample value is ink
-    bool mirrored;             ///< stored rows run from right to left
-    bool bottomUp;             ///< the first stored row is the lowest
-    bool lowestBitFirst;       ///< FillOrder 2
-    bool byteSwapped;          ///< 16-bit samples have the other byte order than the machine
-    bool differences;          ///< predictor 2: samples are compressed as differences from the one before
-    double resolution;         ///< pixels per inch, above 0 and finite
+    class TiffFile;
 
-    bool tiled;
-    std::uint32_t chunkWidth;  ///< columns of a strip (the image's width) or tile
-    std::uint32_t chunkHeight; ///< rows of a strip or tile, at most the image's height for strips
-
-    /// Whether the compression is one of the CCITT's.
-    bool IsFax() const;
-
-    /// Whether it is Deflate, by either of its two numbers.
-    bool IsDeflate() const;
-
-    /// Bytes of a stored row: of the image, and of one strip or tile.
-    std::uint64_t RowBytes() const { return (std::uint64_t{width} * bits + 7) / 8; }
-    std::uint64_t ChunkRowBytes() const { return (std::uint64_t{chunkWidth} * bits + 7) / 8; }
-    std::uint64_t ChunkBytes() const { return ChunkRowBytes() * chunkHeight; }
-
-    std::uint32_t ChunksAcross() const { return (width - 1) / chunkWidth + 1; }
-    std::uint32_t ChunksDown() const { return (height - 1) / chunkHeight + 1; }
-
-    /// Rows of the image in the chunks that are `down` from the first.
-    std::uint32_t RowsOf(std::uint32_t down) const
+    /// How an accepted image is stored.
+    struct SeparationForm
     {
-        const std::uint32_t left = height - down * chunkHeight;
-        return left < chunkHeight ? left : chunkHeight;
-    }
-};
+        std::uint32_t width;       ///< pixels, at least 1
+        std::uint32_t height;      ///< pixels, at least 1
+        unsigned bits;             ///< per sample: 1, 2, 4, 8 or 16
+        std::uint16_t compression; ///< as libtiff numbers them
+        bool inverted;             ///< the highest sample value is ink
+        bool mirrored;             ///< stored rows run from right to left
+        bool bottomUp;             ///< the first stored row is the lowest
+        bool lowestBitFirst;       ///< FillOrder 2
+        bool byteSwapped;          ///< 16-bit samples have the other byte order than the machine
+        bool differences;          ///< predictor 2: samples are compressed as differences from the one before
+        double resolution;         ///< pixels per inch, above 0 and finite
 
-/// The form of the image at which `file` stands. Throws Refusal if a separation cannot have it.
-SeparationForm InspectForm(const TiffFile& file);
+        bool tiled;
+        std::uint32_t chunkWidth;  ///< columns of a strip (the image's width) or tile
+        std::uint32_t chunkHeight; ///< rows of a strip or tile, at most the image's height for strips
+
+        /// Whether the compression is one of the CCITT's.
+        bool IsFax() const;
+
+        /// Whether it is Deflate, by either of its two numbers.
+        bool IsDeflate() const;
+
+        /// Bytes of a stored row: of the image, and of one strip or tile.
+        std::uint64_t RowBytes() const { return (std::uint64_t{width} * bits + 7) / 8; }
+        std::uint64_t ChunkRowBytes() const { return (std::uint64_t{chunkWidth} * bits + 7) / 8; }
+        std::uint64_t ChunkBytes() const { return ChunkRowBytes() * chunkHeight; }
+
+        std::uint32_t ChunksAcross() const { return (width - 1) / chunkWidth + 1; }
+        std::uint32_t ChunksDown() const { return (height - 1) / chunkHeight + 1; }
+
+        /// Rows of the image in the chunks that are `down` from the first.
+        std::uint32_t RowsOf(std::uint32_t down) const
+        {
+            const std::uint32_t left = height - down * chunkHeight;
+            return left < chunkHeight ? left : chunkHeight;
+        }
+    };
+
+    /// The form of the image at which `file` stands. Throws Refusal if a separation cannot have it.
+    SeparationForm InspectForm(const TiffFile& file);
+}

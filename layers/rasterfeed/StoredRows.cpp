@@ -6,23 +6,26 @@
 
 #include <utility>
 
-StoredRows::StoredRows(TiffFile& tiff, const SeparationForm& imageForm)
-    : file(tiff)
-    , form(imageForm)
-    , rowBytes(static_cast<std::size_t>(form.RowBytes()))
+namespace RasterFeed
 {
-}
-
-const unsigned char* StoredRows::Row(std::uint32_t row, unsigned char* room)
-{
-    const std::uint64_t strip = file.ChunkOffset(row / form.chunkHeight);
-    ReadStored(file, form, strip + std::uint64_t{row % form.chunkHeight} * rowBytes, room, rowBytes);
-    if (form.bits == 16 && form.byteSwapped)
+    StoredRows::StoredRows(TiffFile& tiff, const SeparationForm& imageForm)
+        : file(tiff)
+        , form(imageForm)
+        , rowBytes(static_cast<std::size_t>(form.RowBytes()))
     {
-        for (std::size_t i = 0; i < rowBytes; i += 2)
-        {
-            std::swap(room[i], room[i + 1]);
-        }
     }
-    return room;
+
+    const unsigned char* StoredRows::Row(std::uint32_t row, unsigned char* space)
+    {
+        const std::uint64_t strip = file.ChunkOffset(row / form.chunkHeight);
+        ReadStored(file, form, strip + std::uint64_t{row % form.chunkHeight} * rowBytes, space, rowBytes);
+        if (form.bits == 16 && form.byteSwapped)
+        {
+            for (std::size_t i = 0; i < rowBytes; i += 2)
+            {
+                std::swap(space[i], space[i + 1]);
+            }
+        }
+        return space;
+    }
 }

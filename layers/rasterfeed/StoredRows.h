@@ -6,15 +6,18 @@
 
 #include <cstddef>
 
-class StoredRows : public RowSource
+namespace RasterFeed
 {
-public:
-    StoredRows(TiffFile& file, const SeparationForm& form);
+    class StoredRows : public RowSource
+    {
+    public:
+        StoredRows(TiffFile& file, const SeparationForm& form);
 
-    const unsigned char* Row(std::uint32_t row, unsigned char* room) override;
+        const unsigned char* Row(std::uint32_t row, unsigned char* space) override;
 
-private:
-    TiffFile& file;
-    SeparationForm form;
-    std::size_t rowBytes;
-};
+    private:
+        TiffFile& file;
+        SeparationForm form;
+        std::size_t rowBytes;
+    };
+}

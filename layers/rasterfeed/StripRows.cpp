@@ -1,33 +1,35 @@
-// One decoded strip at a time.
 #include "rasterfeed/StripRows.h"
 
 #include "rasterfeed/ChunkDecoding.h"
 
-StripRows::StripRows(TiffFile& tiff, const SeparationForm& imageForm, std::size_t blockBytes)
-    : file(tiff)
-    , form(imageForm)
-    , block(new unsigned char[blockBytes])
+namespace RasterFeed
 {
-    if (form.IsDeflate())
+    StripRows::StripRows(TiffFile& tiff, const SeparationForm& imageForm, std::size_t blockBytes)
+        : file(tiff)
+        , form(imageForm)
+        , block(new unsigned char[blockBytes])
     {
-        check.emplace(file, form);
-    }
-}
-
-const unsigned char* StripRows::Row(std::uint32_t row, unsigned char*)
-{
-    const std::uint32_t strip = row / form.chunkHeight;
-    if (present != strip)
-    {
-        present.reset();
-        const std::uint64_t bytes = form.RowBytes() * form.RowsOf(strip);
-        DecodeStrip(file, strip, block.get(), bytes);
-        if (check)
+        if (form.IsDeflate())
         {
-            check->Take(block.get(), bytes);
-            check->Finish(strip);
+            check.emplace(file, form);
         }
-        present = strip;
     }
-    return block.get() + row % form.chunkHeight * form.RowBytes();
+
+    const unsigned char* StripRows::Row(std::uint32_t row, unsigned char*)
+    {
+        const std::uint32_t strip = row / form.chunkHeight;
+        if (present != strip)
+        {
+            present.reset();
+            const std::uint64_t bytes = form.RowBytes() * form.RowsOf(strip);
+            DecodeStrip(file, strip, block.get(), bytes);
+            if (check)
+            {
+                check->Take(block.get(), bytes);
+                check->Finish(strip);
+            }
+            present = strip;
+        }
+        return block.get() + row % form.chunkHeight * form.RowBytes();
+    }
 }

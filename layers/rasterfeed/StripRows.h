@@ -8,18 +8,21 @@
 #include <cstddef>
 #include <optional>
 
-class StripRows : public RowSource
+namespace RasterFeed
 {
-public:
-    /// `blockBytes`: what the largest strip takes when decoded.
-    StripRows(TiffFile& file, const SeparationForm& form, std::size_t blockBytes);
+    class StripRows : public RowSource
+    {
+    public:
+        /// `blockBytes`: what the largest strip takes when decoded.
+        StripRows(TiffFile& file, const SeparationForm& form, std::size_t blockBytes);
 
-    const unsigned char* Row(std::uint32_t row, unsigned char* room) override;
+        const unsigned char* Row(std::uint32_t row, unsigned char* space) override;
 
-private:
-    TiffFile& file;
-    SeparationForm form;
-    std::optional<DeflateCheck> check; ///< of Deflate alone
-    std::unique_ptr<unsigned char[]> block;
-    std::optional<std::uint32_t> present; ///< the strip in the block
-};
+    private:
+        TiffFile& file;
+        SeparationForm form;
+        std::optional<DeflateCheck> check; ///< of Deflate alone
+        std::unique_ptr<unsigned char[]> block;
+        std::optional<std::uint32_t> present; ///< the strip in the block
+    };
+}

@@ -1,4 +1,3 @@
-// Rows gathered from tiles that lie one behind the other in memory.
 #include "rasterfeed/TileRows.h"
 
 #include "rasterfeed/ChunkDecoding.h"
@@ -6,43 +5,46 @@
 #include <algorithm>
 #include <cstring>
 
-TileRows::TileRows(TiffFile& tiff, const SeparationForm& imageForm, std::size_t blockBytes)
-    : file(tiff)
-    , form(imageForm)
-    , block(new unsigned char[blockBytes])
+namespace RasterFeed
 {
-    if (form.IsDeflate())
+    TileRows::TileRows(TiffFile& tiff, const SeparationForm& imageForm, std::size_t blockBytes)
+        : file(tiff)
+        , form(imageForm)
+        , block(new unsigned char[blockBytes])
     {
-        check.emplace(file, form);
-    }
-}
-
-const unsigned char* TileRows::Row(std::uint32_t row, unsigned char* room)
-{
-    const std::uint32_t down = row / form.chunkHeight;
-    if (present != down)
-    {
-        present.reset();
-        const std::uint32_t across = form.ChunksAcross();
-        for (std::uint32_t i = 0; i < across; ++i)
+        if (form.IsDeflate())
         {
-            const std::uint32_t tile = down * across + i;
-            unsigned char* const to = block.get() + i * form.ChunkBytes();
-            DecodeTile(file, tile, to, form.ChunkBytes());
-            if (check)
-            {
-                check->Take(to, form.ChunkBytes());
-                check->Finish(tile);
-            }
+            check.emplace(file, form);
         }
-        present = down;
     }
-    const auto tileRow = static_cast<std::size_t>(form.ChunkRowBytes());
-    const auto wholeRow = static_cast<std::size_t>(form.RowBytes());
-    const unsigned char* from = block.get() + row % form.chunkHeight * tileRow;
-    for (std::size_t done = 0; done < wholeRow; done += tileRow, from += form.ChunkBytes())
+
+    const unsigned char* TileRows::Row(std::uint32_t row, unsigned char* space)
     {
-        std::memcpy(room + done, from, std::min(tileRow, wholeRow - done));
+        const std::uint32_t down = row / form.chunkHeight;
+        if (present != down)
+        {
+            present.reset();
+            const std::uint32_t across = form.ChunksAcross();
+            for (std::uint32_t i = 0; i < across; ++i)
+            {
+                const std::uint32_t tile = down * across + i;
+                unsigned char* const to = block.get() + i * form.ChunkBytes();
+                DecodeTile(file, tile, to, form.ChunkBytes());
+                if (check)
+                {
+                    check->Take(to, form.ChunkBytes());
+                    check->Finish(tile);
+                }
+            }
+            present = down;
+        }
+        const auto tileRow = static_cast<std::size_t>(form.ChunkRowBytes());
+        const auto wholeRow = static_cast<std::size_t>(form.RowBytes());
+        const unsigned char* from = block.get() + row % form.chunkHeight * tileRow;
+        for (std::size_t done = 0; done < wholeRow; done += tileRow, from += form.ChunkBytes())
+        {
+            std::memcpy(space + done, from, std::min(tileRow, wholeRow - done));
+        }
+        return space;
     }
-    return room;
 }

@@ -4,17 +4,20 @@
 
 #include <cstdint>
 
-/// A width, and the unit it is stated in.
-struct WidthInUnits
+namespace RasterFeed
 {
-    std::int32_t extent;       ///< the width in units, at least 1
-    std::int32_t unitsPerInch; ///< at least 1
-};
+    /// A width, and the unit it is stated in.
+    struct WidthInUnits
+    {
+        std::int32_t extent;       ///< the width in units, at least 1
+        std::int32_t unitsPerInch; ///< at least 1
+    };
 
-/// The resolution that follows from a width in pixels and in units: width / (extent / unitsPerInch), in this order, in
-/// double precision. Pixels per inch.
-double ResolutionOf(std::uint32_t width, const WidthInUnits& units);
+    /// The resolution that follows from a width in pixels and in units: width / (extent / unitsPerInch), in this order, in
+    /// double precision. Pixels per inch.
+    double ResolutionOf(std::uint32_t width, const WidthInUnits& units);
 
-/// The two numbers for an image of `width` pixels (at least 1) at `resolution` pixels per inch (finite, above 0) for which
-/// ResolutionOf gives `resolution` exactly, or as nearly as any two do.
-WidthInUnits ExpressWidth(std::uint32_t width, double resolution);
+    /// The two numbers for an image of `width` pixels (at least 1) at `resolution` pixels per inch (finite, above 0) for which
+    /// ResolutionOf gives `resolution` exactly, or as nearly as any two do.
+    WidthInUnits ExpressWidth(std::uint32_t width, double resolution);
+}

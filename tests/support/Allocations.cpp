@@ -9,14 +9,9 @@
 #include <limits>
 #include <new>
 
-#if defined(__SANITIZE_ADDRESS__)
+#ifdef SANITIZER_ALLOCATES
 #define SYSTEM(name) __interceptor_##name
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define SYSTEM(name) __interceptor_##name
-#endif
-#endif
-#ifndef SYSTEM
+#else
 #define SYSTEM(name) __libc_##name
 #endif
 

@@ -9,283 +9,292 @@
 #include <algorithm>
 #include <cmath>
 
-namespace
+namespace RasterFeedTest
 {
-    using Values = std::initializer_list<std::uint16_t>;
-
-    /// The byte that a sample becomes: its part of the depth's range, in 255ths.
-    unsigned char Expected(std::uint32_t sample, unsigned bits, std::uint16_t photometric)
+    using TestSupport::MakeTiff;
+    using TestSupport::MixedSamples;
+    using TestSupport::SampleRule;
+    using TestSupport::TiffEditor;
+    using TestSupport::TiffForm;
+    namespace
     {
-        const auto byte = static_cast<int>(std::lround(255.0 * sample / ((1u << bits) - 1)));
-        return static_cast<unsigned char>(photometric == PHOTOMETRIC_MINISBLACK ? byte : 255 - byte);
-    }
+        using Values = std::initializer_list<std::uint16_t>;
 
-    std::vector<std::string> ExpectedLines(const TiffForm& form, const SampleRule& rule)
-    {
-        std::vector<std::string> lines(form.height, std::string(form.width, '\0'));
-        const bool mirrored = form.orientation == ORIENTATION_TOPRIGHT || form.orientation == ORIENTATION_BOTRIGHT;
-        const bool bottomUp = form.orientation == ORIENTATION_BOTRIGHT || form.orientation == ORIENTATION_BOTLEFT;
-        for (std::uint32_t y = 0; y < form.height; ++y)
+        /// The byte that a sample becomes: its part of the depth's range, in 255ths.
+        unsigned char Expected(std::uint32_t sample, unsigned bits, std::uint16_t photometric)
         {
-            for (std::uint32_t x = 0; x < form.width; ++x)
+            const auto byte = static_cast<int>(std::lround(255.0 * sample / ((1u << bits) - 1)));
+            return static_cast<unsigned char>(photometric == PHOTOMETRIC_MINISBLACK ? byte : 255 - byte);
+        }
+
+        std::vector<std::string> ExpectedLines(const TiffForm& form, const SampleRule& rule)
+        {
+            std::vector<std::string> lines(form.height, std::string(form.width, '\0'));
+            const bool mirrored = form.orientation == ORIENTATION_TOPRIGHT || form.orientation == ORIENTATION_BOTRIGHT;
+            const bool bottomUp = form.orientation == ORIENTATION_BOTRIGHT || form.orientation == ORIENTATION_BOTLEFT;
+            for (std::uint32_t y = 0; y < form.height; ++y)
             {
-                lines[bottomUp ? form.height - 1 - y : y][mirrored ? form.width - 1 - x : x] =
-                    static_cast<char>(Expected(rule(x, y), form.bits, form.photometric));
+                for (std::uint32_t x = 0; x < form.width; ++x)
+                {
+                    lines[bottomUp ? form.height - 1 - y : y][mirrored ? form.width - 1 - x : x] =
+                        static_cast<char>(Expected(rule(x, y), form.bits, form.photometric));
+                }
+            }
+            return lines;
+        }
+
+        std::string Describe(const TiffForm& form)
+        {
+            return "bits " + std::to_string(form.bits) + ", photometric " + std::to_string(form.photometric) +
+                   ", compression " + std::to_string(form.compression) + ", predictor " +
+                   std::to_string(form.predictor) + ", fill order " + std::to_string(form.fillOrder) +
+                   ", orientation " + std::to_string(form.orientation) + ", strip " +
+                   std::to_string(form.rowsPerStrip) + ", tile " + std::to_string(form.tileWidth) + " x " +
+                   std::to_string(form.tileLength) + (form.bigEndian ? ", big-endian" : "") +
+                   (form.bigTiff ? ", BigTIFF" : "");
+        }
+
+        /// The form is read exactly, in all of the layouts that decide how rows are found.
+        void ExpectExactInAllLayouts(TiffForm form)
+        {
+            const SampleRule rule = MixedSamples(form.bits);
+            struct Layout
+            {
+                std::uint32_t height, rowsPerStrip, tileWidth, tileLength;
+            };
+            // One row to a strip; several; all in one; tiles within the image; one tile larger than the image.
+            for (const Layout& layout :
+                 {Layout{23, 1, 0, 0}, {23, 8, 0, 0}, {23, 23, 0, 0}, {23, 0, 16, 16}, {9, 0, 64, 32}})
+            {
+                form.height = layout.height;
+                form.rowsPerStrip = layout.rowsPerStrip;
+                form.tileWidth = layout.tileWidth;
+                form.tileLength = layout.tileLength;
+                SCOPED_TRACE(Describe(form));
+                const Delivery delivery = Deliver(MakeTiff(form, rule));
+                ASSERT_TRUE(delivery.IsComplete());
+                EXPECT_EQ(delivery.lines, ExpectedLines(form, rule));
             }
         }
-        return lines;
     }
 
-    std::string Describe(const TiffForm& form)
+    TEST(AcceptedForms, EveryDepthPolarityFillOrderAndOrientation)
     {
-        return "bits " + std::to_string(form.bits) + ", photometric " + std::to_string(form.photometric) +
-               ", compression " + std::to_string(form.compression) + ", predictor " + std::to_string(form.predictor) +
-               ", fill order " + std::to_string(form.fillOrder) + ", orientation " + std::to_string(form.orientation) +
-               ", strip " + std::to_string(form.rowsPerStrip) + ", tile " + std::to_string(form.tileWidth) + " x " +
-               std::to_string(form.tileLength) + (form.bigEndian ? ", big-endian" : "") +
-               (form.bigTiff ? ", BigTIFF" : "");
-    }
-
-    /// The form is read exactly, in all of the layouts that decide how rows are found.
-    void ExpectExactInAllLayouts(TiffForm form)
-    {
-        const SampleRule rule = MixedSamples(form.bits);
-        struct Layout
+        for (const std::uint16_t bits : Values{1, 2, 4, 8, 16})
         {
-            std::uint32_t height, rowsPerStrip, tileWidth, tileLength;
+            for (const std::uint16_t photometric :
+                 Values{PHOTOMETRIC_MINISBLACK, PHOTOMETRIC_MINISWHITE, PHOTOMETRIC_SEPARATED})
+            {
+                for (const std::uint16_t fillOrder : Values{FILLORDER_MSB2LSB, FILLORDER_LSB2MSB})
+                {
+                    for (const std::uint16_t orientation : Values{1, 2, 3, 4})
+                    {
+                        TiffForm form;
+                        form.bits = bits;
+                        form.photometric = photometric;
+                        form.fillOrder = fillOrder;
+                        form.orientation = orientation;
+                        ExpectExactInAllLayouts(form);
+                    }
+                }
+            }
+        }
+    }
+
+    TEST(AcceptedForms, EveryCompressionOfEveryDepthItServes)
+    {
+        struct Coding
+        {
+            std::uint16_t compression;
+            std::vector<std::uint16_t> depths;
+            bool hasPredictor;
         };
-        // One row to a strip; several; all in one; tiles within the image; one tile larger than the image.
-        for (const Layout& layout :
-             {Layout{23, 1, 0, 0}, {23, 8, 0, 0}, {23, 23, 0, 0}, {23, 0, 16, 16}, {9, 0, 64, 32}})
+        const Coding codings[] = {
+            {COMPRESSION_NONE, {1, 2, 4, 8, 16}, false},   {COMPRESSION_PACKBITS, {1, 2, 4, 8, 16}, false},
+            {COMPRESSION_LZW, {1, 2, 4, 8, 16}, true},     {COMPRESSION_ADOBE_DEFLATE, {1, 2, 4, 8, 16}, true},
+            {COMPRESSION_DEFLATE, {1, 2, 4, 8, 16}, true}, {COMPRESSION_ZSTD, {1, 8, 16}, true},
+            {COMPRESSION_LZMA, {1, 8, 16}, true},          {COMPRESSION_CCITTRLE, {1}, false},
+            {COMPRESSION_CCITTFAX4, {1}, false},
+        };
+        for (const Coding& coding : codings)
         {
-            form.height = layout.height;
-            form.rowsPerStrip = layout.rowsPerStrip;
-            form.tileWidth = layout.tileWidth;
-            form.tileLength = layout.tileLength;
+            for (const std::uint16_t bits : coding.depths)
+            {
+                for (const std::uint16_t predictor : Values{0, PREDICTOR_NONE, PREDICTOR_HORIZONTAL})
+                {
+                    if (predictor != 0 && (!coding.hasPredictor || bits < 8))
+                    {
+                        continue;
+                    }
+                    for (const bool bigEndian : {false, true})
+                    {
+                        TiffForm form;
+                        form.bits = bits;
+                        form.compression = coding.compression;
+                        form.predictor = predictor;
+                        form.bigEndian = bigEndian;
+                        form.bigTiff = bigEndian;
+                        ExpectExactInAllLayouts(form);
+                        form.orientation = ORIENTATION_BOTLEFT;
+                        form.fillOrder = FILLORDER_LSB2MSB;
+                        ExpectExactInAllLayouts(form);
+                    }
+                }
+            }
+        }
+    }
+
+    TEST(AcceptedForms, Group3InBothDimensionsWithAndWithoutFillBits)
+    {
+        for (const std::uint32_t options :
+             {0u, GROUP3OPT_2DENCODING + 0u, GROUP3OPT_FILLBITS + 0u, GROUP3OPT_2DENCODING + GROUP3OPT_FILLBITS + 0u})
+        {
+            TiffForm form;
+            form.bits = 1;
+            form.compression = COMPRESSION_CCITTFAX3;
+            form.photometric = PHOTOMETRIC_MINISWHITE;
+            form.faxOptions = options;
+            ExpectExactInAllLayouts(form);
+        }
+    }
+
+    TEST(AcceptedForms, JpegOfFlatBlocksIsExact)
+    {
+        // Blocks of one value have no frequencies to lose: at quality 100 the round trip is exact.
+        TiffForm form;
+        form.width = 40;
+        form.height = 24;
+        form.compression = COMPRESSION_JPEG;
+        const SampleRule rule = [](std::uint32_t x, std::uint32_t y) { return (x / 8 * 37 + y / 8 * 90) % 256; };
+        for (const std::uint32_t rowsPerStrip : {8u, 24u})
+        {
+            for (const std::uint16_t photometric : Values{PHOTOMETRIC_MINISBLACK, PHOTOMETRIC_MINISWHITE})
+            {
+                form.rowsPerStrip = rowsPerStrip;
+                form.photometric = photometric;
+                const Delivery delivery = Deliver(MakeTiff(form, rule));
+                ASSERT_TRUE(delivery.IsComplete());
+                EXPECT_EQ(delivery.lines, ExpectedLines(form, rule));
+            }
+        }
+    }
+
+    TEST(AcceptedForms, StripsTooLargeToHoldAreReadLineByLine)
+    {
+        // 1.5 MiB of samples in one strip, beyond what is decoded as a whole.
+        for (const std::uint16_t compression : Values{
+                 COMPRESSION_NONE, COMPRESSION_LZW, COMPRESSION_ADOBE_DEFLATE, COMPRESSION_PACKBITS, COMPRESSION_ZSTD})
+        {
+            TiffForm form;
+            form.width = 3001;
+            form.height = 520;
+            form.rowsPerStrip = 520;
+            form.compression = compression;
+            const SampleRule rule = MixedSamples(8);
             SCOPED_TRACE(Describe(form));
             const Delivery delivery = Deliver(MakeTiff(form, rule));
             ASSERT_TRUE(delivery.IsComplete());
             EXPECT_EQ(delivery.lines, ExpectedLines(form, rule));
         }
-    }
-}
-
-TEST(AcceptedForms, EveryDepthPolarityFillOrderAndOrientation)
-{
-    for (const std::uint16_t bits : Values{1, 2, 4, 8, 16})
-    {
-        for (const std::uint16_t photometric :
-             Values{PHOTOMETRIC_MINISBLACK, PHOTOMETRIC_MINISWHITE, PHOTOMETRIC_SEPARATED})
-        {
-            for (const std::uint16_t fillOrder : Values{FILLORDER_MSB2LSB, FILLORDER_LSB2MSB})
-            {
-                for (const std::uint16_t orientation : Values{1, 2, 3, 4})
-                {
-                    TiffForm form;
-                    form.bits = bits;
-                    form.photometric = photometric;
-                    form.fillOrder = fillOrder;
-                    form.orientation = orientation;
-                    ExpectExactInAllLayouts(form);
-                }
-            }
-        }
-    }
-}
-
-TEST(AcceptedForms, EveryCompressionOfEveryDepthItServes)
-{
-    struct Coding
-    {
-        std::uint16_t compression;
-        std::vector<std::uint16_t> depths;
-        bool hasPredictor;
-    };
-    const Coding codings[] = {
-        {COMPRESSION_NONE, {1, 2, 4, 8, 16}, false},   {COMPRESSION_PACKBITS, {1, 2, 4, 8, 16}, false},
-        {COMPRESSION_LZW, {1, 2, 4, 8, 16}, true},     {COMPRESSION_ADOBE_DEFLATE, {1, 2, 4, 8, 16}, true},
-        {COMPRESSION_DEFLATE, {1, 2, 4, 8, 16}, true}, {COMPRESSION_ZSTD, {1, 8, 16}, true},
-        {COMPRESSION_LZMA, {1, 8, 16}, true},          {COMPRESSION_CCITTRLE, {1}, false},
-        {COMPRESSION_CCITTFAX4, {1}, false},
-    };
-    for (const Coding& coding : codings)
-    {
-        for (const std::uint16_t bits : coding.depths)
-        {
-            for (const std::uint16_t predictor : Values{0, PREDICTOR_NONE, PREDICTOR_HORIZONTAL})
-            {
-                if (predictor != 0 && (!coding.hasPredictor || bits < 8))
-                {
-                    continue;
-                }
-                for (const bool bigEndian : {false, true})
-                {
-                    TiffForm form;
-                    form.bits = bits;
-                    form.compression = coding.compression;
-                    form.predictor = predictor;
-                    form.bigEndian = bigEndian;
-                    form.bigTiff = bigEndian;
-                    ExpectExactInAllLayouts(form);
-                    form.orientation = ORIENTATION_BOTLEFT;
-                    form.fillOrder = FILLORDER_LSB2MSB;
-                    ExpectExactInAllLayouts(form);
-                }
-            }
-        }
-    }
-}
-
-TEST(AcceptedForms, Group3InBothDimensionsWithAndWithoutFillBits)
-{
-    for (const std::uint32_t options :
-         {0u, GROUP3OPT_2DENCODING + 0u, GROUP3OPT_FILLBITS + 0u, GROUP3OPT_2DENCODING + GROUP3OPT_FILLBITS + 0u})
-    {
         TiffForm form;
         form.bits = 1;
-        form.compression = COMPRESSION_CCITTFAX3;
-        form.photometric = PHOTOMETRIC_MINISWHITE;
-        form.faxOptions = options;
-        ExpectExactInAllLayouts(form);
+        form.width = 20001;
+        form.height = 600;
+        form.rowsPerStrip = 600;
+        form.compression = COMPRESSION_CCITTFAX4;
+        const Delivery delivery = Deliver(MakeTiff(form, MixedSamples(1)));
+        ASSERT_TRUE(delivery.IsComplete());
+        EXPECT_EQ(delivery.lines, ExpectedLines(form, MixedSamples(1)));
     }
-}
 
-TEST(AcceptedForms, JpegOfFlatBlocksIsExact)
-{
-    // Blocks of one value have no frequencies to lose: at quality 100 the round trip is exact.
-    TiffForm form;
-    form.width = 40;
-    form.height = 24;
-    form.compression = COMPRESSION_JPEG;
-    const SampleRule rule = [](std::uint32_t x, std::uint32_t y) { return (x / 8 * 37 + y / 8 * 90) % 256; };
-    for (const std::uint32_t rowsPerStrip : {8u, 24u})
-    {
-        for (const std::uint16_t photometric : Values{PHOTOMETRIC_MINISBLACK, PHOTOMETRIC_MINISWHITE})
-        {
-            form.rowsPerStrip = rowsPerStrip;
-            form.photometric = photometric;
-            const Delivery delivery = Deliver(MakeTiff(form, rule));
-            ASSERT_TRUE(delivery.IsComplete());
-            EXPECT_EQ(delivery.lines, ExpectedLines(form, rule));
-        }
-    }
-}
-
-TEST(AcceptedForms, StripsTooLargeToHoldAreReadLineByLine)
-{
-    // 1.5 MiB of samples in one strip, beyond what is decoded as a whole.
-    for (const std::uint16_t compression :
-         Values{COMPRESSION_NONE, COMPRESSION_LZW, COMPRESSION_ADOBE_DEFLATE, COMPRESSION_PACKBITS, COMPRESSION_ZSTD})
+    TEST(AcceptedForms, PlanarConfigurationOfOneSampleMakesNoDifference)
     {
         TiffForm form;
-        form.width = 3001;
-        form.height = 520;
-        form.rowsPerStrip = 520;
-        form.compression = compression;
-        const SampleRule rule = MixedSamples(8);
-        SCOPED_TRACE(Describe(form));
-        const Delivery delivery = Deliver(MakeTiff(form, rule));
-        ASSERT_TRUE(delivery.IsComplete());
-        EXPECT_EQ(delivery.lines, ExpectedLines(form, rule));
+        form.planar = PLANARCONFIG_SEPARATE;
+        ExpectExactInAllLayouts(form);
     }
-    TiffForm form;
-    form.bits = 1;
-    form.width = 20001;
-    form.height = 600;
-    form.rowsPerStrip = 600;
-    form.compression = COMPRESSION_CCITTFAX4;
-    const Delivery delivery = Deliver(MakeTiff(form, MixedSamples(1)));
-    ASSERT_TRUE(delivery.IsComplete());
-    EXPECT_EQ(delivery.lines, ExpectedLines(form, MixedSamples(1)));
-}
 
-TEST(AcceptedForms, PlanarConfigurationOfOneSampleMakesNoDifference)
-{
-    TiffForm form;
-    form.planar = PLANARCONFIG_SEPARATE;
-    ExpectExactInAllLayouts(form);
-}
-
-TEST(AcceptedForms, OldStyleLzwIsRead)
-{
-    // Before TIFF 6 codes were packed from the lowest bit up. By hand, 9-bit codes: clear (256), 10, 20, 30, 40, end (257).
-    const unsigned codes[] = {256, 10, 20, 30, 40, 257};
-    std::string packed((std::size(codes) * 9 + 7) / 8, '\0');
-    for (std::size_t i = 0; i < std::size(codes) * 9; ++i)
+    TEST(AcceptedForms, OldStyleLzwIsRead)
     {
-        if ((codes[i / 9] >> i % 9 & 1) != 0)
+        // Before TIFF 6 codes were packed from the lowest bit up. By hand, 9-bit codes: clear (256), 10, 20, 30, 40, end (257).
+        const unsigned codes[] = {256, 10, 20, 30, 40, 257};
+        std::string packed((std::size(codes) * 9 + 7) / 8, '\0');
+        for (std::size_t i = 0; i < std::size(codes) * 9; ++i)
         {
-            packed[i / 8] = static_cast<char>(packed[i / 8] | 1 << i % 8);
+            if ((codes[i / 9] >> i % 9 & 1) != 0)
+            {
+                packed[i / 8] = static_cast<char>(packed[i / 8] | 1 << i % 8);
+            }
         }
-    }
-    TiffForm form;
-    form.width = 2;
-    form.height = 2;
-    form.rowsPerStrip = 2;
-    std::string bytes = MakeTiff(form, MixedSamples(8));
-    const std::uint64_t place = bytes.size();
-    TiffEditor editor(bytes + packed);
-    editor.Set(TIFFTAG_COMPRESSION, TIFF_SHORT, {COMPRESSION_LZW});
-    editor.Set(TIFFTAG_STRIPOFFSETS, TIFF_LONG, {place});
-    editor.Set(TIFFTAG_STRIPBYTECOUNTS, TIFF_LONG, {packed.size()});
-    const Delivery delivery = Deliver(editor.Bytes());
-    ASSERT_TRUE(delivery.IsComplete());
-    EXPECT_EQ(delivery.lines, (std::vector<std::string>{{10, 20}, {30, 40}}));
-}
-
-TEST(AcceptedForms, StripMayHoldMoreRowsThanTheImage)
-{
-    TiffForm form;
-    form.compression = COMPRESSION_ADOBE_DEFLATE;
-    form.rowsPerStrip = form.height;
-    const SampleRule rule = MixedSamples(8);
-    std::vector<std::string> lines = ExpectedLines(form, rule);
-    TiffEditor editor(MakeTiff(form, rule));
-    editor.Set(TIFFTAG_IMAGELENGTH, TIFF_LONG, {form.height - 2});
-    lines.resize(form.height - 2);
-    const Delivery delivery = Deliver(editor.Bytes());
-    ASSERT_TRUE(delivery.IsComplete());
-    EXPECT_EQ(delivery.lines, lines);
-}
-
-TEST(AcceptedForms, FirstImageOfFullResolutionIsTaken)
-{
-    TiffForm page;
-    page.width = 7;
-    TiffForm other;
-    other.width = 9;
-    const SampleRule rule = MixedSamples(8);
-    EXPECT_EQ(Deliver(MakeTiff(page, other, rule)).header.lineLength, 7u);
-    other.subfileType = FILETYPE_REDUCEDIMAGE;
-    EXPECT_EQ(Deliver(MakeTiff(page, other, rule)).header.lineLength, 7u);
-    EXPECT_EQ(Deliver(MakeTiff(other, page, rule)).header.lineLength, 7u);
-    TiffEditor old(MakeTiff(other, page, rule));
-    old.Remove(TIFFTAG_SUBFILETYPE);
-    EXPECT_EQ(Deliver(old.Bytes()).header.lineLength, 9u);
-    old.Set(TIFFTAG_OSUBFILETYPE, TIFF_SHORT, {OFILETYPE_REDUCEDIMAGE});
-    EXPECT_EQ(Deliver(old.Bytes()).header.lineLength, 7u);
-    other.subfileType = FILETYPE_MASK;
-    const Delivery behindMask = Deliver(MakeTiff(other, page, rule));
-    EXPECT_EQ(behindMask.header.lineLength, 7u);
-    EXPECT_EQ(behindMask.lines, ExpectedLines(page, rule));
-}
-
-TEST(AcceptedForms, WhatWritersLeaveOutIsTakenAsTheFormatHasIt)
-{
-    // No RowsPerStrip: one strip. No byte counts, or zero: the length of an uncompressed strip is known. No
-    // BitsPerSample or SamplesPerPixel: one bit, one sample. An unknown tag, of a type of its own, is passed over.
-    TiffForm form;
-    form.bits = 1;
-    form.rowsPerStrip = form.height;
-    const SampleRule rule = MixedSamples(1);
-    for (const std::uint16_t tag :
-         Values{TIFFTAG_ROWSPERSTRIP, TIFFTAG_STRIPBYTECOUNTS, TIFFTAG_BITSPERSAMPLE, TIFFTAG_SAMPLESPERPIXEL})
-    {
-        TiffEditor editor(MakeTiff(form, rule));
-        editor.Remove(tag);
-        editor.SetRaw(60000, 77, 5, 0xffffffff);
+        TiffForm form;
+        form.width = 2;
+        form.height = 2;
+        form.rowsPerStrip = 2;
+        std::string bytes = MakeTiff(form, MixedSamples(8));
+        const std::uint64_t place = bytes.size();
+        TiffEditor editor(bytes + packed);
+        editor.Set(TIFFTAG_COMPRESSION, TIFF_SHORT, {COMPRESSION_LZW});
+        editor.Set(TIFFTAG_STRIPOFFSETS, TIFF_LONG, {place});
+        editor.Set(TIFFTAG_STRIPBYTECOUNTS, TIFF_LONG, {packed.size()});
         const Delivery delivery = Deliver(editor.Bytes());
-        ASSERT_TRUE(delivery.IsComplete()) << "without tag " << tag;
-        EXPECT_EQ(delivery.lines, ExpectedLines(form, rule)) << "without tag " << tag;
+        ASSERT_TRUE(delivery.IsComplete());
+        EXPECT_EQ(delivery.lines, (std::vector<std::string>{{10, 20}, {30, 40}}));
+    }
+
+    TEST(AcceptedForms, StripMayHoldMoreRowsThanTheImage)
+    {
+        TiffForm form;
+        form.compression = COMPRESSION_ADOBE_DEFLATE;
+        form.rowsPerStrip = form.height;
+        const SampleRule rule = MixedSamples(8);
+        std::vector<std::string> lines = ExpectedLines(form, rule);
+        TiffEditor editor(MakeTiff(form, rule));
+        editor.Set(TIFFTAG_IMAGELENGTH, TIFF_LONG, {form.height - 2});
+        lines.resize(form.height - 2);
+        const Delivery delivery = Deliver(editor.Bytes());
+        ASSERT_TRUE(delivery.IsComplete());
+        EXPECT_EQ(delivery.lines, lines);
+    }
+
+    TEST(AcceptedForms, FirstImageOfFullResolutionIsTaken)
+    {
+        TiffForm page;
+        page.width = 7;
+        TiffForm other;
+        other.width = 9;
+        const SampleRule rule = MixedSamples(8);
+        EXPECT_EQ(Deliver(MakeTiff(page, other, rule)).header.lineLength, 7u);
+        other.subfileType = FILETYPE_REDUCEDIMAGE;
+        EXPECT_EQ(Deliver(MakeTiff(page, other, rule)).header.lineLength, 7u);
+        EXPECT_EQ(Deliver(MakeTiff(other, page, rule)).header.lineLength, 7u);
+        TiffEditor old(MakeTiff(other, page, rule));
+        old.Remove(TIFFTAG_SUBFILETYPE);
+        EXPECT_EQ(Deliver(old.Bytes()).header.lineLength, 9u);
+        old.Set(TIFFTAG_OSUBFILETYPE, TIFF_SHORT, {OFILETYPE_REDUCEDIMAGE});
+        EXPECT_EQ(Deliver(old.Bytes()).header.lineLength, 7u);
+        other.subfileType = FILETYPE_MASK;
+        const Delivery afterMask = Deliver(MakeTiff(other, page, rule));
+        EXPECT_EQ(afterMask.header.lineLength, 7u);
+        EXPECT_EQ(afterMask.lines, ExpectedLines(page, rule));
+    }
+
+    TEST(AcceptedForms, WhatWritersLeaveOutIsTakenAsTheFormatHasIt)
+    {
+        // No RowsPerStrip: one strip. No byte counts, or zero: the length of an uncompressed strip is known. No
+        // BitsPerSample or SamplesPerPixel: one bit, one sample. An unknown tag, of a type of its own, is passed over.
+        TiffForm form;
+        form.bits = 1;
+        form.rowsPerStrip = form.height;
+        const SampleRule rule = MixedSamples(1);
+        for (const std::uint16_t tag :
+             Values{TIFFTAG_ROWSPERSTRIP, TIFFTAG_STRIPBYTECOUNTS, TIFFTAG_BITSPERSAMPLE, TIFFTAG_SAMPLESPERPIXEL})
+        {
+            TiffEditor editor(MakeTiff(form, rule));
+            editor.Remove(tag);
+            editor.SetRaw(60000, 77, 5, 0xffffffff);
+            const Delivery delivery = Deliver(editor.Bytes());
+            ASSERT_TRUE(delivery.IsComplete()) << "without tag " << tag;
+            EXPECT_EQ(delivery.lines, ExpectedLines(form, rule)) << "without tag " << tag;
+        }
     }
 }

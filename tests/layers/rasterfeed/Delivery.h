@@ -6,29 +6,32 @@
 #include <string>
 #include <vector>
 
-/// How far a reader came, and what it gave.
-struct Delivery
+namespace RasterFeedTest
 {
-    enum class End
+    /// How far a reader came, and what it gave.
+    struct Delivery
     {
-        Complete,     ///< every line was delivered
-        InitFailed,   ///< null from RasterFeedInit
-        HeaderFailed, ///< non-zero from RasterFeedHeader
-        LineFailed,   ///< non-zero from RasterFeedLine
-        Thrown        ///< a HostFailure came out
+        enum class End
+        {
+            Complete,     ///< every line was delivered
+            InitFailed,   ///< null from RasterFeedInit
+            HeaderFailed, ///< non-zero from RasterFeedHeader
+            LineFailed,   ///< non-zero from RasterFeedLine
+            Thrown        ///< a HostFailure came out
+        };
+        End end;
+        std::string thrownFrom; ///< the callback whose HostFailure came out
+        RasterFeedImageHeader header;
+        double resolution; ///< as a host computes it from the header
+        std::vector<std::string> lines;
+
+        bool IsComplete() const { return end == End::Complete; }
     };
-    End end;
-    std::string thrownFrom; ///< the callback whose HostFailure came out
-    RasterFeedImageHeader header;
-    double resolution; ///< as a host computes it from the header
-    std::vector<std::string> lines;
 
-    bool IsComplete() const { return end == End::Complete; }
-};
+    /// Reads `tiff` to its end or first failure; the reader is ended in any case.
+    Delivery Deliver(const std::string& tiff, const HostFaults& faults = {});
 
-/// Reads `tiff` to its end or first failure; the reader is ended in any case.
-Delivery Deliver(const std::string& tiff, const HostFaults& faults = {});
-
-/// Why the probe refuses `tiff`, without the file's name; empty if it accepts it. The file is written to a temporary
-/// folder for this.
-std::string ReasonFor(const std::string& tiff, RasterFeedDepth depth = RasterFeedDepth::Lines);
+    /// Why the probe refuses `tiff`, without the file's name; empty if it accepts it. The file is written to a temporary
+    /// folder for this.
+    std::string ReasonFor(const std::string& tiff, RasterFeedDepth depth = RasterFeedDepth::Lines);
+}

@@ -14,196 +14,202 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-using testing::HasSubstr;
-using testing::StartsWith;
-
-namespace
+namespace RasterFeedTest
 {
-    /// The most memory that this process has ever had, in MiB.
-    long PeakMemory()
+    using testing::HasSubstr;
+    using testing::StartsWith;
+    using TestSupport::MakeTiff;
+    using TestSupport::TiffEditor;
+    using TestSupport::TiffForm;
+
+    namespace
     {
-        std::ifstream status("/proc/self/status");
-        for (std::string word; status >> word;)
+        /// The most memory that this process has ever had, in MiB.
+        long PeakMemory()
         {
-            if (word == "VmHWM:")
+            std::ifstream status("/proc/self/status");
+            for (std::string word; status >> word;)
             {
-                long kibibytes = 0;
-                status >> kibibytes;
-                return kibibytes / 1024;
+                if (word == "VmHWM:")
+                {
+                    long kibibytes = 0;
+                    status >> kibibytes;
+                    return kibibytes / 1024;
+                }
+            }
+            return -1;
+        }
+
+        /// How much `work` adds to the peak, measured in a process of its own; in MiB.
+        int MemoryOf(const std::function<void()>& work)
+        {
+            const pid_t child = ::fork();
+            if (child == 0)
+            {
+                const long before = PeakMemory();
+                work();
+                ::_exit(static_cast<int>(std::min(255l, (PeakMemory() - before) / 2)));
+            }
+            int status = 0;
+            ::waitpid(child, &status, 0);
+            return WIFEXITED(status) ? WEXITSTATUS(status) * 2 : -1;
+        }
+
+        /// The header, and a few lines from the top.
+        void ReadSome(const std::string& tiff)
+        {
+            MemoryFile::Reset(tiff);
+            const RasterFeedOpenRecord record = MemoryFile::Record();
+            const RasterFeedHandle reader = RasterFeedInit(&record);
+            RasterFeedImageHeader header;
+            if (reader != nullptr && RasterFeedHeader(reader, &header) == 0)
+            {
+                std::vector<unsigned char> line(header.lineLength);
+                unsigned char* const list[] = {line.data()};
+                for (int i = 0; i < 10 && RasterFeedLine(reader, list, 1) == 0; ++i)
+                {
+                }
+            }
+            if (reader != nullptr)
+            {
+                RasterFeedEnd(reader, nullptr);
             }
         }
-        return -1;
-    }
 
-    /// How much `work` adds to the peak, measured in a process of its own; in MiB.
-    int MemoryOf(const std::function<void()>& work)
-    {
-        const pid_t child = ::fork();
-        if (child == 0)
+        std::string Flat(const TiffForm& form)
         {
-            const long before = PeakMemory();
-            work();
-            ::_exit(static_cast<int>(std::min(255l, (PeakMemory() - before) / 2)));
+            return MakeTiff(form, [](std::uint32_t, std::uint32_t) { return 0; });
         }
-        int status = 0;
-        ::waitpid(child, &status, 0);
-        return WIFEXITED(status) ? WEXITSTATUS(status) * 2 : -1;
-    }
 
-    /// The header, and a few lines from the top.
-    void ReadSome(const std::string& tiff)
-    {
-        MemoryFile::Reset(tiff);
-        const RasterFeedOpenRecord record = MemoryFile::Record();
-        const RasterFeedHandle reader = RasterFeedInit(&record);
-        RasterFeedImageHeader header;
-        if (reader != nullptr && RasterFeedHeader(reader, &header) == 0)
+        /// An image in one chunk that claims to be larger than it is.
+        std::string Claiming(TiffForm form, std::uint32_t width, std::uint32_t height)
         {
-            std::vector<unsigned char> line(header.lineLength);
-            unsigned char* const list[] = {line.data()};
-            for (int i = 0; i < 10 && RasterFeedLine(reader, list, 1) == 0; ++i)
-            {
-            }
-        }
-        if (reader != nullptr)
-        {
-            RasterFeedEnd(reader, nullptr);
+            form.rowsPerStrip = form.height;
+            TiffEditor editor(Flat(form));
+            editor.Set(TIFFTAG_IMAGEWIDTH, TIFF_LONG, {width});
+            editor.Set(TIFFTAG_IMAGELENGTH, TIFF_LONG, {height});
+            editor.Set(TIFFTAG_ROWSPERSTRIP, TIFF_LONG, {height});
+            return editor.Bytes();
         }
     }
 
-    std::string Flat(const TiffForm& form)
-    {
-        return MakeTiff(form, [](std::uint32_t, std::uint32_t) { return 0; });
-    }
-
-    /// An image in one chunk that claims to be larger than it is.
-    std::string Claiming(TiffForm form, std::uint32_t width, std::uint32_t height)
-    {
-        form.rowsPerStrip = form.height;
-        TiffEditor editor(Flat(form));
-        editor.Set(TIFFTAG_IMAGEWIDTH, TIFF_LONG, {width});
-        editor.Set(TIFFTAG_IMAGELENGTH, TIFF_LONG, {height});
-        editor.Set(TIFFTAG_ROWSPERSTRIP, TIFF_LONG, {height});
-        return editor.Bytes();
-    }
-}
-
-TEST(HostileFiles, ClaimsOfMemoryAreRefusedBeforeItIsAllocated)
-{
-    TiffForm form;
-    form.compression = COMPRESSION_LZW;
-    TiffForm bottomUp = form;
-    bottomUp.orientation = ORIENTATION_BOTLEFT;
-    TiffForm zstd = bottomUp;
-    zstd.compression = COMPRESSION_ZSTD;
-    TiffForm lzma = form;
-    lzma.compression = COMPRESSION_LZMA;
-    TiffForm groupFour = form;
-    groupFour.bits = 1;
-    groupFour.compression = COMPRESSION_CCITTFAX4;
-    TiffForm tiled = form;
-    tiled.tileWidth = 16;
-    tiled.tileLength = 16;
-
-    TiffEditor fourGigabytes(Flat(form));
-    fourGigabytes.Set(TIFFTAG_STRIPBYTECOUNTS, TIFF_LONG, {20, 0xffffff00, 20, 20, 20});
-    TiffEditor longLists(Flat(form));
-    longLists.SetRaw(TIFFTAG_STRIPBYTECOUNTS, TIFF_LONG, 0x3fffffff, 8);
-    TiffEditor longProfile(Flat(form));
-    longProfile.SetRaw(TIFFTAG_ICCPROFILE, TIFF_UNDEFINED, 0xfffffff0, 8);
-    TiffEditor manyTiles(Flat(tiled));
-    manyTiles.Set(TIFFTAG_IMAGELENGTH, TIFF_LONG, {0x7fffffff});
-    TiffEditor wideTile(Flat(tiled));
-    wideTile.Set(TIFFTAG_TILEWIDTH, TIFF_LONG, {0x40000000});
-    wideTile.Set(TIFFTAG_TILELENGTH, TIFF_LONG, {0x40000000});
-
-    const struct
-    {
-        const char* name;
-        std::string tiff;
-        testing::Matcher<std::string> reason;
-    } cases[] = {
-        {"a strip of 4 GB", fourGigabytes.Bytes(), HasSubstr("reaches beyond the end of the file")},
-        {"a list of 4 GB", longLists.Bytes(), HasSubstr("reaches beyond the end of the file")},
-        {"a profile of 4 GB is passed over", longProfile.Bytes(), ""},
-        {"a row of tiles of 1 TB", manyTiles.Bytes(), StartsWith("damaged TIFF structure")},
-        {"a tile of 1 EB", wideTile.Bytes(), HasSubstr("tiles")},
-        {"a strip of 4 GB from its end", Claiming(bottomUp, 65536, 65536), StartsWith("strips that take")},
-        {"a strip of 200 MB beside a ZSTD window", Claiming(zstd, 10000, 20000), StartsWith("strips that take")},
-        {"an LZMA dictionary of 300 MB", Claiming(lzma, 10000, 30000), StartsWith("strips that take")},
-        {"run lengths of 1 GB", Claiming(groupFour, 0x4000000, 100), HasSubstr("; rows of up to 1000000 pixels")},
-    };
-    for (const auto& hostile : cases)
-    {
-        EXPECT_THAT(ReasonFor(hostile.tiff, RasterFeedDepth::Header), hostile.reason) << hostile.name;
-        EXPECT_LT(MemoryOf([&] { ReadSome(hostile.tiff); }), 32) << hostile.name;
-    }
-}
-
-TEST(HostileFiles, MetadataIsBounded)
-{
-    // Eight values of 8 MiB, all in the same place.
-    TiffEditor editor(Flat({}) + std::string(8 << 20, 'x'));
-    for (std::uint16_t tag = 50000; tag < 50008; ++tag)
-    {
-        editor.SetRaw(tag, TIFF_BYTE, 8 << 20, 8);
-    }
-    const std::string tiff = editor.Bytes();
-    EXPECT_EQ(ReasonFor(tiff), "metadata of 67108864 bytes; up to 32 MiB are accepted");
-    EXPECT_LT(MemoryOf([&] { ReadSome(tiff); }), 64);
-}
-
-TEST(HostileFiles, WhatIsAcceptedStaysWithinItsMemory)
-{
-    // Just below the bound: a strip of 180 MB that has to be held since it is read from its end.
-    TiffForm form;
-    form.width = 15000;
-    form.height = 12000;
-    form.rowsPerStrip = form.height;
-    form.compression = COMPRESSION_ADOBE_DEFLATE;
-    form.orientation = ORIENTATION_BOTLEFT;
-    const std::string tiff = Flat(form);
-    EXPECT_EQ(ReasonFor(tiff, RasterFeedDepth::Header), "");
-    const int memory = MemoryOf([&] { ReadSome(tiff); });
-    EXPECT_GT(memory, 150);
-    EXPECT_LT(memory, 256);
-}
-
-TEST(HostileFiles, TallImagesOfLittleDataEndEarly)
-{
-    for (const std::uint16_t compression : std::vector<std::uint16_t>{
-             COMPRESSION_NONE, COMPRESSION_PACKBITS, COMPRESSION_LZW, COMPRESSION_ADOBE_DEFLATE, COMPRESSION_ZSTD,
-             COMPRESSION_LZMA, COMPRESSION_CCITTRLE, COMPRESSION_CCITTFAX3, COMPRESSION_CCITTFAX4})
+    TEST(HostileFiles, ClaimsOfMemoryAreRefusedBeforeItIsAllocated)
     {
         TiffForm form;
-        form.compression = compression;
-        form.bits = compression >= COMPRESSION_CCITTRLE && compression <= COMPRESSION_CCITTFAX4 ? 1 : 8;
-        form.width = 1;
-        const Delivery delivery = Deliver(Claiming(form, 1, 0x7fffffff));
-        EXPECT_FALSE(delivery.IsComplete()) << "compression " << compression;
-        EXPECT_LE(delivery.lines.size(), 100u) << "compression " << compression;
-    }
-}
+        form.compression = COMPRESSION_LZW;
+        TiffForm bottomUp = form;
+        bottomUp.orientation = ORIENTATION_BOTLEFT;
+        TiffForm zstd = bottomUp;
+        zstd.compression = COMPRESSION_ZSTD;
+        TiffForm lzma = form;
+        lzma.compression = COMPRESSION_LZMA;
+        TiffForm groupFour = form;
+        groupFour.bits = 1;
+        groupFour.compression = COMPRESSION_CCITTFAX4;
+        TiffForm tiled = form;
+        tiled.tileWidth = 16;
+        tiled.tileLength = 16;
 
-TEST(HostileFiles, ChainOfThumbnailsEnds)
-{
-    // 60000 bytes of the shortest directories that lead on, and from the last back to the first.
-    TiffForm thumbnail;
-    thumbnail.subfileType = FILETYPE_REDUCEDIMAGE;
-    TiffEditor editor(Flat(thumbnail));
-    const std::string first = editor.Bytes();
-    const std::uint64_t directory = editor.DirectoryOffset();
-    std::string chain = first;
-    for (int i = 0; i < 3000; ++i)
-    {
-        // The same directory once more, behind the one before, which leads to it.
-        const std::string copy = first.substr(directory);
-        const auto next = static_cast<std::uint32_t>(chain.size());
-        for (int byte = 0; byte < 4; ++byte)
+        TiffEditor fourGigabytes(Flat(form));
+        fourGigabytes.Set(TIFFTAG_STRIPBYTECOUNTS, TIFF_LONG, {20, 0xffffff00, 20, 20, 20});
+        TiffEditor longLists(Flat(form));
+        longLists.SetRaw(TIFFTAG_STRIPBYTECOUNTS, TIFF_LONG, 0x3fffffff, 8);
+        TiffEditor longProfile(Flat(form));
+        longProfile.SetRaw(TIFFTAG_ICCPROFILE, TIFF_UNDEFINED, 0xfffffff0, 8);
+        TiffEditor manyTiles(Flat(tiled));
+        manyTiles.Set(TIFFTAG_IMAGELENGTH, TIFF_LONG, {0x7fffffff});
+        TiffEditor wideTile(Flat(tiled));
+        wideTile.Set(TIFFTAG_TILEWIDTH, TIFF_LONG, {0x40000000});
+        wideTile.Set(TIFFTAG_TILELENGTH, TIFF_LONG, {0x40000000});
+
+        const struct
         {
-            chain[chain.size() - 4 + static_cast<std::size_t>(byte)] = static_cast<char>(next >> 8 * byte & 0xff);
+            const char* name;
+            std::string tiff;
+            testing::Matcher<std::string> reason;
+        } cases[] = {
+            {"a strip of 4 GB", fourGigabytes.Bytes(), HasSubstr("reaches beyond the end of the file")},
+            {"a list of 4 GB", longLists.Bytes(), HasSubstr("reaches beyond the end of the file")},
+            {"a profile of 4 GB is passed over", longProfile.Bytes(), ""},
+            {"a row of tiles of 1 TB", manyTiles.Bytes(), StartsWith("damaged TIFF structure")},
+            {"a tile of 1 EB", wideTile.Bytes(), HasSubstr("tiles")},
+            {"a strip of 4 GB from its end", Claiming(bottomUp, 65536, 65536), StartsWith("strips that take")},
+            {"a strip of 200 MB beside a ZSTD window", Claiming(zstd, 10000, 20000), StartsWith("strips that take")},
+            {"an LZMA dictionary of 300 MB", Claiming(lzma, 10000, 30000), StartsWith("strips that take")},
+            {"run lengths of 1 GB", Claiming(groupFour, 0x4000000, 100), HasSubstr("; rows of up to 1000000 pixels")},
+        };
+        for (const auto& hostile : cases)
+        {
+            EXPECT_THAT(ReasonFor(hostile.tiff, RasterFeedDepth::Header), hostile.reason) << hostile.name;
+            EXPECT_LT(MemoryOf([&] { ReadSome(hostile.tiff); }), 32) << hostile.name;
         }
-        chain += copy;
     }
-    EXPECT_THAT(ReasonFor(chain), StartsWith("only reduced-resolution images and masks"));
+
+    TEST(HostileFiles, MetadataIsBounded)
+    {
+        // Eight values of 8 MiB, all in the same place.
+        TiffEditor editor(Flat({}) + std::string(8 << 20, 'x'));
+        for (std::uint16_t tag = 50000; tag < 50008; ++tag)
+        {
+            editor.SetRaw(tag, TIFF_BYTE, 8 << 20, 8);
+        }
+        const std::string tiff = editor.Bytes();
+        EXPECT_EQ(ReasonFor(tiff), "metadata of 67108864 bytes; up to 32 MiB are accepted");
+        EXPECT_LT(MemoryOf([&] { ReadSome(tiff); }), 64);
+    }
+
+    TEST(HostileFiles, WhatIsAcceptedStaysWithinItsMemory)
+    {
+        // Just below the bound: a strip of 180 MB that has to be held since it is read from its end.
+        TiffForm form;
+        form.width = 15000;
+        form.height = 12000;
+        form.rowsPerStrip = form.height;
+        form.compression = COMPRESSION_ADOBE_DEFLATE;
+        form.orientation = ORIENTATION_BOTLEFT;
+        const std::string tiff = Flat(form);
+        EXPECT_EQ(ReasonFor(tiff, RasterFeedDepth::Header), "");
+        const int memory = MemoryOf([&] { ReadSome(tiff); });
+        EXPECT_GT(memory, 150);
+        EXPECT_LT(memory, 256);
+    }
+
+    TEST(HostileFiles, TallImagesOfLittleDataEndEarly)
+    {
+        for (const std::uint16_t compression : std::vector<std::uint16_t>{
+                 COMPRESSION_NONE, COMPRESSION_PACKBITS, COMPRESSION_LZW, COMPRESSION_ADOBE_DEFLATE, COMPRESSION_ZSTD,
+                 COMPRESSION_LZMA, COMPRESSION_CCITTRLE, COMPRESSION_CCITTFAX3, COMPRESSION_CCITTFAX4})
+        {
+            TiffForm form;
+            form.compression = compression;
+            form.bits = compression >= COMPRESSION_CCITTRLE && compression <= COMPRESSION_CCITTFAX4 ? 1 : 8;
+            form.width = 1;
+            const Delivery delivery = Deliver(Claiming(form, 1, 0x7fffffff));
+            EXPECT_FALSE(delivery.IsComplete()) << "compression " << compression;
+            EXPECT_LE(delivery.lines.size(), 100u) << "compression " << compression;
+        }
+    }
+
+    TEST(HostileFiles, ChainOfThumbnailsEnds)
+    {
+        // 60000 bytes of the shortest directories that lead on, and from the last back to the first.
+        TiffForm thumbnail;
+        thumbnail.subfileType = FILETYPE_REDUCEDIMAGE;
+        TiffEditor editor(Flat(thumbnail));
+        const std::string first = editor.Bytes();
+        const std::uint64_t directory = editor.DirectoryOffset();
+        std::string chain = first;
+        for (int i = 0; i < 3000; ++i)
+        {
+            // The same directory once more, after the one before, which leads to it.
+            const std::string copy = first.substr(directory);
+            const auto next = static_cast<std::uint32_t>(chain.size());
+            for (int byte = 0; byte < 4; ++byte)
+            {
+                chain[chain.size() - 4 + static_cast<std::size_t>(byte)] = static_cast<char>(next >> 8 * byte & 0xff);
+            }
+            chain += copy;
+        }
+        EXPECT_THAT(ReasonFor(chain), StartsWith("only reduced-resolution images and masks"));
+    }
 }

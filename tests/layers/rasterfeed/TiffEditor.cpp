@@ -7,133 +7,137 @@
 #include <stdexcept>
 #include <utility>
 
-namespace
+namespace TestSupport
 {
-    unsigned WidthOf(std::uint16_t type)
+    namespace
     {
-        return static_cast<unsigned>(TIFFDataWidth(static_cast<TIFFDataType>(type)));
-    }
-}
-
-TiffEditor::TiffEditor(std::string tiff)
-    : bytes(std::move(tiff))
-    , bigEndian(bytes[0] == 'M')
-    , big(Number(2, 2) == TIFF_VERSION_BIG)
-    , word(big ? 8 : 4)
-{
-    std::size_t at = Number(big ? 8 : 4, word);
-    const std::uint64_t count = Number(at, big ? 8 : 2);
-    at += big ? 8 : 2;
-    for (std::uint64_t i = 0; i < count; ++i, at += 4 + 2 * word)
-    {
-        entries.push_back(
-            {static_cast<std::uint16_t>(Number(at, 2)), static_cast<std::uint16_t>(Number(at + 2, 2)),
-             Number(at + 4, word), bytes.substr(at + 4 + word, word)});
-    }
-    next = Number(at, word);
-}
-
-void TiffEditor::Set(std::uint16_t tag, std::uint16_t type, const std::vector<std::uint64_t>& values)
-{
-    // A rational is two values of half its width.
-    const bool rational = type == TIFF_RATIONAL || type == TIFF_SRATIONAL;
-    std::string encoded;
-    for (const std::uint64_t value : values)
-    {
-        encoded += Encode(value, rational ? 4 : WidthOf(type));
-    }
-    const std::uint64_t count = rational ? values.size() / 2 : values.size();
-    if (encoded.size() <= word)
-    {
-        encoded.resize(word);
-    }
-    else
-    {
-        bytes.resize((bytes.size() + 7) / 8 * 8);
-        const std::uint64_t offset = bytes.size();
-        bytes += encoded;
-        encoded = Encode(offset, word);
-    }
-    Replace({tag, type, count, encoded});
-}
-
-void TiffEditor::SetRaw(std::uint16_t tag, std::uint16_t type, std::uint64_t count, std::uint64_t offset)
-{
-    Replace({tag, type, count, Encode(offset, word)});
-}
-
-void TiffEditor::Remove(std::uint16_t tag)
-{
-    entries.erase(
-        std::remove_if(entries.begin(), entries.end(), [&](const Entry& entry) { return entry.tag == tag; }),
-        entries.end());
-}
-
-std::uint64_t TiffEditor::Get(std::uint16_t tag, std::size_t index) const
-{
-    for (const Entry& entry : entries)
-    {
-        if (entry.tag != tag)
+        unsigned WidthOf(std::uint16_t type)
         {
-            continue;
+            return static_cast<unsigned>(TIFFDataWidth(static_cast<TIFFDataType>(type)));
         }
-        const unsigned width = WidthOf(entry.type);
-        std::string field = entry.field;
-        std::uint64_t number = 0;
-        if (entry.count * width > word)
+    }
+
+    TiffEditor::TiffEditor(std::string tiff)
+        : bytes(std::move(tiff))
+        , bigEndian(bytes[0] == 'M')
+        , big(Number(2, 2) == TIFF_VERSION_BIG)
+        , word(big ? 8 : 4)
+    {
+        std::size_t at = Number(big ? 8 : 4, word);
+        const std::uint64_t count = Number(at, big ? 8 : 2);
+        at += big ? 8 : 2;
+        for (std::uint64_t i = 0; i < count; ++i, at += 4 + 2 * word)
         {
-            for (unsigned i = 0; i < word; ++i)
+            entries.push_back(
+                {static_cast<std::uint16_t>(Number(at, 2)), static_cast<std::uint16_t>(Number(at + 2, 2)),
+                 Number(at + 4, word), bytes.substr(at + 4 + word, word)});
+        }
+        next = Number(at, word);
+    }
+
+    void TiffEditor::Set(std::uint16_t tag, std::uint16_t type, const std::vector<std::uint64_t>& values)
+    {
+        // A rational is two values of half its width.
+        const bool rational = type == TIFF_RATIONAL || type == TIFF_SRATIONAL;
+        std::string encoded;
+        for (const std::uint64_t value : values)
+        {
+            encoded += Encode(value, rational ? 4 : WidthOf(type));
+        }
+        const std::uint64_t count = rational ? values.size() / 2 : values.size();
+        if (encoded.size() <= word)
+        {
+            encoded.resize(word);
+        }
+        else
+        {
+            bytes.resize((bytes.size() + 7) / 8 * 8);
+            const std::uint64_t offset = bytes.size();
+            bytes += encoded;
+            encoded = Encode(offset, word);
+        }
+        Replace({tag, type, count, encoded});
+    }
+
+    void TiffEditor::SetRaw(std::uint16_t tag, std::uint16_t type, std::uint64_t count, std::uint64_t offset)
+    {
+        Replace({tag, type, count, Encode(offset, word)});
+    }
+
+    void TiffEditor::Remove(std::uint16_t tag)
+    {
+        entries.erase(
+            std::remove_if(entries.begin(), entries.end(), [&](const Entry& entry) { return entry.tag == tag; }),
+            entries.end());
+    }
+
+    std::uint64_t TiffEditor::Get(std::uint16_t tag, std::size_t index) const
+    {
+        for (const Entry& entry : entries)
+        {
+            if (entry.tag != tag)
             {
-                number = number << 8 | static_cast<unsigned char>(field[bigEndian ? i : word - 1 - i]);
+                continue;
             }
-            return Number(number + index * width, width);
+            const unsigned width = WidthOf(entry.type);
+            std::string field = entry.field;
+            std::uint64_t number = 0;
+            if (entry.count * width > word)
+            {
+                for (unsigned i = 0; i < word; ++i)
+                {
+                    number = number << 8 | static_cast<unsigned char>(field[bigEndian ? i : word - 1 - i]);
+                }
+                return Number(number + index * width, width);
+            }
+            for (unsigned i = 0; i < width; ++i)
+            {
+                number =
+                    number << 8 | static_cast<unsigned char>(field[index * width + (bigEndian ? i : width - 1 - i)]);
+            }
+            return number;
         }
+        throw std::out_of_range("no such tag");
+    }
+
+    std::string TiffEditor::Bytes() const
+    {
+        std::string result = bytes;
+        const std::uint64_t directory = result.size();
+        result += Encode(entries.size(), big ? 8 : 2);
+        for (const Entry& entry : entries)
+        {
+            result += Encode(entry.tag, 2) + Encode(entry.type, 2) + Encode(entry.count, word) + entry.field;
+        }
+        result += Encode(next, word);
+        return result.replace(big ? 8 : 4, word, Encode(directory, word));
+    }
+
+    std::uint64_t TiffEditor::Number(std::size_t position, unsigned width) const
+    {
+        std::uint64_t number = 0;
         for (unsigned i = 0; i < width; ++i)
         {
-            number = number << 8 | static_cast<unsigned char>(field[index * width + (bigEndian ? i : width - 1 - i)]);
+            number = number << 8 | static_cast<unsigned char>(bytes.at(position + (bigEndian ? i : width - 1 - i)));
         }
         return number;
     }
-    throw std::out_of_range("no such tag");
-}
 
-std::string TiffEditor::Bytes() const
-{
-    std::string result = bytes;
-    const std::uint64_t directory = result.size();
-    result += Encode(entries.size(), big ? 8 : 2);
-    for (const Entry& entry : entries)
+    std::string TiffEditor::Encode(std::uint64_t number, unsigned width) const
     {
-        result += Encode(entry.tag, 2) + Encode(entry.type, 2) + Encode(entry.count, word) + entry.field;
+        std::string encoded(width, '\0');
+        for (unsigned i = 0; i < width; ++i)
+        {
+            encoded[bigEndian ? width - 1 - i : i] = static_cast<char>(number >> 8 * i & 0xff);
+        }
+        return encoded;
     }
-    result += Encode(next, word);
-    return result.replace(big ? 8 : 4, word, Encode(directory, word));
-}
 
-std::uint64_t TiffEditor::Number(std::size_t position, unsigned width) const
-{
-    std::uint64_t number = 0;
-    for (unsigned i = 0; i < width; ++i)
+    void TiffEditor::Replace(const Entry& entry)
     {
-        number = number << 8 | static_cast<unsigned char>(bytes.at(position + (bigEndian ? i : width - 1 - i)));
+        Remove(entry.tag);
+        const auto place =
+            std::find_if(entries.begin(), entries.end(), [&](const Entry& other) { return other.tag > entry.tag; });
+        entries.insert(place, entry);
     }
-    return number;
-}
-
-std::string TiffEditor::Encode(std::uint64_t number, unsigned width) const
-{
-    std::string encoded(width, '\0');
-    for (unsigned i = 0; i < width; ++i)
-    {
-        encoded[bigEndian ? width - 1 - i : i] = static_cast<char>(number >> 8 * i & 0xff);
-    }
-    return encoded;
-}
-
-void TiffEditor::Replace(const Entry& entry)
-{
-    Remove(entry.tag);
-    const auto place =
-        std::find_if(entries.begin(), entries.end(), [&](const Entry& other) { return other.tag > entry.tag; });
-    entries.insert(place, entry);
 }

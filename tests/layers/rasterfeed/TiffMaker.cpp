@@ -9,223 +9,228 @@
 #include <stdexcept>
 #include <vector>
 
-namespace
+namespace TestSupport
 {
-    /// What libtiff writes to.
-    struct Sink
+    namespace
     {
-        std::string bytes;
-        std::size_t position = 0;
+        /// What libtiff writes to.
+        struct Sink
+        {
+            std::string bytes;
+            std::size_t position = 0;
 
-        static Sink& Of(thandle_t handle) { return *static_cast<Sink*>(handle); }
+            static Sink& From(thandle_t handle) { return *static_cast<Sink*>(handle); }
 
-        static tmsize_t Read(thandle_t handle, void* to, tmsize_t size)
-        {
-            Sink& sink = Of(handle);
-            const std::size_t left = sink.bytes.size() - std::min(sink.position, sink.bytes.size());
-            const std::size_t count = std::min(static_cast<std::size_t>(size), left);
-            std::memcpy(to, sink.bytes.data() + sink.position, count);
-            sink.position += count;
-            return static_cast<tmsize_t>(count);
-        }
-        static tmsize_t Write(thandle_t handle, void* from, tmsize_t size)
-        {
-            Sink& sink = Of(handle);
-            const auto count = static_cast<std::size_t>(size);
-            sink.bytes.resize(std::max(sink.bytes.size(), sink.position + count));
-            std::memcpy(&sink.bytes[sink.position], from, count);
-            sink.position += count;
-            return size;
-        }
-        static toff_t Seek(thandle_t handle, toff_t offset, int origin)
-        {
-            Sink& sink = Of(handle);
-            sink.position = offset + (origin == SEEK_END ? sink.bytes.size() : origin == SEEK_CUR ? sink.position : 0);
-            return sink.position;
-        }
-        static int Close(thandle_t) { return 0; }
-        static toff_t Size(thandle_t handle) { return Of(handle).bytes.size(); }
-    };
-
-    void Require(bool success)
-    {
-        if (!success)
-        {
-            throw std::runtime_error("libtiff cannot write this form");
-        }
-    }
-
-    /// Columns [left, left + count) of row y as libtiff wants them: packed from the highest bit down.
-    std::vector<unsigned char>
-    PackRow(const TiffForm& form, const SampleRule& rule, std::uint32_t left, std::uint32_t count, std::uint32_t y)
-    {
-        const unsigned samples = form.planar == PLANARCONFIG_CONTIG ? form.samples : 1;
-        std::vector<unsigned char> row((std::size_t{count} * samples * form.bits + 7) / 8);
-        for (std::uint32_t i = 0; i < count * samples; ++i)
-        {
-            // What a tile has beyond the image must not show: the opposite of its last column and row.
-            const std::uint32_t x = left + i / samples;
-            const bool outside = x >= form.width || y >= form.height;
-            std::uint32_t value = rule(std::min(x, form.width - 1), std::min(y, form.height - 1));
-            if (outside)
+            static tmsize_t Read(thandle_t handle, void* to, tmsize_t size)
             {
-                value = ~value & ((1u << form.bits) - 1);
+                Sink& sink = From(handle);
+                const std::size_t left = sink.bytes.size() - std::min(sink.position, sink.bytes.size());
+                const std::size_t count = std::min(static_cast<std::size_t>(size), left);
+                std::memcpy(to, sink.bytes.data() + sink.position, count);
+                sink.position += count;
+                return static_cast<tmsize_t>(count);
             }
-            if (form.bits == 16)
+            static tmsize_t Write(thandle_t handle, void* from, tmsize_t size)
             {
-                const auto sample = static_cast<std::uint16_t>(value);
-                std::memcpy(&row[i * 2], &sample, 2);
+                Sink& sink = From(handle);
+                const auto count = static_cast<std::size_t>(size);
+                sink.bytes.resize(std::max(sink.bytes.size(), sink.position + count));
+                std::memcpy(&sink.bytes[sink.position], from, count);
+                sink.position += count;
+                return size;
             }
-            else if (form.bits == 8)
+            static toff_t Seek(thandle_t handle, toff_t offset, int origin)
             {
-                row[i] = static_cast<unsigned char>(value);
+                Sink& sink = From(handle);
+                sink.position = offset + (origin == SEEK_END   ? sink.bytes.size()
+                                          : origin == SEEK_CUR ? sink.position
+                                                               : 0);
+                return sink.position;
+            }
+            static int Close(thandle_t) { return 0; }
+            static toff_t Size(thandle_t handle) { return From(handle).bytes.size(); }
+        };
+
+        void Require(bool success)
+        {
+            if (!success)
+            {
+                throw std::runtime_error("libtiff cannot write this form");
+            }
+        }
+
+        /// Columns [left, left + count) of row y as libtiff wants them: packed from the highest bit down.
+        std::vector<unsigned char>
+        PackRow(const TiffForm& form, const SampleRule& rule, std::uint32_t left, std::uint32_t count, std::uint32_t y)
+        {
+            const unsigned samples = form.planar == PLANARCONFIG_CONTIG ? form.samples : 1;
+            std::vector<unsigned char> row((std::size_t{count} * samples * form.bits + 7) / 8);
+            for (std::uint32_t i = 0; i < count * samples; ++i)
+            {
+                // What a tile has beyond the image must not show: the opposite of its last column and row.
+                const std::uint32_t x = left + i / samples;
+                const bool outside = x >= form.width || y >= form.height;
+                std::uint32_t value = rule(std::min(x, form.width - 1), std::min(y, form.height - 1));
+                if (outside)
+                {
+                    value = ~value & ((1u << form.bits) - 1);
+                }
+                if (form.bits == 16)
+                {
+                    const auto sample = static_cast<std::uint16_t>(value);
+                    std::memcpy(&row[i * 2], &sample, 2);
+                }
+                else if (form.bits == 8)
+                {
+                    row[i] = static_cast<unsigned char>(value);
+                }
+                else
+                {
+                    for (unsigned bit = 0; bit < form.bits; ++bit)
+                    {
+                        const std::size_t at = std::size_t{i} * form.bits + bit;
+                        if ((value >> (form.bits - 1 - bit) & 1) != 0)
+                        {
+                            row[at / 8] = static_cast<unsigned char>(row[at / 8] | 0x80u >> at % 8);
+                        }
+                    }
+                }
+            }
+            return row;
+        }
+
+        void WritePage(TIFF* tiff, const TiffForm& form, const SampleRule& rule)
+        {
+            TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, form.width);
+            TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, form.height);
+            TIFFSetField(tiff, TIFFTAG_BITSPERSAMPLE, form.bits);
+            TIFFSetField(tiff, TIFFTAG_SAMPLESPERPIXEL, form.samples);
+            TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, form.photometric);
+            TIFFSetField(tiff, TIFFTAG_PLANARCONFIG, form.planar);
+            Require(TIFFSetField(tiff, TIFFTAG_COMPRESSION, form.compression) == 1);
+            if (form.photometric == PHOTOMETRIC_SEPARATED && form.samples == 1)
+            {
+                TIFFSetField(tiff, TIFFTAG_INKSET, INKSET_MULTIINK);
+                TIFFSetField(tiff, TIFFTAG_NUMBEROFINKS, 1);
+            }
+            if (form.predictor != 0)
+            {
+                TIFFSetField(tiff, TIFFTAG_PREDICTOR, form.predictor);
+            }
+            if (form.faxOptions != 0)
+            {
+                TIFFSetField(tiff, TIFFTAG_T4OPTIONS, form.faxOptions);
+            }
+            if (form.fillOrder != 0)
+            {
+                TIFFSetField(tiff, TIFFTAG_FILLORDER, form.fillOrder);
+            }
+            if (form.orientation != 0)
+            {
+                TIFFSetField(tiff, TIFFTAG_ORIENTATION, form.orientation);
+            }
+            if (form.sampleFormat != 0)
+            {
+                TIFFSetField(tiff, TIFFTAG_SAMPLEFORMAT, form.sampleFormat);
+            }
+            if (form.subfileType != 0)
+            {
+                TIFFSetField(tiff, TIFFTAG_SUBFILETYPE, form.subfileType);
+            }
+            if (form.resolution != 0)
+            {
+                TIFFSetField(tiff, TIFFTAG_XRESOLUTION, form.resolution);
+                TIFFSetField(tiff, TIFFTAG_YRESOLUTION, form.resolution);
+            }
+            if (form.compression == COMPRESSION_JPEG)
+            {
+                TIFFSetField(tiff, TIFFTAG_JPEGQUALITY, 100);
+            }
+            const std::uint16_t planes = form.planar == PLANARCONFIG_CONTIG ? 1 : form.samples;
+            if (form.tileWidth == 0)
+            {
+                TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, form.rowsPerStrip);
+                for (std::uint16_t plane = 0; plane < planes; ++plane)
+                {
+                    for (std::uint32_t y = 0; y < form.height; ++y)
+                    {
+                        std::vector<unsigned char> row = PackRow(form, rule, 0, form.width, y);
+                        Require(TIFFWriteScanline(tiff, row.data(), y, plane) == 1);
+                    }
+                }
             }
             else
             {
-                for (unsigned bit = 0; bit < form.bits; ++bit)
+                TIFFSetField(tiff, TIFFTAG_TILEWIDTH, form.tileWidth);
+                TIFFSetField(tiff, TIFFTAG_TILELENGTH, form.tileLength);
+                for (std::uint32_t top = 0; top < form.height; top += form.tileLength)
                 {
-                    const std::size_t at = std::size_t{i} * form.bits + bit;
-                    if ((value >> (form.bits - 1 - bit) & 1) != 0)
+                    for (std::uint32_t left = 0; left < form.width; left += form.tileWidth)
                     {
-                        row[at / 8] = static_cast<unsigned char>(row[at / 8] | 0x80u >> at % 8);
+                        std::vector<unsigned char> tile;
+                        for (std::uint32_t y = 0; y < form.tileLength; ++y)
+                        {
+                            const auto row = PackRow(form, rule, left, form.tileWidth, top + y);
+                            tile.insert(tile.end(), row.begin(), row.end());
+                        }
+                        const std::uint32_t index = TIFFComputeTile(tiff, left, top, 0, 0);
+                        Require(TIFFWriteEncodedTile(tiff, index, tile.data(), static_cast<tmsize_t>(tile.size())) > 0);
                     }
                 }
             }
+            Require(TIFFWriteDirectory(tiff) == 1);
         }
-        return row;
-    }
 
-    void WritePage(TIFF* tiff, const TiffForm& form, const SampleRule& rule)
-    {
-        TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, form.width);
-        TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, form.height);
-        TIFFSetField(tiff, TIFFTAG_BITSPERSAMPLE, form.bits);
-        TIFFSetField(tiff, TIFFTAG_SAMPLESPERPIXEL, form.samples);
-        TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, form.photometric);
-        TIFFSetField(tiff, TIFFTAG_PLANARCONFIG, form.planar);
-        Require(TIFFSetField(tiff, TIFFTAG_COMPRESSION, form.compression) == 1);
-        if (form.photometric == PHOTOMETRIC_SEPARATED && form.samples == 1)
+        std::string Write(std::initializer_list<TiffForm> pages, const SampleRule& rule)
         {
-            TIFFSetField(tiff, TIFFTAG_INKSET, INKSET_MULTIINK);
-            TIFFSetField(tiff, TIFFTAG_NUMBEROFINKS, 1);
-        }
-        if (form.predictor != 0)
-        {
-            TIFFSetField(tiff, TIFFTAG_PREDICTOR, form.predictor);
-        }
-        if (form.faxOptions != 0)
-        {
-            TIFFSetField(tiff, TIFFTAG_T4OPTIONS, form.faxOptions);
-        }
-        if (form.fillOrder != 0)
-        {
-            TIFFSetField(tiff, TIFFTAG_FILLORDER, form.fillOrder);
-        }
-        if (form.orientation != 0)
-        {
-            TIFFSetField(tiff, TIFFTAG_ORIENTATION, form.orientation);
-        }
-        if (form.sampleFormat != 0)
-        {
-            TIFFSetField(tiff, TIFFTAG_SAMPLEFORMAT, form.sampleFormat);
-        }
-        if (form.subfileType != 0)
-        {
-            TIFFSetField(tiff, TIFFTAG_SUBFILETYPE, form.subfileType);
-        }
-        if (form.resolution != 0)
-        {
-            TIFFSetField(tiff, TIFFTAG_XRESOLUTION, form.resolution);
-            TIFFSetField(tiff, TIFFTAG_YRESOLUTION, form.resolution);
-        }
-        if (form.compression == COMPRESSION_JPEG)
-        {
-            TIFFSetField(tiff, TIFFTAG_JPEGQUALITY, 100);
-        }
-        const std::uint16_t planes = form.planar == PLANARCONFIG_CONTIG ? 1 : form.samples;
-        if (form.tileWidth == 0)
-        {
-            TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, form.rowsPerStrip);
-            for (std::uint16_t plane = 0; plane < planes; ++plane)
+            Sink sink;
+            const TiffForm& first = *pages.begin();
+            const std::string mode = std::string("w") + (first.bigEndian ? "b" : "l") + (first.bigTiff ? "8" : "");
+            // Some forms make libtiff wonder; that is what they are for.
+            const std::unique_ptr<TIFFOpenOptions, decltype(&TIFFOpenOptionsFree)> quiet(
+                TIFFOpenOptionsAlloc(), TIFFOpenOptionsFree);
+            const TIFFErrorHandlerExtR ignore = [](TIFF*, void*, const char*, const char*, va_list) { return 1; };
+            TIFFOpenOptionsSetWarningHandlerExtR(quiet.get(), ignore, nullptr);
+            TIFFOpenOptionsSetErrorHandlerExtR(quiet.get(), ignore, nullptr);
+            const std::unique_ptr<TIFF, decltype(&TIFFClose)> tiff(
+                TIFFClientOpenExt(
+                    "made", mode.c_str(), &sink, Sink::Read, Sink::Write, Sink::Seek, Sink::Close, Sink::Size, nullptr,
+                    nullptr, quiet.get()),
+                TIFFClose);
+            Require(tiff != nullptr);
+            for (const TiffForm& page : pages)
             {
-                for (std::uint32_t y = 0; y < form.height; ++y)
-                {
-                    std::vector<unsigned char> row = PackRow(form, rule, 0, form.width, y);
-                    Require(TIFFWriteScanline(tiff, row.data(), y, plane) == 1);
-                }
+                WritePage(tiff.get(), page, rule);
             }
+            TIFFFlush(tiff.get());
+            return sink.bytes;
         }
-        else
+    }
+
+    SampleRule MixedSamples(unsigned bits)
+    {
+        return [bits](std::uint32_t x, std::uint32_t y) -> std::uint32_t
         {
-            TIFFSetField(tiff, TIFFTAG_TILEWIDTH, form.tileWidth);
-            TIFFSetField(tiff, TIFFTAG_TILELENGTH, form.tileLength);
-            for (std::uint32_t top = 0; top < form.height; top += form.tileLength)
+            const std::uint32_t highest = (1u << bits) - 1;
+            if (y % 7 == 0)
             {
-                for (std::uint32_t left = 0; left < form.width; left += form.tileWidth)
-                {
-                    std::vector<unsigned char> tile;
-                    for (std::uint32_t y = 0; y < form.tileLength; ++y)
-                    {
-                        const auto row = PackRow(form, rule, left, form.tileWidth, top + y);
-                        tile.insert(tile.end(), row.begin(), row.end());
-                    }
-                    const std::uint32_t index = TIFFComputeTile(tiff, left, top, 0, 0);
-                    Require(TIFFWriteEncodedTile(tiff, index, tile.data(), static_cast<tmsize_t>(tile.size())) > 0);
-                }
+                return y % 2 == 0 ? highest : 0; // whole rows of one value
             }
-        }
-        Require(TIFFWriteDirectory(tiff) == 1);
+            if (x < 12)
+            {
+                return (x + y) % 3 == 0 ? 0 : highest; // short runs
+            }
+            return (x * 2654435761u + y * 40503u) >> 7 & highest;
+        };
     }
 
-    std::string Write(std::initializer_list<TiffForm> pages, const SampleRule& rule)
+    std::string MakeTiff(const TiffForm& form, const SampleRule& rule)
     {
-        Sink sink;
-        const TiffForm& first = *pages.begin();
-        const std::string mode = std::string("w") + (first.bigEndian ? "b" : "l") + (first.bigTiff ? "8" : "");
-        // Some forms make libtiff wonder; that is what they are for.
-        const std::unique_ptr<TIFFOpenOptions, decltype(&TIFFOpenOptionsFree)> quiet(
-            TIFFOpenOptionsAlloc(), TIFFOpenOptionsFree);
-        const TIFFErrorHandlerExtR ignore = [](TIFF*, void*, const char*, const char*, va_list) { return 1; };
-        TIFFOpenOptionsSetWarningHandlerExtR(quiet.get(), ignore, nullptr);
-        TIFFOpenOptionsSetErrorHandlerExtR(quiet.get(), ignore, nullptr);
-        const std::unique_ptr<TIFF, decltype(&TIFFClose)> tiff(
-            TIFFClientOpenExt(
-                "made", mode.c_str(), &sink, Sink::Read, Sink::Write, Sink::Seek, Sink::Close, Sink::Size, nullptr,
-                nullptr, quiet.get()),
-            TIFFClose);
-        Require(tiff != nullptr);
-        for (const TiffForm& page : pages)
-        {
-            WritePage(tiff.get(), page, rule);
-        }
-        TIFFFlush(tiff.get());
-        return sink.bytes;
+        return Write({form}, rule);
     }
-}
 
-SampleRule MixedSamples(unsigned bits)
-{
-    return [bits](std::uint32_t x, std::uint32_t y) -> std::uint32_t
+    std::string MakeTiff(const TiffForm& first, const TiffForm& second, const SampleRule& rule)
     {
-        const std::uint32_t highest = (1u << bits) - 1;
-        if (y % 7 == 0)
-        {
-            return y % 2 == 0 ? highest : 0; // whole rows of one value
-        }
-        if (x < 12)
-        {
-            return (x + y) % 3 == 0 ? 0 : highest; // short runs
-        }
-        return (x * 2654435761u + y * 40503u) >> 7 & highest;
-    };
-}
-
-std::string MakeTiff(const TiffForm& form, const SampleRule& rule)
-{
-    return Write({form}, rule);
-}
-
-std::string MakeTiff(const TiffForm& first, const TiffForm& second, const SampleRule& rule)
-{
-    return Write({first, second}, rule);
+        return Write({first, second}, rule);
+    }
 }

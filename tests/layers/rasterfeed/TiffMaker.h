@@ -8,39 +8,42 @@
 #include <functional>
 #include <string>
 
-/// A single-ink TIFF in every form that the reader accepts, and in many that it does not.
-struct TiffForm
+namespace TestSupport
 {
-    std::uint32_t width = 37; // no multiple of 8: rows end inside a byte
-    std::uint32_t height = 23;
-    std::uint16_t bits = 8;
-    std::uint16_t samples = 1;
-    std::uint16_t photometric = PHOTOMETRIC_MINISBLACK;
-    std::uint16_t compression = COMPRESSION_NONE;
-    std::uint16_t predictor = 0;   ///< 0: no tag
-    std::uint32_t faxOptions = 0;  ///< T4Options
-    std::uint16_t fillOrder = 0;   ///< 0: no tag
-    std::uint16_t orientation = 0; ///< 0: no tag
-    std::uint16_t planar = PLANARCONFIG_CONTIG;
-    std::uint16_t sampleFormat = 0; ///< 0: no tag
-    std::uint32_t rowsPerStrip = 5; ///< does not divide the height
-    std::uint32_t tileWidth = 0;    ///< 0: strips
-    std::uint32_t tileLength = 0;
-    bool bigEndian = false;
-    bool bigTiff = false;
-    double resolution = 0;         ///< 0: no tag
-    std::uint32_t subfileType = 0; ///< 0: no tag
-};
+    /// A single-ink TIFF in every form that the reader accepts, and in many that it does not.
+    struct TiffForm
+    {
+        std::uint32_t width = 37; // no multiple of 8: rows end inside a byte
+        std::uint32_t height = 23;
+        std::uint16_t bits = 8;
+        std::uint16_t samples = 1;
+        std::uint16_t photometric = PHOTOMETRIC_MINISBLACK;
+        std::uint16_t compression = COMPRESSION_NONE;
+        std::uint16_t predictor = 0;   ///< 0: no tag
+        std::uint32_t faxOptions = 0;  ///< T4Options
+        std::uint16_t fillOrder = 0;   ///< 0: no tag
+        std::uint16_t orientation = 0; ///< 0: no tag
+        std::uint16_t planar = PLANARCONFIG_CONTIG;
+        std::uint16_t sampleFormat = 0; ///< 0: no tag
+        std::uint32_t rowsPerStrip = 5; ///< does not divide the height
+        std::uint32_t tileWidth = 0;    ///< 0: strips
+        std::uint32_t tileLength = 0;
+        bool bigEndian = false;
+        bool bigTiff = false;
+        double resolution = 0;         ///< 0: no tag
+        std::uint32_t subfileType = 0; ///< 0: no tag
+    };
 
-/// The value of the sample at column x of stored row y, in the form's own range.
-using SampleRule = std::function<std::uint32_t(std::uint32_t x, std::uint32_t y)>;
+    /// The value of the sample at column x of stored row y, in the form's own range.
+    using SampleRule = std::function<std::uint32_t(std::uint32_t x, std::uint32_t y)>;
 
-/// A rule with long runs, single pixels and every value: what each codec finds hard.
-SampleRule MixedSamples(unsigned bits);
+    /// A rule with long runs, single pixels and every value: what each codec finds hard.
+    SampleRule MixedSamples(unsigned bits);
 
-/// The file of one page; the samples of a pixel of several are all the same. Throws std::runtime_error if libtiff cannot
-/// write that form.
-std::string MakeTiff(const TiffForm& form, const SampleRule& rule);
+    /// The file of one page; the samples of a pixel of several are all the same. Throws std::runtime_error if libtiff cannot
+    /// write that form.
+    std::string MakeTiff(const TiffForm& form, const SampleRule& rule);
 
-/// The file with one page behind the other.
-std::string MakeTiff(const TiffForm& first, const TiffForm& second, const SampleRule& rule);
+    /// The file with one page after the other.
+    std::string MakeTiff(const TiffForm& first, const TiffForm& second, const SampleRule& rule);
+}

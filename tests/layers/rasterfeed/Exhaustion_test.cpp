@@ -1,0 +1,132 @@
+// Want of memory at every allocation of a reader's life, libtiff's own among them, for every way of decoding: what is delivered
+// is right, and nothing is left.
+#include "tests/layers/rasterfeed/Delivery.h"
+#include "tests/layers/rasterfeed/TiffEditor.h"
+#include "tests/layers/rasterfeed/TiffMaker.h"
+#include "tests/support/Allocations.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+// What libtiff and libjpeg lose when memory runs out, for the leak sanitizer, which counts it as ours.
+extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions()
+{
+    return "leak:_TIFFCheckRealloc\nleak:jinit_memory_mgr\n";
+}
+
+namespace RasterFeedTest
+{
+    using TestSupport::MakeTiff;
+    using TestSupport::MixedSamples;
+    using TestSupport::TiffEditor;
+    using TestSupport::TiffForm;
+
+    namespace
+    {
+        struct NamedTiff
+        {
+            std::string name;
+            std::string tiff;
+            bool ownFields; ///< the codec adds to libtiff's
+        };
+
+        /// A file for every codec, in strips and in tiles, and one with fields that libtiff does not know.
+        std::vector<NamedTiff> Files()
+        {
+            std::vector<NamedTiff> files;
+            for (const int compression :
+                 {COMPRESSION_NONE, COMPRESSION_PACKBITS, COMPRESSION_LZW, COMPRESSION_ADOBE_DEFLATE, COMPRESSION_ZSTD,
+                  COMPRESSION_LZMA, COMPRESSION_JPEG, COMPRESSION_CCITTRLE, COMPRESSION_CCITTFAX3,
+                  COMPRESSION_CCITTFAX4})
+            {
+                TiffForm form;
+                form.compression = static_cast<std::uint16_t>(compression);
+                form.bits = compression >= COMPRESSION_CCITTRLE && compression <= COMPRESSION_CCITTFAX4 ? 1 : 8;
+                form.rowsPerStrip = 8;
+                form.resolution = 300;
+                const std::string name = "compression " + std::to_string(compression);
+                const bool ownFields = compression != COMPRESSION_NONE && compression != COMPRESSION_PACKBITS;
+                files.push_back({name, MakeTiff(form, MixedSamples(form.bits)), ownFields});
+                form.tileWidth = 16;
+                form.tileLength = 16;
+                files.push_back({name + " in tiles", MakeTiff(form, MixedSamples(form.bits)), ownFields});
+            }
+            TiffEditor editor(MakeTiff({}, MixedSamples(8)));
+            editor.Set(60000, TIFF_SHORT, {1, 2, 3, 4, 5});
+            editor.Set(60001, TIFF_ASCII, {'a', 0});
+            files.push_back({"unknown fields", editor.Bytes(), false});
+            return files;
+        }
+
+        /// Everything that a host does, on memory that it has already. True: the file was read to its end.
+        bool ReadInto(const RasterFeedOpenRecord& record, std::string& pixels)
+        {
+            RasterFeedImageHeader header;
+            const RasterFeedHandle reader = RasterFeedInit(&record);
+            bool complete = reader != nullptr && RasterFeedHeader(reader, &header) == 0;
+            for (std::uint32_t i = 0; complete && i < header.lineCount; ++i)
+            {
+                unsigned char* const list[] = {
+                    reinterpret_cast<unsigned char*>(&pixels[std::size_t{i} * header.lineLength])};
+                complete = RasterFeedLine(reader, list, 1) == 0;
+            }
+            if (reader != nullptr)
+            {
+                RasterFeedEnd(reader, nullptr);
+            }
+            return complete;
+        }
+
+        void ExpectRightAtEveryAllocation(void (*fail)(long number), const NamedTiff& file)
+        {
+            std::string expected;
+            for (const std::string& line : Deliver(file.tiff).lines)
+            {
+                expected += line;
+            }
+            ASSERT_FALSE(expected.empty());
+            const RasterFeedOpenRecord record = MemoryFile::Record();
+            std::string pixels(expected.size(), '\0');
+            int refused = 0;
+            long lost = 0;
+            for (long number = 1, reached = number; reached >= number; ++number)
+            {
+                MemoryFile::Reset(file.tiff);
+                const long before = TestSupport::LiveBlocks();
+                fail(number);
+                const bool complete = ReadInto(record, pixels);
+                reached = TestSupport::AllocationCount();
+                const long left = TestSupport::LiveBlocks() - before;
+                TestSupport::AllowAllocations();
+                // What can do without the memory goes on, with the same pixels.
+                ASSERT_TRUE(!complete || pixels == expected) << file.name << ", allocation " << number;
+                ASSERT_TRUE(complete || reached >= number) << file.name << ", allocation " << number;
+                ASSERT_LE(left, complete ? 0 : 1) << file.name << ", allocation " << number;
+                ASSERT_EQ(MemoryFile::Closed(), MemoryFile::Opened()) << file.name << ", allocation " << number;
+                refused += complete ? 0 : 1;
+                lost += left;
+                std::fill(pixels.begin(), pixels.end(), '\0');
+            }
+            EXPECT_GT(refused, 10) << file.name;
+            // libtiff loses its table of fields where a codec cannot add to it, and libjpeg half of its state.
+            EXPECT_LE(lost, file.ownFields ? 3 : 0) << file.name;
+        }
+    }
+
+    TEST(Exhaustion, OneFailingAllocationIsARefusalOrMakesNoDifference)
+    {
+        for (const NamedTiff& file : Files())
+        {
+            ExpectRightAtEveryAllocation(TestSupport::FailOneAllocation, file);
+        }
+    }
+
+    TEST(Exhaustion, MemoryThatStaysExhaustedIsARefusal)
+    {
+        for (const NamedTiff& file : Files())
+        {
+            ExpectRightAtEveryAllocation(TestSupport::FailAllocationsFrom, file);
+        }
+    }
+}
