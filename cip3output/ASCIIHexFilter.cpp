@@ -1,18 +1,19 @@
-// ASCIIHex encoding of one range.
 #include "cip3output/ASCIIHexFilter.h"
 
+#include "cip3output/PpfFormat.h"
 #include "cip3output/kernels/ASCIIHex.h"
 
 namespace RasterOutput
 {
     DataRef ASCIIHexFilter::Filter(const DataRef& input)
     {
-        GrowFilterOutput(output, input.size(), RoomFor(input.size()));
-        return FilledPart(output, FilterInto(input, output.begin));
+        GrowFilterOutput(output, input.size());
+        return FilledPart(output, Kernels::EncodeASCIIHex(input.begin, input.size(), output.begin));
     }
 
-    unsigned char* ASCIIHexFilter::FilterInto(const DataRef& input, unsigned char* room) noexcept
+    DataRef ASCIIHexFilter::Finish()
     {
-        return Kernels::EncodeASCIIHex(input.begin, input.size(), room);
+        GrowFilterOutput(output, 0, PpfFormat::EndOfASCIIHexData.size());
+        return FilledPart(output, Put(PpfFormat::EndOfASCIIHexData, output.begin));
     }
 }

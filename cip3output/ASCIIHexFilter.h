@@ -3,25 +3,21 @@
 
 #include "cip3output/FilterOutput.h"
 
-#include <cstddef>
-
 namespace RasterOutput
 {
-    /// Encodes each range by itself, without blanks and line ends. Lives for one separation.
+    /// Encodes each range by itself, without blanks and line ends. Lives for one separation: Filter* Finish.
     class ASCIIHexFilter
     {
     public:
-        /// The digits of `input`, in `output`: valid until the next call on this object. Reads `input` only. Throws
-        /// std::length_error for 2 GiB and more, and std::bad_alloc.
+        /// The digits of `input`: valid until the next call on this object. Reads `input` only. Throws std::length_error
+        /// for 2 GiB and more, and std::bad_alloc.
         DataRef Filter(const DataRef& input);
 
-        /// Bytes of room that FilterInto needs for an input of this size.
-        std::size_t RoomFor(std::size_t inputSize) const noexcept { return 2 * inputSize; }
+        /// The end of the data. Valid as the result of Filter is. Throws std::bad_alloc.
+        DataRef Finish();
 
-        /// As Filter, but into `room` of RoomFor(input.size()) bytes instead of `output`; gives the end of what it wrote.
-        unsigned char* FilterInto(const DataRef& input, unsigned char* room) noexcept;
-
-        /// Buffer for the last result of Filter.
+    private:
+        /// Holds the last result; grows to twice the largest input, which always suffices.
         DataRefInstance output;
     };
 }

@@ -43,8 +43,8 @@ namespace RasterOutput
         directoryOffset = 0;
 
         std::ofstream& file = outputFile->file;
-        Document().Drain([&file](const unsigned char* begin, std::size_t size)
-                         { file.write(reinterpret_cast<const char*>(begin), static_cast<std::streamsize>(size)); });
+        Document().ForEachPiece([&file](std::string_view piece)
+                                { file.write(piece.data(), static_cast<std::streamsize>(piece.size())); });
         outputFile.reset();
 
         sheetIndex = 0;

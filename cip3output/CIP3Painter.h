@@ -21,11 +21,11 @@ namespace RasterOutput
 {
     class ClientParameterExtractor;
 
-    /// Writes one document at a time, for one thread, in this order:
+    /// Builds one document at a time, for one thread, in this order:
     ///     Initialize (BeginSheet (BeginSurface (BeginSeparation ProcessScanLine* EndSeparation)* EndSurface)* EndSheet)*
     ///     Finalize
     /// and may then begin again. The order is the caller's duty; nothing tests it beyond what is said here. Takes 8-bit
-    /// planar scan lines; anything else fails. Number and length of the lines are written as they come.
+    /// planar scan lines; anything else fails. Number and length of the lines are taken as they come.
     ///
     /// Failures are CIP3PainterExceptions, and whatever memory that runs out throws. A document that would pass
     /// PpfFormat::MaxDocumentSize is refused with std::length_error. After a failure the painter is fit to be destroyed,
@@ -35,21 +35,22 @@ namespace RasterOutput
     public:
         CIP3Painter();
 
-        /// Writes nothing: a document that is not finalised is lost.
+        /// A document that is not finalised is lost; its file stays empty.
         ~CIP3Painter() override;
 
         void HandleBroadcast(std::uint32_t message, std::uint32_t data) override;
 
         /// Begins the next sheet. Fails with TooManySheets beyond the number of sheets that was announced, and with
         /// InvalidSheet unless both extents are above 0, the job name is not empty, and the sheet name fits the
-        /// directory and, in a document of several sheets, is not empty. Then nothing is written.
+        /// directory and, in a document of several sheets, is not empty. Then the document stays as it was.
         void BeginSheet(const CIP3SheetParameters& sheet);
 
-        /// Begins a surface of the sheet. Fails with InvalidSurface if it has no separation; then nothing is written.
+        /// Begins a surface of the sheet. Fails with InvalidSurface if it has no separation; then the document stays as it
+        /// was.
         void BeginSurface(const CIP3SurfaceParameters& newSurface);
 
         /// Begins the next separation of the surface, of the size and resolution that `parameters` now gives. Fails with
-        /// UnsupportedRaster unless `parameters` says 8 bits and planar; then nothing is written.
+        /// UnsupportedRaster unless `parameters` says 8 bits and planar; then the document stays as it was.
         void BeginSeparation();
 
         /// Ends the separation's data.
@@ -60,7 +61,7 @@ namespace RasterOutput
         void EndSheet();
 
     protected:
-        /// Inverts the line's first plane in place, then compresses, encodes and appends it. Fails with
+        /// Inverts the line's first plane in place, then compresses, encodes and appends it to the document. Fails with
         /// UnsupportedRaster for an interleaved line, which is then unchanged.
         void ProcessScanLine8Bit(const ScanLineRef& line) override;
 
@@ -80,7 +81,6 @@ namespace RasterOutput
         void WriteExtent(const CIP3SheetParameters& sheet);
         void WriteEncoded(const DataRef& data);
         void WriteEndOfData();
-        void TellDocumentWhatToExpect();
 
         DocumentBuffer& Document() { return outputFile->document; }
 
@@ -92,15 +92,10 @@ namespace RasterOutput
         std::uint32_t directoryOffset = 0;
         /// The open document; null when there is none.
         std::unique_ptr<CIP3OutputFile> outputFile;
-        /// The sheet being written or to be written next.
+        /// The sheet that is being built or comes next.
         std::uint32_t sheetIndex = 0;
         /// What the last BeginSurface was given.
         CIP3SurfaceParameters surface;
-        /// Separations of the surface behind the one being written.
-        std::size_t separationsToCome = 0;
-        /// currentY and the document's size when the separation began.
-        std::int32_t firstRow = 0;
-        std::size_t sizeBeforeRows = 0;
         /// These exist from BeginSeparation to EndSeparation, as far as the document's parameters ask for them.
         std::unique_ptr<RunLengthFilter> runLengthFilter;
         std::unique_ptr<ASCIIHexFilter> asciiHexFilter;

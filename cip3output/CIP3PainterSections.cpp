@@ -19,9 +19,6 @@ namespace RasterOutput
 
         constexpr std::int32_t FrontSide = 0;
 
-        /// Rows from one estimate of the document's growth to the next; a power of 2.
-        constexpr std::int32_t RowsPerEstimate = 16;
-
         std::string_view UnitName(CIP3Units units)
         {
             switch (units)
@@ -157,7 +154,6 @@ namespace RasterOutput
         }
         Document().Write(PpfFormat::BeginPreviewImage);
         surface = newSurface;
-        separationsToCome = surface.separationNames.size();
     }
 
     void CIP3Painter::BeginSeparation()
@@ -201,9 +197,6 @@ namespace RasterOutput
                          EncodingName(painterParameters.encoding),
                          " def\n",
                          PpfFormat::PreviewImage});
-        separationsToCome -= separationsToCome != 0 ? 1 : 0;
-        firstRow = currentY;
-        sizeBeforeRows = Document().Size();
 
         const auto filterIf = [](auto& filter, bool wanted)
         {
@@ -239,37 +232,17 @@ namespace RasterOutput
             Document().Write(PpfFormat::LineEnd);
         }
         WriteEncoded(data);
-        if (currentY % RowsPerEstimate == 0)
-        {
-            TellDocumentWhatToExpect();
-        }
-    }
-
-    /// The rows of this surface that are to come are taken to need what those of this separation have needed on average.
-    void CIP3Painter::TellDocumentWhatToExpect()
-    {
-        const double rows = 1.0 + (static_cast<std::uint32_t>(currentY) - static_cast<std::uint32_t>(firstRow));
-        const double rowsToCome = static_cast<double>(separationsToCome + 1) * parameters.height - rows;
-        const double bytesPerRow = static_cast<double>(Document().Size() - sizeBeforeRows) / rows;
-        const double most = static_cast<double>(PpfFormat::MaxDocumentSize);
-        Document().Expect(static_cast<std::size_t>(std::clamp(rowsToCome * bytesPerRow, 0.0, most)));
     }
 
     void CIP3Painter::WriteEncoded(const DataRef& data)
     {
-        // An encoder is the last stage, so it writes straight into the document.
-        const auto encode = [this, &data](auto& filter)
-        {
-            unsigned char* const room = Document().Room(filter.RoomFor(data.size()));
-            Document().Commit(static_cast<std::size_t>(filter.FilterInto(data, room) - room));
-        };
         if (asciiHexFilter)
         {
-            encode(*asciiHexFilter);
+            Document().Write(Characters(asciiHexFilter->Filter(data)));
         }
         else if (ascii85Filter)
         {
-            encode(*ascii85Filter);
+            Document().Write(Characters(ascii85Filter->Filter(data)));
         }
         else
         {
@@ -281,19 +254,15 @@ namespace RasterOutput
     {
         if (runLengthFilter)
         {
-            unsigned char tail = PpfFormat::EndOfRunLengthData;
-            DataRef data;
-            data.SetRange(&tail, &tail + 1);
-            WriteEncoded(data);
+            WriteEncoded(runLengthFilter->Finish());
         }
         if (asciiHexFilter)
         {
-            Document().Write(PpfFormat::EndOfASCIIHexData);
+            Document().Write(Characters(asciiHexFilter->Finish()));
         }
         if (ascii85Filter)
         {
             Document().Write(Characters(ascii85Filter->Finish()));
-            Document().Write(PpfFormat::EndOfASCII85Data);
         }
     }
 

@@ -1,4 +1,3 @@
-// Growth of a filter's output buffer.
 #include "cip3output/FilterOutput.h"
 
 #include <algorithm>
@@ -28,5 +27,10 @@ namespace RasterOutput
         part.begin = output.begin;
         part.end = end;
         return part;
+    }
+
+    unsigned char* Put(std::string_view bytes, unsigned char* place)
+    {
+        return std::copy(bytes.begin(), bytes.end(), place);
     }
 }

@@ -1,9 +1,10 @@
-// The rule by which all preview filters make room in their output buffers.
+// The output buffers of the preview filters: one rule for their size, and what is given back of them.
 #pragma once
 
 #include "rasteroutput/DataRef.h"
 
 #include <cstddef>
+#include <string_view>
 
 namespace RasterOutput
 {
@@ -16,4 +17,7 @@ namespace RasterOutput
 
     /// The part of `output` from its beginning up to `end`, as a filter returns it.
     DataRef FilledPart(const DataRefInstance& output, unsigned char* end);
+
+    /// Copies `bytes` to `place`; gives the place after them.
+    unsigned char* Put(std::string_view bytes, unsigned char* place);
 }

@@ -7,7 +7,7 @@ namespace RasterOutput
 {
     namespace
     {
-        /// Writes `number` in DirectoryNumberWidth digits; gives the place behind them.
+        /// Writes `number` in DirectoryNumberWidth digits; gives the place after them.
         char* PutNumber(char* place, std::uint32_t number)
         {
             char* const end = place + PpfFormat::DirectoryNumberWidth;
@@ -18,7 +18,7 @@ namespace RasterOutput
             return end;
         }
 
-        /// Writes the name in its parentheses and fills the field with blanks; gives the place behind it.
+        /// Writes the name in its parentheses and fills the field with blanks; gives the place after it.
         char* PutName(char* place, const std::string& name)
         {
             char* const end = place + PpfFormat::DirectoryNameWidth;

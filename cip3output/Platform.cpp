@@ -33,12 +33,13 @@ namespace RasterOutput::Platform
         }
     }
 
-    void AdviseLargePage(void* begin) noexcept
+    void AdviseLargePages(void* begin, std::size_t size) noexcept
     {
 #ifdef __linux__
-        madvise(begin, LargePageSize, MADV_HUGEPAGE);
+        madvise(begin, size, MADV_HUGEPAGE);
 #else
         static_cast<void>(begin);
+        static_cast<void>(size);
 #endif
     }
 }

@@ -12,10 +12,7 @@ namespace RasterOutput::Platform
     /// that is not open afterwards says that there can be no such file.
     void OpenOutputFile(std::ofstream& stream, const std::wstring& path);
 
-    /// Size and alignment of a large page, in bytes.
-    constexpr std::size_t LargePageSize = std::size_t{2} << 20;
-
-    /// Tells the system that the LargePageSize bytes from `begin` on, so aligned, will be filled: it may hand them out as
-    /// one large page, which costs a fraction of the small ones to touch. Advice only: never fails.
-    void AdviseLargePage(void* begin) noexcept;
+    /// Tells the system that the `size` bytes from `begin` on will be filled from front to back: it may hand them out in
+    /// large pages. Advice only: never fails.
+    void AdviseLargePages(void* begin, std::size_t size) noexcept;
 }

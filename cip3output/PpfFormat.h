@@ -35,10 +35,10 @@ namespace RasterOutput::PpfFormat
     constexpr std::size_t DirectoryNameWidth = 216;
     /// Longest sheet name that fits a directory line.
     constexpr std::size_t MaxSheetNameSize = DirectoryNameWidth - 2;
-    /// End of a directory line; the blank in front of the LF is part of the format.
+    /// End of a directory line; the blank before the LF is part of the format.
     constexpr std::string_view DirectoryLineEnd = " CIP3PPFDirEntry \n";
 
-    // Sections of a sheet. A piece without an LF is completed by the value that stands behind it.
+    // Sections of a sheet. A piece without an LF is completed by the value that follows it.
 
     constexpr std::string_view BeginSheet = "CIP3BeginSheet\n";
     constexpr std::string_view EndSheet = "CIP3EndSheet\n\n";
@@ -51,7 +51,7 @@ namespace RasterOutput::PpfFormat
     constexpr std::string_view EndPreviewImage = "CIP3EndPreviewImage\n";
     constexpr std::string_view BeginSeparation = "CIP3BeginSeparation\n";
     constexpr std::string_view EndSeparation = "CIP3EndSeparation\n\n";
-    /// Stands directly in front of the preview data. Its blank is its end: what follows is data.
+    /// Stands directly before the preview data. Its blank is its end: what follows is data.
     constexpr std::string_view PreviewImage = "CIP3PreviewImage ";
 
     // Run-length data: tokens of a length byte and what it stands for.
@@ -63,7 +63,7 @@ namespace RasterOutput::PpfFormat
     /// Length byte of a repeat run: this less its length.
     constexpr std::size_t RepeatBias = 257;
     /// Length byte that ends the data.
-    constexpr unsigned char EndOfRunLengthData = 0x80;
+    constexpr std::string_view EndOfRunLengthData = "\x80";
 
     // ASCIIHex data.
 

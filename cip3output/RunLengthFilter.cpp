@@ -1,6 +1,6 @@
-// Run-length compression of one range.
 #include "cip3output/RunLengthFilter.h"
 
+#include "cip3output/PpfFormat.h"
 #include "cip3output/kernels/RunLength.h"
 
 namespace RasterOutput
@@ -9,5 +9,11 @@ namespace RasterOutput
     {
         GrowFilterOutput(output, input.size());
         return FilledPart(output, Kernels::EncodeRunLength(input.begin, input.size(), output.begin));
+    }
+
+    DataRef RunLengthFilter::Finish()
+    {
+        GrowFilterOutput(output, 0, PpfFormat::EndOfRunLengthData.size());
+        return FilledPart(output, Put(PpfFormat::EndOfRunLengthData, output.begin));
     }
 }

@@ -17,7 +17,7 @@ namespace Pages
 
     const char* Name(Kind kind);
 
-    /// `height` lines of `width` bytes, one behind the other. The same arguments give the same page.
+    /// `height` lines of `width` bytes, one after the other. The same arguments give the same page.
     std::vector<std::uint8_t> Make(Kind kind, std::size_t width, std::size_t height);
 
     /// Fraction of the bytes that equal their left neighbour, to be printed beside figures.

@@ -6,8 +6,8 @@
 namespace RasterOutput::Kernels
 {
     /// Writes five characters for each of the `groups` groups of four bytes from `input` on to `output`, or 'z' alone
-    /// for a group of zeros, and gives their end. There must be room for 5 * groups bytes at `output`, not all of which
-    /// the characters need: what lies behind them there is undetermined afterwards. The ranges do not overlap. Uses the
+    /// for a group of zeros, and gives their end. There must be space for 5 * groups bytes at `output`, not all of which
+    /// the characters need: what lies after them there is undetermined afterwards. The ranges do not overlap. Uses the
     /// best that the machine has.
     unsigned char* EncodeASCII85(const unsigned char* input, std::size_t groups, unsigned char* output) noexcept;
 

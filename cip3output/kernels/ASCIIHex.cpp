@@ -28,22 +28,12 @@ namespace RasterOutput::Kernels
             const auto halves = hn::Set(wideTag, 0x0F0F);
             const std::size_t lanes = hn::Lanes(wideTag);
 
-            const auto encode = [&](std::size_t place)
-            {
-                const auto wide = hn::PromoteTo(wideTag, hn::LoadU(narrowTag, input + place));
-                // The lower byte of a lane comes first in memory: the upper half goes there.
-                const auto split = hn::And(hn::Or(hn::ShiftRight<4>(wide), hn::ShiftLeft<8>(wide)), halves);
-                hn::StoreU(hn::TableLookupBytes(digits, hn::BitCast(byteTag, split)), byteTag, output + 2 * place);
-            };
             for (; done + lanes <= size; done += lanes)
             {
-                encode(done);
-            }
-            if (size >= lanes)
-            {
-                // The rest, and some of what is there already once more.
-                encode(size - lanes);
-                done = size;
+                const auto wide = hn::PromoteTo(wideTag, hn::LoadU(narrowTag, input + done));
+                // The lower byte of a lane comes first in memory: the upper half goes there.
+                const auto split = hn::And(hn::Or(hn::ShiftRight<4>(wide), hn::ShiftLeft<8>(wide)), halves);
+                hn::StoreU(hn::TableLookupBytes(digits, hn::BitCast(byteTag, split)), byteTag, output + 2 * done);
             }
 #endif
             for (; done < size; ++done)

@@ -1,11 +1,11 @@
-// Inversion of preview data: the format's 255 is full ink, a scan line's is paper.
+// Inversion of preview data: the format's 255 is full ink, a scan line's is paper. A source of its own, as the compiler
+// makes vectors of its loop where it is asked for speed.
 #pragma once
 
 #include <cstddef>
 
 namespace RasterOutput::Kernels
 {
-    /// Turns each of the `size` bytes from `bytes` on into 255 minus itself, with the widest vectors that the machine
-    /// has.
+    /// Turns each of the `size` bytes from `bytes` on into 255 minus itself.
     void InvertBytes(unsigned char* bytes, std::size_t size) noexcept;
 }

@@ -299,12 +299,10 @@ namespace RasterFeed
 
         DirectoryFacts facts;
         Ratio resolution;
-        Ratio resolutionDown;
         std::uint32_t unit = RESUNIT_INCH;
         std::optional<std::uint32_t> oldSubfileType;
         bool subfileTypeSeen = false;
         bool resolutionSeen = false;
-        bool resolutionDownSeen = false;
         bool unitSeen = false;
         const std::uint64_t first = offset + countWidth;
         for (std::uint64_t i = 0; i < entries; ++i)
@@ -330,8 +328,6 @@ namespace RasterFeed
             }
             const bool outside = entry.count > wordWidth / size;
             entry.value = outside ? numbers.At(at + 4 + wordWidth, wordWidth) : at + 4 + wordWidth;
-
-            const bool isInFile = file.Size() >= size && entry.value <= file.Size() - size;
 
             // Where a tag stands twice the first counts, as it does for libtiff.
             switch (entry.tag)
@@ -366,18 +362,11 @@ namespace RasterFeed
                 }
                 break;
             case TIFFTAG_XRESOLUTION:
-                if (!resolutionSeen && isInFile)
+                if (!resolutionSeen && file.Size() >= size && entry.value <= file.Size() - size)
                 {
                     resolution = ReadRatio(numbers, entry);
                 }
                 resolutionSeen = true;
-                break;
-            case TIFFTAG_YRESOLUTION:
-                if (!resolutionDownSeen && isInFile)
-                {
-                    resolutionDown = ReadRatio(numbers, entry);
-                }
-                resolutionDownSeen = true;
                 break;
             case TIFFTAG_RESOLUTIONUNIT:
                 if (!unitSeen)
@@ -414,7 +403,6 @@ namespace RasterFeed
             }
         }
         facts.resolution = PixelsPerInch(resolution, unit);
-        facts.resolutionDown = PixelsPerInch(resolutionDown, unit);
         facts.isReducedImage = !subfileTypeSeen && oldSubfileType == OFILETYPE_REDUCEDIMAGE;
         // A file may end with its last directory's last entry.
         const std::uint64_t end = first + entries * entryBytes;

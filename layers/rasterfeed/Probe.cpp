@@ -100,15 +100,14 @@ namespace RasterFeed
             return text;
         }
 
-        RasterFeedDescription
-        Describe(const std::string& path, RasterFeedDepth depth, const RasterFeedSelection& selection)
+        RasterFeedDescription Describe(const std::string& path, RasterFeedDepth depth)
         {
             RasterFeedDescription description = {};
             const std::string name = OpenedName(path);
             try
             {
                 SeparationReader reader(RefusingCallbacks, name.c_str());
-                reader.ReadHeader(selection);
+                reader.ReadHeader();
                 if (depth == RasterFeedDepth::Lines)
                 {
                     std::vector<unsigned char> line(reader.Width());
@@ -121,12 +120,6 @@ namespace RasterFeed
                 description.width = reader.Width();
                 description.height = reader.Height();
                 description.resolution = ResolutionOf(reader.Width(), reader.Units());
-                const View& view = reader.Shown();
-                description.isReduced = view.isReduced;
-                description.inputWidth = view.across.pixels;
-                description.inputHeight = view.down.pixels;
-                description.inputAcross = view.across.resolution;
-                description.inputDown = view.down.resolution;
             }
             catch (const Refusal& refusal)
             {
@@ -137,8 +130,7 @@ namespace RasterFeed
     }
 }
 
-RasterFeedDescription
-RasterFeedProbe(const std::string& path, RasterFeedDepth depth, const RasterFeedSelection& selection)
+RasterFeedDescription RasterFeedProbe(const std::string& path, RasterFeedDepth depth)
 {
-    return RasterFeed::Describe(path, depth, selection);
+    return RasterFeed::Describe(path, depth);
 }

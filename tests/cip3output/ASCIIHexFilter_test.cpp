@@ -1,14 +1,19 @@
 // The digits of ASCIIHex data.
 #include "cip3output/ASCIIHexFilter.h"
 #include "tests/cip3output/Bytes.h"
+#include "tests/cip3output/kernels/KernelTargets.h"
 
 #include <gtest/gtest.h>
 
-namespace PpfTest
+namespace CIP3OutputTest
 {
     using RasterOutput::ASCIIHexFilter;
 
-    TEST(ASCIIHexFilter, EveryByteHasItsTwoDigits)
+    class ASCIIHexFilterTest : public KernelTest
+    {
+    };
+
+    TEST_P(ASCIIHexFilterTest, EveryByteHasItsTwoDigits)
     {
         std::string input;
         std::string expected;
@@ -23,5 +28,14 @@ namespace PpfTest
         EXPECT_EQ(Filtered(filter, input), expected);
         EXPECT_EQ(Filtered(filter, ""), "");
         EXPECT_EQ(Filtered(filter, Hex("80")), "80");
+        EXPECT_EQ(Finished(filter), ">");
+    }
+
+    INSTANTIATE_TEST_SUITE_P(, ASCIIHexFilterTest, testing::ValuesIn(TargetsOfThisMachine()), TargetName);
+
+    TEST(ASCIIHexFilter, EndOfDataNeedsNoLineBefore)
+    {
+        ASCIIHexFilter filter;
+        EXPECT_EQ(Finished(filter), ">");
     }
 }

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace PpfTest
+namespace CIP3OutputTest
 {
     /// The bytes of "FD FF 00".
     inline std::string Hex(const std::string& text)
@@ -50,6 +50,14 @@ namespace PpfTest
         RasterOutput::DataRef_Impl<RasterOutput::DataRefTraits> range;
         range.SetRange(bytes.data(), bytes.data() + bytes.size());
         const auto result = filter.Filter(range);
+        return std::string(result.begin, result.end);
+    }
+
+    /// What a filter gives at the end.
+    template <class Filter>
+    std::string Finished(Filter& filter)
+    {
+        const auto result = filter.Finish();
         return std::string(result.begin, result.end);
     }
 }

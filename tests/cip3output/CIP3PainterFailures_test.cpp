@@ -12,7 +12,7 @@
 #include <limits>
 #include <typeinfo>
 
-namespace PpfTest
+namespace CIP3OutputTest
 {
     using namespace RasterOutput;
 

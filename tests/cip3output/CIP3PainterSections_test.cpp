@@ -8,7 +8,7 @@
 
 #include <limits>
 
-namespace PpfTest
+namespace CIP3OutputTest
 {
     using namespace RasterOutput;
     using testing::HasSubstr;
@@ -53,7 +53,7 @@ namespace PpfTest
             SheetSection(sheet), HasSubstr("/CIP3AdmJobName ((\\\xE4\r)() def\n/CIP3AdmSheetName ()%\n) def\n"));
     }
 
-    TEST(CIP3PainterSections, UnitStandsBehindEachExtent)
+    TEST(CIP3PainterSections, UnitFollowsEachExtent)
     {
         const char* const words[] = {"mm", "cm", "inch", "point", "", ""};
         for (std::uint32_t unit = 0; unit < 6; ++unit)
@@ -65,7 +65,7 @@ namespace PpfTest
         }
     }
 
-    TEST(CIP3PainterSections, OptionalEntriesAreSortedByBytesBehindTheCurves)
+    TEST(CIP3PainterSections, OptionalEntriesFollowTheCurvesSortedByBytes)
     {
         CIP3SheetParameters sheet = AnySheet();
         sheet.optionalParameters = {{"b", "(2)"}, {"ab", ""}, {"a", "1 "}, {"\xC4", "4"}, {"B", "3"}};

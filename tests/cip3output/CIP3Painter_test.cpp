@@ -7,7 +7,11 @@
 
 #include <gmock/gmock.h>
 
-namespace PpfTest
+#include <csignal>
+
+#include <sys/resource.h>
+
+namespace CIP3OutputTest
 {
     using namespace RasterOutput;
     using testing::EndsWith;
@@ -113,13 +117,51 @@ namespace PpfTest
         EXPECT_EQ(WriteExample(scribe), first);
     }
 
-    TEST(CIP3Painter, FullDiskIsNotReported)
+    /// No file of this process may grow beyond a size, for as long as this object lives.
+    class FullDisk
     {
-        PpfScribe scribe(1, RunLength, ASCII85);
-        scribe.document.filePath = L"/dev/full";
-        scribe.Start();
-        scribe.Sheet("S1", {Literal(100000)});
-        EXPECT_NO_THROW(scribe.painter.Finalize());
+    public:
+        explicit FullDisk(std::size_t size)
+        {
+            getrlimit(RLIMIT_FSIZE, &before);
+            const rlimit limit = {size, before.rlim_max};
+            setrlimit(RLIMIT_FSIZE, &limit);
+            handler = std::signal(SIGXFSZ, SIG_IGN);
+        }
+        ~FullDisk()
+        {
+            setrlimit(RLIMIT_FSIZE, &before);
+            std::signal(SIGXFSZ, handler);
+        }
+        FullDisk(const FullDisk&) = delete;
+        FullDisk& operator=(const FullDisk&) = delete;
+
+    private:
+        rlimit before{};
+        void (*handler)(int) = nullptr;
+    };
+
+    TEST(CIP3Painter, FullDiskIsNotReportedAndThePainterMayBeginAgain)
+    {
+        PpfScribe scribe(1, None, Binary);
+        const auto write = [&scribe]
+        {
+            scribe.Start();
+            scribe.Sheet("S1", std::vector<std::string>(50, Literal(100000)));
+            scribe.painter.Finalize();
+        };
+        write();
+        const std::string whole = scribe.File();
+        for (const std::size_t size : {std::size_t{0}, std::size_t{46}, DocumentBuffer::BlockSize + 1})
+        {
+            {
+                const FullDisk disk(size);
+                EXPECT_NO_THROW(write()) << size;
+            }
+            EXPECT_TRUE(scribe.File() == whole.substr(0, size)) << size;
+            write();
+            EXPECT_TRUE(scribe.File() == whole) << size;
+        }
     }
 
     TEST(CIP3Painter, FileNameThatIsNoUtf8IsOpened)

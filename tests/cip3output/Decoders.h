@@ -7,7 +7,7 @@
 #include <stdexcept>
 #include <string>
 
-namespace PpfTest
+namespace CIP3OutputTest
 {
     /// Decodes tokens up to the end of data, which has to be the last byte if `ends`, and must be missing otherwise.
     inline std::string RunLengthDecoded(const std::string& data, bool ends)

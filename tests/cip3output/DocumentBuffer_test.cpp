@@ -5,59 +5,92 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <cstdint>
 #include <stdexcept>
+#include <vector>
 
-namespace PpfTest
+#include <sys/mman.h>
+
+namespace
+{
+    struct Advice
+    {
+        const void* begin;
+        std::size_t size;
+        int kind;
+    };
+
+    /// What the system was advised of, none of which it takes.
+    std::vector<Advice> adviceRefused;
+}
+
+/// The linker gives the program's calls of madvise to this.
+extern "C" int __wrap_madvise(void* begin, std::size_t size, int kind)
+{
+    adviceRefused.push_back({begin, size, kind});
+    errno = EINVAL;
+    return -1;
+}
+
+namespace CIP3OutputTest
 {
     using RasterOutput::DocumentBuffer;
 
-    /// All of the document, which is empty afterwards.
-    std::string Drained(DocumentBuffer& document)
+    std::string Content(const DocumentBuffer& document)
     {
         std::string content;
-        document.Drain([&content](const unsigned char* begin, std::size_t size)
-                       { content.append(reinterpret_cast<const char*>(begin), size); });
+        document.ForEachPiece([&content](std::string_view piece) { content += piece; });
         return content;
     }
 
-    TEST(DocumentBuffer, GrowthMovesNoByteThatIsWritten)
+    TEST(DocumentBuffer, GrowsOverItsBlocksByWritesOfAnySize)
     {
-        // Nothing is expected, one large page's worth, and more than comes.
-        for (const std::size_t told : {0U, 1600000U, 40000000U})
+        DocumentBuffer document;
+        std::string expected;
+        EXPECT_EQ(Content(document), "");
+        for (std::size_t size = 1; expected.size() < 5 * DocumentBuffer::BlockSize; size = size * 3 / 2 + 1)
         {
-            SCOPED_TRACE(told);
-            DocumentBuffer document;
-            document.Expect(told);
-            unsigned char* const first = document.Room(5);
-            std::string expected = "first";
-            std::copy(expected.begin(), expected.end(), first);
-            document.Commit(expected.size());
-            for (std::size_t size = 1; expected.size() < 30000000; size = size * 3 / 2 + 1)
-            {
-                const std::string piece = Literal(size);
-                document.Write(piece);
-                expected += piece;
-            }
-            EXPECT_EQ(document.Size(), expected.size());
-            EXPECT_TRUE(std::equal(expected.begin(), expected.begin() + 5, first));
-            EXPECT_TRUE(Drained(document) == expected);
-            EXPECT_EQ(document.Size(), 0U);
-            document.Write("again");
-            EXPECT_EQ(Drained(document), "again");
+            const std::string piece = Literal(size);
+            document.Write(piece);
+            expected += piece;
         }
+        // Up to a block's last byte, and across the next block's first.
+        const std::string rest(DocumentBuffer::BlockSize - expected.size() % DocumentBuffer::BlockSize, 'r');
+        document.Write(rest);
+        EXPECT_TRUE(Content(document) == expected + rest);
+        document.Write("next");
+        expected += rest + "next";
+        EXPECT_EQ(document.Size(), expected.size());
+        EXPECT_EQ(document.Position(), expected.size());
+        EXPECT_TRUE(Content(document) == expected);
+    }
+
+    /// Without it, a photo's whole conversion takes 1.4 times as long.
+    TEST(DocumentBuffer, EachBlockIsALargePageOrSmallOnesWhereTheSystemHasNone)
+    {
+        adviceRefused.clear();
+        DocumentBuffer document;
+        const std::string content = Literal(2 * DocumentBuffer::BlockSize + 1);
+        document.Write(content);
+        ASSERT_EQ(adviceRefused.size(), 3U);
+        for (const Advice& advice : adviceRefused)
+        {
+            EXPECT_EQ(reinterpret_cast<std::uintptr_t>(advice.begin) % DocumentBuffer::BlockSize, 0U);
+            EXPECT_EQ(advice.size, DocumentBuffer::BlockSize);
+            EXPECT_EQ(advice.kind, MADV_HUGEPAGE);
+        }
+        EXPECT_TRUE(Content(document) == content);
     }
 
     TEST(DocumentBuffer, OverwritingChangesNeitherSizeNorTheRest)
     {
         DocumentBuffer document;
-        std::string expected;
-        for (const std::size_t size : {10000U, 100000U, 1000000U})
-        {
-            document.Write(Literal(size));
-            expected += Literal(size);
-        }
-        // Inside the first block, over its end, and from inside to behind the end.
-        for (const std::size_t position : {std::size_t{0}, std::size_t{46}, std::size_t{9990}, expected.size() - 10})
+        std::string expected = Literal(DocumentBuffer::BlockSize + 1000);
+        document.Write(expected);
+        // Inside the first block, over its end, and from inside the document to after its end.
+        for (const std::size_t position :
+             {std::size_t{0}, std::size_t{46}, DocumentBuffer::BlockSize - 6, expected.size() - 10})
         {
             document.Seek(position);
             document.Write("0123456789abcdef");
@@ -65,20 +98,7 @@ namespace PpfTest
             EXPECT_EQ(document.Position(), position + 16);
         }
         EXPECT_EQ(document.Size(), expected.size());
-        EXPECT_TRUE(Drained(document) == expected);
-    }
-
-    TEST(DocumentBuffer, RoomIsUsedAsFarAsItIsCommitted)
-    {
-        DocumentBuffer document;
-        for (const std::size_t capacity : {0U, 1U, 70000U, 5000000U, 10U})
-        {
-            unsigned char* const room = document.Room(capacity);
-            std::fill(room, room + capacity, 'x');
-            document.Commit(capacity / 2);
-        }
-        EXPECT_EQ(document.Size(), 35000U + 2500000U + 5U);
-        EXPECT_TRUE(Drained(document) == std::string(35000 + 2500000 + 5, 'x'));
+        EXPECT_TRUE(Content(document) == expected);
     }
 
     TEST(DocumentBuffer, LimitIsReachedAndNotPassed)
@@ -88,14 +108,12 @@ namespace PpfTest
         EXPECT_THROW(document.Write("890"), std::length_error);
         EXPECT_EQ(document.Position(), 8U);
 
-        document.Room(100);
-        EXPECT_THROW(document.Commit(3), std::length_error);
         document.Write("89");
         EXPECT_THROW(document.Write("a"), std::length_error);
 
         document.Seek(8);
         EXPECT_THROW(document.Write("xyz"), std::length_error);
         document.Write("xy");
-        EXPECT_EQ(Drained(document), "01234567xy");
+        EXPECT_EQ(Content(document), "01234567xy");
     }
 }

@@ -6,7 +6,7 @@
 
 #include <gmock/gmock.h>
 
-namespace PpfTest
+namespace CIP3OutputTest
 {
     /// Matches a callable that throws CIP3PainterException with exactly this text and code.
     inline auto FailsWith(const char* text, std::int32_t code)

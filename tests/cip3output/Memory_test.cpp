@@ -9,11 +9,11 @@
 
 #include <new>
 
-namespace PpfTest
+namespace CIP3OutputTest
 {
     using namespace RasterOutput;
 
-    TEST(Memory, LinesBehindTheFirstAllocateNothingButTheDocument)
+    TEST(Memory, LinesAfterTheFirstAllocateNothingButTheDocument)
     {
         for (const std::int32_t compression : {None, RunLength})
         {
@@ -35,7 +35,8 @@ namespace PpfTest
                 scribe.painter.ProcessScanLine(line);
 
                 TestSupport::AllowAllocations();
-                for (int i = 0; i < 3000; ++i)
+                constexpr long Lines = 3000;
+                for (long i = 0; i < Lines; ++i)
                 {
                     scribe.painter.ProcessScanLine(line);
                 }
@@ -43,7 +44,9 @@ namespace PpfTest
                 const long blocks = TestSupport::AlignedAllocationCount();
                 // Each block brings a longer list of blocks with it, at most.
                 EXPECT_LE(all, 2 * blocks) << compression << " " << encoding;
-                EXPECT_LE(blocks, 10) << compression << " " << encoding;
+                const auto most = Lines * 2 * static_cast<long>(bytes.size());
+                EXPECT_LE(blocks, most / static_cast<long>(DocumentBuffer::BlockSize) + 1)
+                    << compression << " " << encoding;
             }
         }
     }

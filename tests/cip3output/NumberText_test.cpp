@@ -9,7 +9,7 @@
 #include <limits>
 #include <random>
 
-namespace PpfTest
+namespace CIP3OutputTest
 {
     using RasterOutput::NumberText;
 
@@ -37,7 +37,7 @@ namespace PpfTest
             {999999.5, "1e+06"},  // rounding moves the exponent
             {0.0001, "0.0001"},   // smallest exponent of fixed notation
             {0.00009999994, "9.99999e-05"},
-            {100000.0, "100000"}, // zeros in front of the point stay
+            {100000.0, "100000"}, // zeros before the point stay
             {1.5e300, "1.5e+300"},
             {-0.0, "-0"},
             {std::numeric_limits<double>::infinity(), "inf"},

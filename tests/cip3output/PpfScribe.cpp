@@ -4,7 +4,7 @@
 #include "rasteroutput/ExtractionDispatcher.h"
 #include "rasteroutput/ScanLineRef.h"
 
-namespace PpfTest
+namespace CIP3OutputTest
 {
     using namespace RasterOutput;
 

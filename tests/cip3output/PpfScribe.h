@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace PpfTest
+namespace CIP3OutputTest
 {
     constexpr std::int32_t None = 0;
     constexpr std::int32_t RunLength = 1;
@@ -54,10 +54,10 @@ namespace PpfTest
         std::string path = folder / "out.ppf";
     };
 
-    /// What stands in `text` between the first `begin` and the first `end` behind it.
+    /// What stands in `text` between the first `begin` and the first `end` after it.
     std::string Between(const std::string& text, const std::string& begin, const std::string& end);
 
-    /// The data of a file's first preview, from behind the blank to the LF in front of "CIP3EndSeparation".
+    /// The data of a file's first preview, from after the blank to the LF before "CIP3EndSeparation".
     std::string PreviewData(const std::string& file);
 
     /// A whole file of one sheet with one separation of these lines.

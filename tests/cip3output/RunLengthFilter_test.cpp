@@ -2,16 +2,22 @@
 #include "cip3output/RunLengthFilter.h"
 #include "tests/cip3output/Bytes.h"
 #include "tests/cip3output/Decoders.h"
+#include "tests/cip3output/kernels/KernelTargets.h"
 
 #include <gtest/gtest.h>
 
 #include <stdexcept>
 
-namespace PpfTest
+namespace CIP3OutputTest
 {
     using RasterOutput::RunLengthFilter;
 
-    TEST(RunLengthFilter, Boundaries)
+    /// On every target, as the tokens are the kernel's.
+    class RunLengthFilterTest : public KernelTest
+    {
+    };
+
+    TEST_P(RunLengthFilterTest, Boundaries)
     {
         const struct
         {
@@ -27,7 +33,7 @@ namespace PpfTest
             {Hex("41 42 42"), Hex("00 41 FF 42"), "two equal bytes end a literal, and the line"},
             {Hex("41 42 42 43"), Hex("00 41 FF 42 00 43"), "pair inside a literal"},
             {Hex("41 41 42 43 43"), Hex("FF 41 00 42 FF 43"), "literal of one between runs"},
-            {Hex("41 41 42 42"), Hex("FF 41 FF 42"), "run behind run"},
+            {Hex("41 41 42 42"), Hex("FF 41 FF 42"), "run after run"},
             {Times(127, "x"), Hex("82 78"), "run one short of a token"},
             {Times(128, "x"), Hex("81 78"), "run of a whole token"},
             {Times(129, "x"), Hex("81 78 00 78"), "rest of one is a literal"},
@@ -41,7 +47,7 @@ namespace PpfTest
             {Literal(300),
              Hex("7F") + Literal(128) + Hex("7F") + Literal(256).substr(128) + Hex("2B") + Literal(300).substr(256),
              "literal of two tokens and 44"},
-            {Literal(128) + "xx", Hex("7F") + Literal(128) + Hex("FF 78"), "pair behind a whole literal token"},
+            {Literal(128) + "xx", Hex("7F") + Literal(128) + Hex("FF 78"), "pair after a whole literal token"},
         };
         RunLengthFilter filter;
         for (const auto& c : cases)
@@ -51,27 +57,36 @@ namespace PpfTest
         }
     }
 
-    TEST(RunLengthFilter, RunsDoNotCrossCalls)
+    TEST_P(RunLengthFilterTest, RunsDoNotCrossCalls)
     {
         RunLengthFilter filter;
         EXPECT_EQ(Filtered(filter, Times(64, "x")), Hex("C1 78"));
         EXPECT_EQ(Filtered(filter, Times(64, "x")), Hex("C1 78"));
     }
 
-    TEST(RunLengthFilter, BufferGrowsToTwiceTheInputAndNeverShrinks)
+    INSTANTIATE_TEST_SUITE_P(, RunLengthFilterTest, testing::ValuesIn(TargetsOfThisMachine()), TargetName);
+
+    TEST(RunLengthFilter, EndOfDataNeedsNoLineBefore)
     {
         RunLengthFilter filter;
-        EXPECT_EQ(filter.output.begin, nullptr);
+        EXPECT_EQ(Finished(filter), Hex("80"));
         Filtered(filter, Literal(100));
-        EXPECT_EQ(filter.output.size(), 200U);
-        const unsigned char* const buffer = filter.output.begin;
-        Filtered(filter, Literal(7));
-        EXPECT_EQ(filter.output.begin, buffer);
-        Filtered(filter, Literal(101));
-        EXPECT_EQ(filter.output.size(), 202U);
+        EXPECT_EQ(Finished(filter), Hex("80"));
     }
 
-    TEST(RunLengthFilter, LineBeyondTheLargestBufferIsRefused)
+    TEST(FilterOutput, GrowsToTwiceTheInputAndNeverShrinks)
+    {
+        RasterOutput::DataRefInstance output;
+        RasterOutput::GrowFilterOutput(output, 100);
+        EXPECT_EQ(output.size(), 200U);
+        const unsigned char* const buffer = output.begin;
+        RasterOutput::GrowFilterOutput(output, 7, 200);
+        EXPECT_EQ(output.begin, buffer);
+        RasterOutput::GrowFilterOutput(output, 7, 201);
+        EXPECT_EQ(output.size(), 201U);
+    }
+
+    TEST(FilterOutput, LineBeyondTheLargestBufferIsRefused)
     {
         RasterOutput::DataRefInstance output;
         EXPECT_THROW(RasterOutput::GrowFilterOutput(output, std::size_t{1} << 31), std::length_error);

@@ -1,3 +1,4 @@
+// Groups of five characters to four bytes, with their short forms.
 #include "ppf/ASCII85Source.h"
 
 #include "ppf/Failure.h"
@@ -145,7 +146,7 @@ namespace Ppf
             {
                 throw FormatError(
                     data.Offset(), c == ZeroGroup ? "ASCII85 data has \"z\" within a group"
-                                                  : "ASCII85 data holds a character that is not one of its digits");
+                                                  : "ASCII85 data holds a character that is none of its digits");
             }
             value = value * Base + static_cast<unsigned>(c - FirstDigit);
             if (++digits == 5)

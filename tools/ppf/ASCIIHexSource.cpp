@@ -1,3 +1,4 @@
+// Pairs of digits to bytes, whatever white space stands between them.
 #include "ppf/ASCIIHexSource.h"
 
 #include "ppf/Failure.h"
@@ -23,7 +24,7 @@ namespace Ppf
             return decimal < 10 || letter < 6 ? value : NoDigit;
         }
 
-        /// False if one of the characters is not a digit.
+        /// False if one of the characters is no digit.
         bool DecodeBlock(const char* text, unsigned char* out)
         {
             std::array<std::uint8_t, BlockDigits> digits = {};
@@ -46,14 +47,14 @@ namespace Ppf
         std::size_t done = 0;
         while (done < count && !ended)
         {
-            const auto fits = [&]
+            const auto isRoom = [&]
             { return count - done >= BlockBytes && data.bytes.size() - data.next >= BlockDigits; };
-            while (fits() && DecodeBlock(data.bytes.data() + data.next, out + done))
+            while (isRoom() && DecodeBlock(data.bytes.data() + data.next, out + done))
             {
                 data.next += BlockDigits;
                 done += BlockBytes;
             }
-            // Digit by digit over what is not a block: a line end within it, or the end of the data or of `out`.
+            // Digit by digit over what is no block: a line end within it, or the end of the data or of the room.
             for (std::size_t i = 0; i < BlockBytes && done < count && !ended; ++i)
             {
                 unsigned high = 0;
@@ -86,7 +87,7 @@ namespace Ppf
             }
             if (DigitOf(c) == NoDigit)
             {
-                throw FormatError(data.Offset(), "ASCIIHex data holds a character that is not a digit");
+                throw FormatError(data.Offset(), "ASCIIHex data holds a character that is no digit");
             }
             digit = DigitOf(c);
             ++data.next;

@@ -1,3 +1,4 @@
+// The bytes of the file, handed on as they are.
 #include "ppf/BinarySource.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// The search for a "def" that belongs to a key, past whatever brackets hold.
 #include "ppf/Definition.h"
 
 #include "ppf/Keywords.h"

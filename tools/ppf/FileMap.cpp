@@ -1,3 +1,4 @@
+// mmap for regular files, read for everything else.
 #include "ppf/FileMap.h"
 
 #include "ppf/Keywords.h"

@@ -1,3 +1,4 @@
+// Decoded rows added up, and means over parts of the sums.
 #include "ppf/InkColumns.h"
 
 #include "ppf/ScanLineReader.h"
@@ -155,7 +156,7 @@ namespace Ppf
 
     Measurement Measure(const Document& document, const Preview& preview)
     {
-        const Orientation orientation = preview.OrientationOnSheet();
+        const Orientation orientation = preview.Lie();
         const std::uint64_t columns = preview.UprightWidth();
         if (columns * preview.components > MostColumns)
         {

@@ -1,3 +1,4 @@
+// Integers, reals and radix numbers, without a locale.
 #include "ppf/Number.h"
 
 #include <charconv>

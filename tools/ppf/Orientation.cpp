@@ -1,3 +1,4 @@
+// The eight matrices and what they say of rows and columns.
 #include "ppf/Orientation.h"
 
 #include <cmath>

@@ -1,3 +1,4 @@
+// Rows turned upright, and boxes of pixels averaged into smaller ones.
 #include "ppf/Pictures.h"
 
 #include "ppf/ScanLineReader.h"
@@ -132,9 +133,9 @@ namespace Ppf
 
     void DrawUpright(
         const Document& document, const Preview& preview, unsigned component,
-        const std::function<void(unsigned char*)>& takeRow)
+        const std::function<void(const unsigned char*)>& takeRow)
     {
-        const Orientation orientation = preview.OrientationOnSheet();
+        const Orientation orientation = preview.Lie();
         ScanLineReader rows(document, preview);
         std::vector<unsigned char> line(static_cast<std::size_t>(preview.UprightWidth()));
         if (!orientation.transposed && !orientation.rowsReversed)
@@ -172,7 +173,7 @@ namespace Ppf
         std::vector<Picture> pictures = scaler.Pictures();
         for (Picture& picture : pictures)
         {
-            picture = Upright(std::move(picture), preview.OrientationOnSheet());
+            picture = Upright(std::move(picture), preview.Lie());
         }
         return pictures;
     }

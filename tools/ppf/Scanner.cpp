@@ -1,3 +1,4 @@
+// One table of character classes and one rule per first character.
 #include "ppf/Scanner.h"
 
 #include "ppf/Failure.h"
@@ -157,7 +158,7 @@ namespace Ppf
         {
             if (DigitOf(bytes[i]) >= 16 && !IsWhiteSpace(bytes[i]))
             {
-                throw FormatError(i, "hexadecimal string holds a character that is not a digit");
+                throw FormatError(i, "hexadecimal string holds a character that is no digit");
             }
         }
         return end + 1;

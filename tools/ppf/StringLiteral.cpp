@@ -1,3 +1,4 @@
+// Escapes, hexadecimal digits and base 85 to the bytes that they stand for.
 #include "ppf/StringLiteral.h"
 
 #include "ppf/Number.h"
@@ -88,7 +89,7 @@ namespace Ppf
             return bytes;
         }
 
-        /// Nothing if the content is not ASCII85.
+        /// Nothing if the content is no ASCII85.
         std::optional<std::string> Ascii85Content(std::string_view content)
         {
             std::string bytes;

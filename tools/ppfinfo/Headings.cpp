@@ -1,3 +1,4 @@
+// The few phrases that text, tables and report share.
 #include "ppfinfo/Headings.h"
 
 #include "ppfinfo/Text.h"

@@ -1,3 +1,4 @@
+// The page from top to bottom, side by side, each written as soon as it is measured.
 #include "ppfinfo/HtmlReport.h"
 
 #include "ppf/Pictures.h"
@@ -66,7 +67,7 @@ namespace PpfInfo
 
             void Write(const std::string& fileName);
 
-            const std::optional<Ppf::Finding>& FirstFinding() const { return firstFinding; }
+            const std::optional<Ppf::Finding>& Fault() const { return fault; }
 
         private:
             void WriteHead(const std::string& fileName);
@@ -84,7 +85,7 @@ namespace PpfInfo
             const Ppf::Document& document;
             const ZoneChoice& zones;
             std::ostream& out;
-            std::optional<Ppf::Finding> firstFinding;
+            std::optional<Ppf::Finding> fault;
         };
 
         void ReportWriter::Write(const std::string& fileName)
@@ -129,7 +130,7 @@ namespace PpfInfo
             if (document.damage)
             {
                 findings.push_back(*document.damage);
-                findings.back().text += "; nothing after this byte was read";
+                findings.back().text += "; nothing behind this byte was read";
             }
             if (findings.empty())
             {
@@ -206,7 +207,7 @@ namespace PpfInfo
             for (const Ppf::Preview& preview : surface.previews)
             {
                 const InkMeasure measure = MeasureInks(document, preview);
-                KeepFirst(firstFinding, measure.finding);
+                KeepFirst(fault, measure.fault);
                 for (unsigned i = 0; i < preview.components; ++i)
                 {
                     SideInk ink = {&preview, i, colours[inks.size()], std::nullopt, {}, Observations(preview, measure)};
@@ -215,12 +216,12 @@ namespace PpfInfo
                     if (!measure.inks.empty())
                     {
                         ink.coverage = measure.inks[i].Coverage();
-                        std::optional<Ppf::Finding> zonesFinding;
-                        ink.zones.edges = ZoneEdges(preview, ZonesFor(preview), zonesFinding);
-                        if (zonesFinding)
+                        std::optional<Ppf::Finding> zonesFault;
+                        ink.zones.edges = ZoneEdges(preview, ZonesFor(preview), zonesFault);
+                        if (zonesFault)
                         {
-                            ink.notes.push_back(*zonesFinding);
-                            KeepFirst(firstFinding, zonesFinding);
+                            ink.notes.push_back(*zonesFault);
+                            KeepFirst(fault, zonesFault);
                         }
                         ink.zones.coverage = measure.inks[i].Zones(ink.zones.edges);
                     }
@@ -381,6 +382,6 @@ namespace PpfInfo
     {
         ReportWriter writer(document, zones, out);
         writer.Write(fileName);
-        return writer.FirstFinding();
+        return writer.Fault();
     }
 }

@@ -1,3 +1,4 @@
+// The process inks by name, and hues for the others from their names.
 #include "ppfinfo/InkColours.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// The one place where a fault of a preview is caught instead of passed on.
 #include "ppfinfo/InkMeasure.h"
 
 #include <utility>
@@ -15,7 +16,7 @@ namespace PpfInfo
         }
         catch (const Ppf::FormatError& error)
         {
-            measure.finding = error.AsFinding();
+            measure.fault = error.AsFinding();
         }
         return measure;
     }

@@ -1,3 +1,4 @@
+// What is allowed and still worth a look: differences within a side, and inks without ink.
 #include "ppfinfo/Observations.h"
 
 #include "ppf/Check.h"
@@ -45,7 +46,7 @@ namespace PpfInfo
                         {preview.offset, "separation " + Quoted(preview.inks[0]) +
                                              " has another resolution than the first of its side"});
                 }
-                if (!preview.OrientationOnSheet().IsUpright())
+                if (!preview.Lie().IsUpright())
                 {
                     findings.push_back(
                         {preview.offset,
@@ -93,15 +94,16 @@ namespace PpfInfo
     std::vector<Ppf::Finding> Observations(const Ppf::Preview& preview, const InkMeasure& measure)
     {
         std::vector<Ppf::Finding> findings;
-        if (measure.finding)
+        if (measure.fault)
         {
-            findings.push_back(*measure.finding);
+            findings.push_back(*measure.fault);
         }
         if (measure.excess > 0)
         {
             findings.push_back(
                 {preview.offset, "data of separation " + Quoted(preview.inks[0]) + " goes on for " +
-                                     std::to_string(measure.excess) + " bytes after its last row, which are left out"});
+                                     std::to_string(measure.excess) +
+                                     " bytes behind its last row, which are left out"});
         }
         for (std::size_t i = 0; i < measure.inks.size(); ++i)
         {

@@ -1,6 +1,5 @@
+// The command line and the help text.
 #include "ppfinfo/Options.h"
-
-#include "host/Failure.h"
 
 #include <CLI/CLI.hpp>
 
@@ -64,7 +63,7 @@ namespace PpfInfo
 
     CommandLine ReadCommandLine(int argc, const char* const* argv)
     {
-        CommandLine line;
+        CommandLine line = {CommandLine::Outcome::Run, {}, ""};
         Options& options = line.options;
         std::string zoneWidth;
 
@@ -96,28 +95,27 @@ namespace PpfInfo
                "--zone-width", zoneWidth, "The same with zones of this width: a number with mm, cm, inch or point")
             ->type_name("WIDTH")
             ->check(CLI::Validator(CheckLength, ""));
-        std::string problem;
         try
         {
             app.parse(argc, argv);
             options.zones.width = ParseLength(zoneWidth).value_or(0);
-            problem = file->empty() ? "no file: name the one to look into" : Contradiction(options);
+            line.text = file->empty() ? "no file: name the one to look into" : Contradiction(options);
+            line.outcome = line.text.empty() ? CommandLine::Outcome::Run : CommandLine::Outcome::UsageError;
         }
         catch (const CLI::CallForHelp&)
         {
-            line.answer = app.help();
+            line.outcome = CommandLine::Outcome::Answer;
+            line.text = app.help();
         }
         catch (const CLI::CallForVersion& version)
         {
-            line.answer = std::string(version.what()) + "\n";
+            line.outcome = CommandLine::Outcome::Answer;
+            line.text = std::string(version.what()) + "\n";
         }
         catch (const CLI::ParseError& error)
         {
-            problem = error.what();
-        }
-        if (!problem.empty())
-        {
-            throw Host::UsageError(problem + "; see ppfinfo --help");
+            line.outcome = CommandLine::Outcome::UsageError;
+            line.text = error.what();
         }
         return line;
     }

@@ -1,3 +1,4 @@
+// Lines in columns, sheet by sheet.
 #include "ppfinfo/TextOutput.h"
 
 #include "ppfinfo/Headings.h"
@@ -65,7 +66,7 @@ namespace PpfInfo
                 }
             }
 
-            const std::optional<Ppf::Finding>& FirstFinding() const { return firstFinding; }
+            const std::optional<Ppf::Finding>& Fault() const { return fault; }
 
         private:
             void WriteEntry(const std::string& name, std::string_view value)
@@ -98,7 +99,7 @@ namespace PpfInfo
                 for (const Ppf::Preview& preview : surface.previews)
                 {
                     const InkMeasure measure = MeasureInks(document, preview);
-                    KeepFirst(firstFinding, measure.finding);
+                    KeepFirst(fault, measure.fault);
                     const std::vector<Ppf::Finding> seen = Observations(preview, measure);
                     unusual.insert(unusual.end(), seen.begin(), seen.end());
                     for (std::size_t i = 0; i < preview.inks.size(); ++i)
@@ -116,7 +117,7 @@ namespace PpfInfo
             const Ppf::Document& document;
             std::ostream& out;
             std::vector<Ppf::Finding> unusual;
-            std::optional<Ppf::Finding> firstFinding;
+            std::optional<Ppf::Finding> fault;
         };
     }
 
@@ -130,6 +131,6 @@ namespace PpfInfo
             writer.WriteSheet(i);
         }
         writer.WriteUnusual();
-        return writer.FirstFinding();
+        return writer.Fault();
     }
 }

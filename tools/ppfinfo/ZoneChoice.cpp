@@ -1,3 +1,4 @@
+// Units of length, and the reasons for which there may be no zones.
 #include "ppfinfo/ZoneChoice.h"
 
 #include "ppf/InkColumns.h"
@@ -43,7 +44,7 @@ namespace PpfInfo
     }
 
     std::vector<double>
-    ZoneEdges(const Ppf::Preview& preview, const ZoneChoice& choice, std::optional<Ppf::Finding>& finding)
+    ZoneEdges(const Ppf::Preview& preview, const ZoneChoice& choice, std::optional<Ppf::Finding>& fault)
     {
         const std::uint64_t columns = preview.UprightWidth();
         if (choice.width <= 0)
@@ -55,7 +56,7 @@ namespace PpfInfo
         if (!resolution)
         {
             KeepFirst(
-                finding,
+                fault,
                 Ppf::Finding{
                     preview.offset,
                     separation + " has no resolution, so its zones have no width; give their number with --zones"});
@@ -65,9 +66,9 @@ namespace PpfInfo
         if (!(Ppf::CountOfZones(columns, width) <= static_cast<double>(MostZones)))
         {
             KeepFirst(
-                finding, Ppf::Finding{
-                             preview.offset, separation + " would have more than " + std::to_string(MostZones) +
-                                                 " zones; give a greater --zone-width"});
+                fault, Ppf::Finding{
+                           preview.offset, separation + " would have more than " + std::to_string(MostZones) +
+                                               " zones; give a greater --zone-width"});
             return {};
         }
         return Ppf::EdgesOfZones(columns, width);

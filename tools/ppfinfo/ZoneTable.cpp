@@ -1,3 +1,4 @@
+// One table per side, with a column for each ink.
 #include "ppfinfo/ZoneTable.h"
 
 #include "ppfinfo/Headings.h"
@@ -44,14 +45,14 @@ namespace PpfInfo
                 std::vector<double> edges;
                 for (const Ppf::Preview& preview : surface.previews)
                 {
-                    const std::vector<double> own = ZoneEdges(preview, zones, firstFinding);
+                    const std::vector<double> own = ZoneEdges(preview, zones, fault);
                     if (own.size() > edges.size())
                     {
                         edges = own;
                         widest = &preview;
                     }
                     const InkMeasure measure = MeasureInks(document, preview);
-                    KeepFirst(firstFinding, measure.finding);
+                    KeepFirst(fault, measure.fault);
                     for (std::size_t i = 0; i < preview.inks.size(); ++i)
                     {
                         columns.push_back(
@@ -65,7 +66,7 @@ namespace PpfInfo
                 }
             }
 
-            const std::optional<Ppf::Finding>& FirstFinding() const { return firstFinding; }
+            const std::optional<Ppf::Finding>& Fault() const { return fault; }
 
         private:
             void WriteTable(
@@ -96,7 +97,7 @@ namespace PpfInfo
             const Ppf::Document& document;
             const ZoneChoice& zones;
             std::ostream& out;
-            std::optional<Ppf::Finding> firstFinding;
+            std::optional<Ppf::Finding> fault;
         };
     }
 
@@ -115,6 +116,6 @@ namespace PpfInfo
                 gap = "\n";
             }
         }
-        return writer.FirstFinding();
+        return writer.Fault();
     }
 }

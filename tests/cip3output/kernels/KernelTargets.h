@@ -1,6 +1,8 @@
 // Runs a test once for every kind of vectors that this machine has.
 #pragma once
 
+#include "tests/cip3output/kernels/TargetInUse.h"
+
 #include <gtest/gtest.h>
 #include <hwy/highway.h>
 #include <hwy/targets.h>
@@ -12,29 +14,33 @@
 #include <string>
 #include <vector>
 
-namespace PpfTest
+namespace CIP3OutputTest
 {
+    /// Fails unless the code of the target that it is given really runs.
     class KernelTest : public testing::TestWithParam<std::int64_t>
     {
     protected:
         /// Chosen for as long as the test runs. The target that all code is compiled for stays beside it, so that there
         /// always is one.
-        KernelTest()
+        KernelTest() { ChooseFrom(GetParam() | HWY_STATIC_TARGET); }
+        ~KernelTest() override { ChooseFrom(0); }
+
+        void SetUp() override { ASSERT_EQ(TargetInUse(), GetParam()); }
+
+    private:
+        /// 0 stands for everything that the machine has.
+        static void ChooseFrom(std::int64_t targets)
         {
-            hwy::SetSupportedTargetsForTest(GetParam() | HWY_STATIC_TARGET);
-            hwy::GetChosenTarget().Update(hwy::SupportedTargets());
-        }
-        ~KernelTest() override
-        {
-            hwy::SetSupportedTargetsForTest(0);
+            hwy::SetSupportedTargetsForTest(targets);
             hwy::GetChosenTarget().Update(hwy::SupportedTargets());
         }
     };
 
+    /// What the kernels are compiled for and this machine has.
     inline std::vector<std::int64_t> TargetsOfThisMachine()
     {
         std::vector<std::int64_t> targets;
-        for (std::int64_t left = hwy::SupportedTargets(); left != 0; left &= left - 1)
+        for (std::int64_t left = hwy::SupportedTargets() & HWY_TARGETS; left != 0; left &= left - 1)
         {
             targets.push_back(left & -left);
         }
@@ -46,7 +52,7 @@ namespace PpfTest
         return hwy::TargetName(info.param);
     }
 
-    /// Memory of exactly `size` bytes at `misalignment` bytes behind a boundary, the end of which the sanitizer watches.
+    /// Memory of exactly `size` bytes at `misalignment` bytes after a boundary, the end of which the sanitizer watches.
     class TightBuffer
     {
     public:
@@ -68,23 +74,23 @@ namespace PpfTest
         std::size_t offset;
     };
 
-    /// What `encode(input, count, output)` writes for a line that ends with its buffer, into exactly `room` bytes.
+    /// What `encode(input, count, output)` writes for a line that ends with its buffer, into exactly `space` bytes.
     template <class Encode>
     std::string
-    Encoded(Encode encode, const std::string& line, std::size_t count, std::size_t room, std::size_t misalignment)
+    Encoded(Encode encode, const std::string& line, std::size_t count, std::size_t space, std::size_t misalignment)
     {
         TightBuffer input(line, misalignment);
-        // Room that the kernel may not touch, and that no sanitizer guards: it writes some of its vectors masked.
+        // Bytes that the kernel may not touch, and that no sanitizer guards: it writes some of its vectors masked.
         constexpr unsigned char Untouched = 0xA5;
         constexpr std::size_t Guard = 128;
-        TightBuffer output(room + Guard, misalignment * 7 % 64);
-        std::memset(output.begin() + room, Untouched, Guard);
+        TightBuffer output(space + Guard, misalignment * 7 % 64);
+        std::memset(output.begin() + space, Untouched, Guard);
         const unsigned char* const end = encode(input.begin(), count, output.begin());
         for (std::size_t i = 0; i < Guard; ++i)
         {
-            EXPECT_EQ(output.begin()[room + i], Untouched) << "byte " << i << " behind the room";
+            EXPECT_EQ(output.begin()[space + i], Untouched) << "byte " << i << " after the space";
         }
-        TightBuffer exact(room, misalignment * 7 % 64);
+        TightBuffer exact(space, misalignment * 7 % 64);
         encode(input.begin(), count, exact.begin());
         return std::string(output.begin(), output.begin() + (end - output.begin()));
     }

@@ -5,7 +5,7 @@
 #include <random>
 #include <string>
 
-namespace PpfTest
+namespace CIP3OutputTest
 {
     /// Kinds of lines that AnyLine makes.
     constexpr int LineKinds = 7;

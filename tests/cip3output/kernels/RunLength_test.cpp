@@ -3,7 +3,7 @@
 #include "tests/cip3output/kernels/KernelTargets.h"
 #include "tests/cip3output/kernels/Lines.h"
 
-namespace PpfTest
+namespace CIP3OutputTest
 {
     using RasterOutput::Kernels::EncodeRunLength;
 

@@ -30,8 +30,7 @@ namespace TestSupport
         std::uint32_t tileLength = 0;
         bool bigEndian = false;
         bool bigTiff = false;
-        double resolution = 0;         ///< 0: no tag; the nearest ratio of 32-bit numbers
-        double yResolution = 0;        ///< 0: as `resolution`
+        double resolution = 0;         ///< 0: no tag
         std::uint32_t subfileType = 0; ///< 0: no tag
     };
 

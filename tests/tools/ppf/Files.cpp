@@ -2,10 +2,8 @@
 
 #include "ppf/ScanLineReader.h"
 
-namespace PpfTest
+namespace Ppf::Test
 {
-    using namespace Ppf;
-
     namespace
     {
         std::string DirectoryLine(const std::string& offset, const std::string& length, const std::string& name)

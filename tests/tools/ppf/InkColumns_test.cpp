@@ -4,10 +4,8 @@
 
 #include <gmock/gmock.h>
 
-namespace PpfTest
+namespace Ppf::Test
 {
-    using namespace Ppf;
-
     namespace
     {
         using testing::DoubleNear;

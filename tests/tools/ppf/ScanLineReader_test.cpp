@@ -5,10 +5,8 @@
 
 #include <gmock/gmock.h>
 
-namespace PpfTest
+namespace Ppf::Test
 {
-    using namespace Ppf;
-
     namespace
     {
         using testing::HasSubstr;
@@ -124,8 +122,7 @@ namespace PpfTest
             EXPECT_THAT(
                 RowsOf(Separation(20, 10, "DCTDecode", "ASCIIHexDecode", "ffd8ffd9>")), HasSubstr("DCT data: "));
             EXPECT_THAT(RowsOf(Separation(20, 10, "DCTDecode", "ASCIIHexDecode", "ffd8ff>")), HasSubstr("cut off"));
-            EXPECT_THAT(
-                RowsOf(Separation(20, 10, "DCTDecode", "ASCIIHexDecode", "ffd8qq>")), HasSubstr("is not a digit"));
+            EXPECT_THAT(RowsOf(Separation(20, 10, "DCTDecode", "ASCIIHexDecode", "ffd8qq>")), HasSubstr("no digit"));
         }
 
         TEST(ScanLineReader, DataThatEndsEarlyNamesTheRow)
@@ -151,7 +148,7 @@ namespace PpfTest
         {
             EXPECT_EQ(
                 RowsOf(Separation(1, 1, "LZWDecode", "ASCIIHexDecode", "00>")),
-                "compression /LZWDecode is not one that this reader knows");
+                "compression /LZWDecode is none that this reader knows");
         }
 
         TEST(ScanLineReader, DataBehindTheLastRowIsCounted)

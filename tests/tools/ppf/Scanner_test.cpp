@@ -5,10 +5,8 @@
 
 #include <gmock/gmock.h>
 
-namespace PpfTest
+namespace Ppf::Test
 {
-    using namespace Ppf;
-
     namespace
     {
         using testing::ElementsAre;

@@ -11,10 +11,8 @@
 #include <algorithm>
 #include <random>
 
-namespace PpfTest
+namespace Ppf::Test
 {
-    using namespace Ppf;
-
     namespace
     {
         using testing::HasSubstr;
@@ -28,7 +26,7 @@ namespace PpfTest
                 got = source.Read(piece.data(), step);
                 all.append(reinterpret_cast<const char*>(piece.data()), got);
             }
-            EXPECT_EQ(source.Read(piece.data(), step), 0u) << "data goes on after its end";
+            EXPECT_EQ(source.Read(piece.data(), step), 0u) << "data goes on behind its end";
             return all;
         }
 
@@ -120,7 +118,7 @@ namespace PpfTest
         TEST(ASCII85Source, RefusesWhatIsNoGroup)
         {
             const auto failure = [](std::string_view text) { return Failure([&] { Decoded<ASCII85Source>(text); }); };
-            EXPECT_EQ(failure("!<N?+!<v"), "7: ASCII85 data holds a character that is not one of its digits");
+            EXPECT_EQ(failure("!<N?+!<v"), "7: ASCII85 data holds a character that is none of its digits");
             EXPECT_EQ(failure("!!z!!~>"), "2: ASCII85 data has \"z\" within a group");
             EXPECT_THAT(failure("s8W-\"~>"), HasSubstr("above 4294967295"));
             EXPECT_THAT(failure("zzzzzzzzzuuuuuzzzz~>"), HasSubstr("above 4294967295"));
@@ -152,7 +150,7 @@ namespace PpfTest
             }
             EXPECT_EQ(
                 Failure([] { Decoded<ASCIIHexSource>("41g1>"); }),
-                "2: ASCIIHex data holds a character that is not a digit");
+                "2: ASCIIHex data holds a character that is no digit");
             EXPECT_EQ(Failure([] { Decoded<ASCIIHexSource>("4142"); }), "4: ASCIIHex data has no end mark \">\"");
         }
 

@@ -1,79 +1,74 @@
 #include "tests/tools/ppfinfo/Program.h"
 
-#include "host/Descriptor.h"
-#include "host/Text.h"
 #include "ppfinfo/Options.h"
 #include "ppfinfo/Run.h"
 
 #include <gtest/gtest.h>
 
-#include <new>
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <sstream>
 
-#include <sys/mman.h>
 #include <unistd.h>
 
-namespace PpfInfoTest
+namespace PpfInfo::Test
 {
-    using namespace PpfInfo;
-
-    namespace
+    Folder::Folder()
+        : path(testing::TempDir() + "ppfinfo-XXXXXX")
     {
-        /// A file in memory in place of standard output.
-        class Capture
+        EXPECT_NE(mkdtemp(path.data()), nullptr);
+    }
+
+    Folder::~Folder()
+    {
+        std::filesystem::remove_all(path);
+    }
+
+    std::string Folder::Write(const std::string& name, const std::string& bytes) const
+    {
+        std::ofstream(Path(name), std::ios::binary) << bytes;
+        return Path(name);
+    }
+
+    std::string Folder::Read(const std::string& name) const
+    {
+        std::ifstream file(Path(name), std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    }
+
+    std::vector<std::string> Folder::Names() const
+    {
+        std::vector<std::string> names;
+        for (const auto& entry : std::filesystem::directory_iterator(path))
         {
-        public:
-            Capture()
-                : file(memfd_create("standard output", MFD_CLOEXEC))
-            {
-                EXPECT_TRUE(file.IsOpen());
-            }
-
-            int Number() const { return file.Number(); }
-            std::string Text() const { return Folder::BytesOf("/proc/self/fd/" + std::to_string(file.Number())); }
-
-        private:
-            Host::Descriptor file;
-        };
-
-        Host::ExitStatus Run(const std::vector<std::string>& arguments, int output, std::string& answer)
-        {
-            std::vector<const char*> argv = {"ppfinfo"};
-            for (const std::string& argument : arguments)
-            {
-                argv.push_back(argument.c_str());
-            }
-            const CommandLine line = ReadCommandLine(static_cast<int>(argv.size()), argv.data());
-            if (!line.answer.empty())
-            {
-                answer = line.answer;
-                return Host::ExitDone;
-            }
-            Host::DescriptorStream out(output);
-            return PpfInfo::Run(line.options, out);
+            names.push_back(entry.path().filename().string());
         }
+        std::sort(names.begin(), names.end());
+        return names;
     }
 
     Outcome RunWith(const std::vector<std::string>& arguments)
     {
-        const Capture output;
-        Outcome outcome;
-        std::string answer;
-        try
+        std::vector<const char*> argv = {"ppfinfo"};
+        for (const std::string& argument : arguments)
         {
-            outcome.status = Run(arguments, output.Number(), answer);
+            argv.push_back(argument.c_str());
         }
-        catch (const Host::UsageError& error)
+        const CommandLine line = ReadCommandLine(static_cast<int>(argv.size()), argv.data());
+        if (line.outcome == CommandLine::Outcome::Answer)
         {
-            outcome.status = Host::ExitUsage;
-            outcome.error = Host::OneLine(error.what());
+            return {0, line.text, ""};
         }
-        catch (const std::exception& error)
+        if (line.outcome == CommandLine::Outcome::UsageError)
         {
-            outcome.status = Host::ExitFailed;
-            outcome.error = Host::OneLine(error.what());
+            return {UsageError, "", line.text};
         }
-        outcome.out = answer + output.Text();
-        return outcome;
+        std::ostringstream out;
+        std::ostringstream errors;
+        const int status = PpfInfo::Run(line.options, out, errors);
+        return {status, out.str(), errors.str()};
     }
 
     Outcome RunOn(const std::string& bytes, std::vector<std::string> arguments)
@@ -83,7 +78,7 @@ namespace PpfInfoTest
         arguments.push_back(file);
         Outcome outcome = RunWith(arguments);
         // The folder's name is another in each run.
-        for (std::string* text : {&outcome.out, &outcome.error})
+        for (std::string* text : {&outcome.out, &outcome.errors})
         {
             for (std::size_t at = text->find(file); at != std::string::npos; at = text->find(file))
             {

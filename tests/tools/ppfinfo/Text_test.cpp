@@ -7,10 +7,8 @@
 
 #include <cmath>
 
-namespace PpfInfoTest
+namespace PpfInfo::Test
 {
-    using namespace PpfInfo;
-
     namespace
     {
         TEST(Text, Utf8StaysAndEveryOtherByteIsLatin1)
