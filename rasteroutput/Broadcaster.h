@@ -28,7 +28,7 @@ namespace RasterOutput
         /// end has changed.
         void AddListener(Listener* listener);
 
-        /// Detaches `listener` at both ends; one that is not attached is no failure. Throws Exception while a broadcast
+        /// Detaches `listener` at both ends; nothing happens for one that is not attached. Throws Exception while a broadcast
         /// is running, and then nothing has changed.
         void RemoveListener(Listener* listener);
 
@@ -59,7 +59,7 @@ namespace RasterOutput
         /// In the order of attachment. During a broadcast the place of a listener that died is kept, as null, so that
         /// the others stay where the broadcast looks for them.
         std::vector<Listener*> listeners;
-        /// The counter behind BroadcastDepth(). In an allocation of its own, so that a running broadcast can tell that
+        /// The counter that BroadcastDepth() reads. In an allocation of its own, so that a running broadcast can tell that
         /// its broadcaster has been destroyed.
         boost::shared_ptr<std::int32_t> broadcastDepth;
     };

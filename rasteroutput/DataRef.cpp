@@ -9,7 +9,7 @@ namespace RasterOutput
 
     void DataRefInstance::Allocate(const std::uint32_t& size)
     {
-        // The size may be read through this very object; take it before anything changes. No parentheses behind the
+        // The size may be read through this very object; take it before anything changes. No parentheses after the
         // array: its bytes are written before they are read, so clearing them would be work for nothing.
         const std::uint32_t byteCount = size;
         boost::shared_ptr<unsigned char> fresh(

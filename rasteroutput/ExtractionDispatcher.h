@@ -10,15 +10,15 @@ namespace RasterOutput
     class Processor;
 
     /// Table of handlers, keyed by exact pairs of concrete types: a class derived from a registered one has no entry of
-    /// its own. One per process, not guarded against use by several threads at once. Made on first use and destroyed with
-    /// the statics of the library; from then on there is nothing to remove, and adding throws std::logic_error.
+    /// its own. One per process, made on first use and there until the process has ended; not guarded against use by several
+    /// threads at once.
     class ExtractionDispatcher
     {
     public:
         /// Moves the client's parameters from the extractor to the stage, which it may cast to the types of its entry.
         using Handler = void (*)(Processor& processor, ClientParameterExtractor& extractor);
 
-        /// The way to the process's table.
+        /// The process's table. May throw std::bad_alloc.
         static ExtractionDispatcher& Instance();
 
         ExtractionDispatcher(const ExtractionDispatcher&) = delete;
@@ -28,17 +28,14 @@ namespace RasterOutput
         template <class ConcreteProcessor, class ConcreteExtractor>
         void Add(Handler handler)
         {
-            LiveEntries().template Add<ConcreteProcessor, ConcreteExtractor>(handler);
+            entries.template Add<ConcreteProcessor, ConcreteExtractor>(handler);
         }
 
         /// Removes the entry for a pair of types, if there is one.
         template <class ConcreteProcessor, class ConcreteExtractor>
         void Remove()
         {
-            if (Table* const entries = Entries())
-            {
-                entries->template Remove<ConcreteProcessor, ConcreteExtractor>();
-            }
+            entries.template Remove<ConcreteProcessor, ConcreteExtractor>();
         }
 
         /// Calls the handler for the dynamic types of both arguments with these arguments. Throws std::runtime_error
@@ -46,13 +43,11 @@ namespace RasterOutput
         void Go(Processor& processor, ClientParameterExtractor& extractor);
 
     private:
-        using Table = Loki::BasicDispatcher<Processor, ClientParameterExtractor, void, Handler>;
+        template <class T>
+        friend T& ProcessWide();
 
-        constexpr ExtractionDispatcher() = default;
+        ExtractionDispatcher() = default;
 
-        /// Null once the process has destroyed the table.
-        static Table* Entries();
-        /// Throws std::logic_error once the process has destroyed the table.
-        static Table& LiveEntries();
+        Loki::BasicDispatcher<Processor, ClientParameterExtractor, void, Handler> entries;
     };
 }

@@ -14,8 +14,7 @@ namespace RasterOutput
     using PainterCreator = Painter* (*)();
 
     /// Enters `creator` under `identifier`, which may be any string of bytes. Throws Exception "<identifier> painter
-    /// identifier already registered" if the name is taken, and then leaves the table as it was. At process exit, once
-    /// the table has been destroyed, throws std::logic_error.
+    /// identifier already registered" if the name is taken, and then leaves the table as it was, and std::bad_alloc.
     void RegisterPainter(const std::string& identifier, PainterCreator creator);
 
     /// Removes the entry; painters made by it live on. Throws Exception "<identifier> painter failed to unregister" if

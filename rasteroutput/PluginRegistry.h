@@ -1,5 +1,5 @@
 // Plugins by name, in a table apart from that of the painters: the same name may stand in both. The table is
-// process-wide and not guarded against use by several threads at once.
+// process-wide, there until the process has ended, and not guarded against use by several threads at once.
 #pragma once
 
 #include <boost/smart_ptr/shared_ptr.hpp>
@@ -14,8 +14,7 @@ namespace RasterOutput
     using PluginCreator = Plugin* (*)();
 
     /// Enters `creator` under `identifier`, which may be any string of bytes. Throws Exception "<identifier> plugin
-    /// identifier already registered" if the name is taken, and then leaves the table as it was. At process exit, once
-    /// the table has been destroyed, throws std::logic_error.
+    /// identifier already registered" if the name is taken, and then leaves the table as it was, and std::bad_alloc.
     void RegisterPlugin(const std::string& identifier, PluginCreator creator);
 
     /// Removes the entry; plugins made by it live on. Throws Exception "<identifier> plugin failed to unregister" if

@@ -147,10 +147,12 @@ namespace RasterOutput
         ScanLineCursor cursor(
             band.componentsPerSample, band.planar, band.bitsPerComponent, band.planes, band.GetRowStride(),
             band.firstByteOffset, static_cast<std::uint32_t>(band.width), 0);
+        ScanLineRef row; // a handler may change what it is given, and the cursor goes on from its own
         for (std::int32_t remaining = band.GetHeight(); remaining > 0; --remaining)
         {
-            ProcessScanLine(cursor.line);
-            // There is nothing to refer to behind the last row.
+            row = cursor.line;
+            ProcessScanLine(row);
+            // There is nothing to refer to after the last row.
             if (remaining > 1)
             {
                 cursor.Step();

@@ -12,11 +12,7 @@
 
 namespace RasterOutput
 {
-    /// Brings the allocator of Loki's functors into being, unless it is. What is made first dies last, so that a table
-    /// which calls this before it is made finds the allocator when it dies with functors in it.
-    void MakeFunctorAllocator();
-
-    /// The process-wide table for one kind of product. Once the process has destroyed it, it counts as empty.
+    /// The process-wide table for one kind of product.
     template <class Product>
     class Registry
     {
@@ -31,9 +27,7 @@ namespace RasterOutput
 
         void Register(const std::string& identifier, Creator creator) const
         {
-            Table* const table = ProcessWide<Table>();
-            const Loki::Functor<Product*, Loki::NullType> functor(creator);
-            if (table == nullptr || !table->Register(identifier, functor))
+            if (!Entries().Register(identifier, Loki::Functor<Product*, Loki::NullType>(creator)))
             {
                 throw Exception(identifier + " " + kind + " identifier already registered");
             }
@@ -41,8 +35,7 @@ namespace RasterOutput
 
         void Unregister(const std::string& identifier) const
         {
-            Table* const table = ProcessWide<Table>();
-            if (table == nullptr || !table->Unregister(identifier))
+            if (!Entries().Unregister(identifier))
             {
                 throw Exception(identifier + " " + kind + " failed to unregister");
             }
@@ -54,22 +47,16 @@ namespace RasterOutput
         }
 
     private:
-        struct AllocatorFirst
-        {
-            AllocatorFirst() { MakeFunctorAllocator(); }
-        };
+        using Table = Loki::Factory<Product, std::string>;
 
-        struct Table : AllocatorFirst, Loki::Factory<Product, std::string>
-        {
-        };
+        static Table& Entries() { return ProcessWide<Table>(); }
 
         // A creator may throw anything at all; all that its client learns is that there is no product.
         Product* Create(const std::string& identifier) const
         {
             try
             {
-                Table* const table = ProcessWide<Table>();
-                return table != nullptr ? table->CreateObject(identifier) : Table::OnUnknownType(identifier);
+                return Entries().CreateObject(identifier);
             }
             catch (...)
             {

@@ -3,6 +3,7 @@
 
 #include "rasteroutput/RowBytes.h"
 
+#include <algorithm>
 #include <cstddef>
 
 namespace RasterOutput
@@ -23,13 +24,14 @@ namespace RasterOutput
             return;
         }
         line.ResetPlanes();
+        const std::size_t planes = std::min(line.planes.size(), sourcePlanes.size());
         // A plane may be longer than 4 GiB, so its offsets are not kept in 32 bits.
         const std::size_t offset = std::size_t{rowStride} * rowIndex + firstByteOffset;
         const std::uint32_t rowBytes = RowBytes(width, componentsPerSample, planar, bitsPerComponent);
-        for (std::uint32_t plane = 0; plane < line.size(); ++plane)
+        for (std::size_t plane = 0; plane < planes; ++plane)
         {
             unsigned char* const rowBegin = sourcePlanes[plane].begin + offset;
-            line[plane].SetRange(rowBegin, rowBegin + rowBytes);
+            line.planes[plane].SetRange(rowBegin, rowBegin + rowBytes);
         }
     }
 

@@ -14,7 +14,8 @@ namespace RasterOutput
     {
     public:
         /// Stands on row `row` of the planes given. `width` is in pixels; `stride` and `firstByteOffset` are in
-        /// bytes of a plane. `sourcePlanes` holds the start of each plane, as many as the layout has, or none at all.
+        /// bytes of a plane. `sourcePlanes` holds the start of each plane, as many as the layout has, or none at all; of
+        /// any other number, planes without a source stay empty, and sources without a plane are passed over.
         /// May throw std::bad_alloc.
         ScanLineCursor(
             std::uint32_t componentsPerSample, std::uint32_t planar, std::uint32_t bitsPerComponent,

@@ -9,8 +9,10 @@
 #include <memory>
 #include <stdexcept>
 
-namespace RasterOutput
+namespace RasterOutputTest
 {
+    using namespace RasterOutput;
+
     constexpr char MidBroadcast[] = "Removing listeners mid-broadcast is not supported";
 
     /// Appends its name to a list of who heard something, then does what a test asks for.

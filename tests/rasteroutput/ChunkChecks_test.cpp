@@ -8,8 +8,10 @@
 #include <functional>
 #include <sstream>
 
-namespace RasterOutput
+namespace RasterOutputTest
 {
+    using namespace RasterOutput;
+
     class ChunkComparison : public testing::Test
     {
     protected:

@@ -7,8 +7,10 @@
 #include <algorithm>
 #include <type_traits>
 
-namespace RasterOutput
+namespace RasterOutputTest
 {
+    using namespace RasterOutput;
+
     static_assert(!std::has_virtual_destructor_v<DataRef_Impl<DataRefTraits>>);
 
     TEST(DataRef, CopyRefersToTheSameBytes)

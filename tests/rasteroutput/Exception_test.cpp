@@ -6,8 +6,10 @@
 #include <exception>
 #include <type_traits>
 
-namespace RasterOutput
+namespace RasterOutputTest
 {
+    using namespace RasterOutput;
+
     static_assert(!std::is_base_of_v<std::exception, Exception>);
 
     TEST(Exception, IsCaughtAsTheRootWithItsTextAndModule)

@@ -6,8 +6,10 @@
 
 #include <stdexcept>
 
-namespace RasterOutput
+namespace RasterOutputTest
 {
+    using namespace RasterOutput;
+
     namespace
     {
         struct OtherExtractor : ClientParameterExtractor

@@ -5,9 +5,12 @@
 
 #include <gmock/gmock.h>
 
-/// Matches a callable that throws RasterOutput::Exception with exactly this text.
-inline auto FailsWith(const char* text)
+namespace RasterOutputTest
 {
-    return testing::Throws<RasterOutput::Exception>(
-        testing::Property("what", &RasterOutput::Exception::what, testing::StrEq(text)));
+    /// Matches a callable that throws RasterOutput::Exception with exactly this text.
+    inline auto FailsWith(const char* text)
+    {
+        return testing::Throws<RasterOutput::Exception>(
+            testing::Property("what", &RasterOutput::Exception::what, testing::StrEq(text)));
+    }
 }

@@ -7,8 +7,10 @@
 
 #include <optional>
 
-namespace RasterOutput
+namespace RasterOutputTest
 {
+    using namespace RasterOutput;
+
     class MockListener : public Listener
     {
     public:

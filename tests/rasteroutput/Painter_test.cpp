@@ -4,8 +4,10 @@
 
 #include <gmock/gmock.h>
 
-namespace RasterOutput
+namespace RasterOutputTest
 {
+    using namespace RasterOutput;
+
     class MockPainter : public Painter
     {
     public:

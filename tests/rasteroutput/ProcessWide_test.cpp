@@ -1,18 +1,17 @@
-// The end of the process, with the tables in every state in which a host may leave them. Each case runs in a process of
-// its own; the sanitizers' leak check looks at its end as well.
-#include "rasteroutput/Exception.h"
+// The end of the process, where hosts' own objects and exit handlers may outlive everything that came into being after them,
+// and still use the tables. Each case runs in a process of its own; the sanitizers' leak check looks at its end as well.
 #include "rasteroutput/Painter.h"
 #include "rasteroutput/PainterRegistry.h"
-#include "rasteroutput/ProcessWide.h"
 #include "tests/rasteroutput/Stages.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <stdexcept>
 
-namespace RasterOutput
+namespace RasterOutputTest
 {
+    using namespace RasterOutput;
+
     namespace
     {
         void TakeNothing(Processor&, ClientParameterExtractor&) {}
@@ -23,11 +22,23 @@ namespace RasterOutput
 
         void RegisterAll()
         {
-            RegisterPainter("left behind", &MakeNone);
+            RegisterPainter("a name", &MakeNone);
             ExtractionDispatcher::Instance().Add<BareStage, NumberExtractor>(&TakeNothing);
         }
 
-        // Stands for a host's object that came into being before the tables and so outlives them.
+        void UseTables()
+        {
+            BareStage stage;
+            NumberExtractor extractor;
+            stage.Initialize({}, extractor);
+            MakePainter("a name");
+            UnregisterPainter("a name");
+            ExtractionDispatcher::Instance().Remove<BareStage, NumberExtractor>();
+            RegisterAll();
+            std::_Exit(7);
+        }
+
+        // Stands for a host's object that came into being before the tables.
         struct LateUser
         {
             bool armed = false;
@@ -38,35 +49,12 @@ namespace RasterOutput
                     UseTables();
                 }
             }
-
-            static void UseTables()
-            {
-                ExtractionDispatcher::Instance().Remove<BareStage, NumberExtractor>();
-                try
-                {
-                    UnregisterPainter("left behind");
-                    std::_Exit(2);
-                }
-                catch (const Exception&)
-                {
-                    // There is nothing left to unregister.
-                }
-                try
-                {
-                    RegisterPainter("too late", &MakeNone);
-                    std::_Exit(3);
-                }
-                catch (const std::logic_error&)
-                {
-                    // Nor a place to register at.
-                }
-            }
         };
 
         LateUser lateUser;
     }
 
-    TEST(ProcessWideDeathTest, EntriesLeftBehindDieWithTheProcess)
+    TEST(ProcessWideDeathTest, EntriesLeftAtTheEndOfTheProcessDoNoHarm)
     {
         const auto leave = []
         {
@@ -76,7 +64,7 @@ namespace RasterOutput
         EXPECT_EXIT(leave(), testing::ExitedWithCode(0), "^$");
     }
 
-    TEST(ProcessWideDeathTest, TablesCountAsEmptyForWhoeverOutlivesThem)
+    TEST(ProcessWideDeathTest, StaticsOlderThanTheTablesCanUseThem)
     {
         const auto leave = []
         {
@@ -84,6 +72,17 @@ namespace RasterOutput
             lateUser.armed = true;
             std::exit(0);
         };
-        EXPECT_EXIT(leave(), testing::ExitedWithCode(0), "^$");
+        EXPECT_EXIT(leave(), testing::ExitedWithCode(7), "^$");
+    }
+
+    TEST(ProcessWideDeathTest, ExitHandlersOlderThanTheTablesCanUseThem)
+    {
+        const auto leave = []
+        {
+            std::atexit(&UseTables);
+            RegisterAll();
+            std::exit(0);
+        };
+        EXPECT_EXIT(leave(), testing::ExitedWithCode(7), "^$");
     }
 }

@@ -10,8 +10,10 @@
 
 #include <stdexcept>
 
-namespace RasterOutput
+namespace RasterOutputTest
 {
+    using namespace RasterOutput;
+
     using testing::InSequence;
     using testing::Throw;
 
@@ -152,6 +154,21 @@ namespace RasterOutput
         band.height = 0;
         stage.ProcessRasterBand(band);
         ExpectCounters(stage, 0, 3, 0, 3);
+    }
+
+    TEST_F(ProcessorTest, HandlerThatMovesItsRowLeavesTheBandsNextOnesInPlace)
+    {
+        std::vector<std::ptrdiff_t> rowStarts;
+        EXPECT_CALL(stage, ProcessScanLine8Bit)
+            .Times(2)
+            .WillRepeatedly(
+                [&](const ScanLineRef& row)
+                {
+                    rowStarts.push_back(row[0].begin - bytes.data());
+                    const_cast<ScanLineRef&>(row)[0].SetRange(bytes.data() + 40, bytes.data() + 41);
+                });
+        stage.ProcessRasterBand(PlanarChunk<RasterBandRef>(8, 5, 2, {&bytes}));
+        EXPECT_THAT(rowStarts, testing::ElementsAre(0, 5));
     }
 
     TEST_F(ProcessorTest, RowsBeforeAFailedOneStayCounted)

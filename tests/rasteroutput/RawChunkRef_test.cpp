@@ -5,8 +5,10 @@
 
 #include <gtest/gtest.h>
 
-namespace RasterOutput
+namespace RasterOutputTest
 {
+    using namespace RasterOutput;
+
     TEST(RawChunkRef, InterleavedDataHasOnePlaneAndPlanarDataOnePerComponent)
     {
         RawChunkRef chunk;

@@ -7,8 +7,10 @@
 
 #include <gmock/gmock.h>
 
-namespace RasterOutput
+namespace RasterOutputTest
 {
+    using namespace RasterOutput;
+
     namespace
     {
         int paintersAlive = 0;

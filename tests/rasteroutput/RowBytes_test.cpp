@@ -1,8 +1,10 @@
 // Row lengths, as a table.
 #include "rasteroutput/RowBytes.h"
 
-namespace RasterOutput
+namespace RasterOutputTest
 {
+    using namespace RasterOutput;
+
     constexpr std::uint32_t Interleaved = 0, Planar = 1;
 
     // Packed bits fill whole bytes, of one component when planar, of all components side by side otherwise.

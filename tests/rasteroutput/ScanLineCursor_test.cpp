@@ -4,9 +4,11 @@
 
 #include <gtest/gtest.h>
 
-namespace RasterOutput
+namespace RasterOutputTest
 {
-    // Three rows of 10 bytes, of which 9 pixels at 1 bit begin behind the third byte.
+    using namespace RasterOutput;
+
+    // Three rows of 10 bytes, of which 9 pixels at 1 bit begin after the third byte.
     class ScanLineCursorTest : public testing::Test
     {
     protected:
@@ -44,6 +46,17 @@ namespace RasterOutput
         cursor.Rebind(0, 0);
         EXPECT_EQ(cursor.line.size(), 0u);
         EXPECT_TRUE(cursor.line.uniform && cursor.line.uniformKnown);
+    }
+
+    TEST_F(ScanLineCursorTest, PlanesAndSourcesBeyondTheOtherAreLeftOut)
+    {
+        const ScanLineCursor more(3, 1, 8, {PlaneOf(first), PlaneOf(second)}, 10, 0, 9, 0);
+        EXPECT_EQ(more.line.size(), 3u);
+        EXPECT_EQ(more.line[1].begin, second.data());
+        EXPECT_EQ(more.line[2].begin, nullptr);
+        const ScanLineCursor fewer(1, 1, 8, {PlaneOf(first), PlaneOf(second)}, 10, 0, 9, 0);
+        EXPECT_EQ(fewer.line.size(), 1u);
+        EXPECT_EQ(fewer.line[0].begin, first.data());
     }
 
     TEST_F(ScanLineCursorTest, NoSourcePlanesMakeARowWithoutPlanes)

@@ -5,39 +5,44 @@
 #include "rasteroutput/ExtractionDispatcher.h"
 #include "rasteroutput/Processor.h"
 
-/// Fills in what a stage must have, with nothing in it, and lets tests see the counters.
-class BareStage : public RasterOutput::Processor
+namespace RasterOutputTest
 {
-public:
-    using Processor::currentX;
-    using Processor::currentY;
-    using Processor::rowCount;
-    using Processor::tileColumn;
-
-protected:
-    void InitializeProcess() override {}
-    void FinalizeProcess() override {}
-    void AfterInitialize(const RasterOutput::ProcessorParameters&, RasterOutput::ClientParameterExtractor&) override {}
-    void ReservedHook3(std::uint32_t) override {}
-    void ReservedHook4(std::uint32_t) override {}
-};
-
-/// A client's parameters: one number.
-struct NumberExtractor : RasterOutput::ClientParameterExtractor
-{
-    int number = 0;
-};
-
-/// Keeps a handler registered for as long as a test runs.
-template <class Stage, class Extractor>
-class HandlerScope
-{
-public:
-    explicit HandlerScope(RasterOutput::ExtractionDispatcher::Handler handler)
+    /// Fills in what a stage must have, with nothing in it, and lets tests see the counters.
+    class BareStage : public RasterOutput::Processor
     {
-        RasterOutput::ExtractionDispatcher::Instance().Add<Stage, Extractor>(handler);
-    }
-    ~HandlerScope() { RasterOutput::ExtractionDispatcher::Instance().Remove<Stage, Extractor>(); }
-    HandlerScope(const HandlerScope&) = delete;
-    HandlerScope& operator=(const HandlerScope&) = delete;
-};
+    public:
+        using Processor::currentX;
+        using Processor::currentY;
+        using Processor::rowCount;
+        using Processor::tileColumn;
+
+    protected:
+        void InitializeProcess() override {}
+        void FinalizeProcess() override {}
+        void AfterInitialize(const RasterOutput::ProcessorParameters&, RasterOutput::ClientParameterExtractor&) override
+        {
+        }
+        void ReservedHook3(std::uint32_t) override {}
+        void ReservedHook4(std::uint32_t) override {}
+    };
+
+    /// A client's parameters: one number.
+    struct NumberExtractor : RasterOutput::ClientParameterExtractor
+    {
+        int number = 0;
+    };
+
+    /// Keeps a handler registered for as long as a test runs.
+    template <class Stage, class Extractor>
+    class HandlerScope
+    {
+    public:
+        explicit HandlerScope(RasterOutput::ExtractionDispatcher::Handler handler)
+        {
+            RasterOutput::ExtractionDispatcher::Instance().Add<Stage, Extractor>(handler);
+        }
+        ~HandlerScope() { RasterOutput::ExtractionDispatcher::Instance().Remove<Stage, Extractor>(); }
+        HandlerScope(const HandlerScope&) = delete;
+        HandlerScope& operator=(const HandlerScope&) = delete;
+    };
+}

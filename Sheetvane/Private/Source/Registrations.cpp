@@ -3,7 +3,6 @@
 
 #include "cip3output/CIP3Painter.h"
 #include "cip3output/CIP3ParameterExtractor.h"
-#include "rasteroutput/Exception.h"
 #include "rasteroutput/ExtractionDispatcher.h"
 #include "rasteroutput/PainterRegistry.h"
 
@@ -24,14 +23,7 @@ namespace Sheetvane
 
     PainterRegistration::~PainterRegistration()
     {
-        try
-        {
-            RasterOutput::UnregisterPainter(PainterIdentifier);
-        }
-        catch (const RasterOutput::Exception&)
-        {
-            // A converter that a host's global owns may outlive the registry at process exit.
-        }
+        RasterOutput::UnregisterPainter(PainterIdentifier);
     }
 
     ExtractionRegistration::ExtractionRegistration()
