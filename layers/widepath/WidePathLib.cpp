@@ -7,16 +7,19 @@
 #include <iterator>
 #include <stdexcept>
 
-namespace
+namespace WidePath
 {
-    using Utf8 = boost::locale::utf::utf_traits<char>;
+    namespace
+    {
+        using Utf8 = boost::locale::utf::utf_traits<char>;
 
-    static_assert(sizeof(wchar_t) == 4, "a wide unit holds any code point");
+        static_assert(sizeof(wchar_t) == 4, "a wide unit holds any code point");
 
-    /// Unit of a byte b that is no part of well-formed UTF-8: escapeBase + b. Such a byte is above 0x7F.
-    constexpr wchar_t EscapeBase = 0xDC00;
-    constexpr wchar_t FirstEscape = EscapeBase + 0x80;
-    constexpr wchar_t LastEscape = EscapeBase + 0xFF;
+        /// Unit of a byte b that is not part of well-formed UTF-8: EscapeBase + b. Such a byte is above 0x7F.
+        constexpr wchar_t EscapeBase = 0xDC00;
+        constexpr wchar_t FirstEscape = EscapeBase + 0x80;
+        constexpr wchar_t LastEscape = EscapeBase + 0xFF;
+    }
 }
 
 std::wstring Utf8ToWide(const std::string& path)
@@ -26,7 +29,7 @@ std::wstring Utf8ToWide(const std::string& path)
     for (auto position = path.begin(); position != path.end();)
     {
         auto next = position;
-        const boost::locale::utf::code_point decoded = Utf8::decode(next, path.end());
+        const boost::locale::utf::code_point decoded = WidePath::Utf8::decode(next, path.end());
         if (decoded != boost::locale::utf::illegal && decoded != boost::locale::utf::incomplete)
         {
             wide += static_cast<wchar_t>(decoded);
@@ -34,7 +37,7 @@ std::wstring Utf8ToWide(const std::string& path)
         }
         else
         {
-            wide += static_cast<wchar_t>(EscapeBase + static_cast<unsigned char>(*position++));
+            wide += static_cast<wchar_t>(WidePath::EscapeBase + static_cast<unsigned char>(*position++));
         }
     }
     return wide;
@@ -46,13 +49,13 @@ std::string WideToUtf8(const std::wstring& path)
     bytes.reserve(path.size());
     for (const wchar_t unit : path)
     {
-        if (unit >= FirstEscape && unit <= LastEscape)
+        if (unit >= WidePath::FirstEscape && unit <= WidePath::LastEscape)
         {
-            bytes += static_cast<char>(unit - EscapeBase);
+            bytes += static_cast<char>(unit - WidePath::EscapeBase);
         }
         else if (boost::locale::utf::is_valid_codepoint(static_cast<boost::locale::utf::code_point>(unit)))
         {
-            Utf8::encode(static_cast<boost::locale::utf::code_point>(unit), std::back_inserter(bytes));
+            WidePath::Utf8::encode(static_cast<boost::locale::utf::code_point>(unit), std::back_inserter(bytes));
         }
         else
         {

@@ -11,8 +11,10 @@
 #include <string>
 #include <vector>
 
-namespace PixelScan
+namespace PixelScanTest
 {
+    using namespace PixelScan;
+
     using Byte = unsigned char;
     using Bytes = std::vector<Byte>;
 
