@@ -3,7 +3,7 @@
 
 #include <string>
 
-/// The wide form of a UTF-8 path. A byte b that is no part of well-formed UTF-8 becomes U+DC00 + b, so that every name
+/// The wide form of a UTF-8 path. A byte b that is not part of well-formed UTF-8 becomes U+DC00 + b, so that every name
 /// the file system accepts has a wide form of its own. Throws std::bad_alloc only.
 std::wstring Utf8ToWide(const std::string& path);
 

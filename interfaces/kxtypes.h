@@ -5,6 +5,9 @@
 // objects may be used by distinct threads. Text is bytes; a string may hold a zero byte, but whoever reads it by c_str
 // sees the bytes before the first one. Failures are thrown as KX_EException; exhausted memory as std::bad_alloc.
 //
+// An operation that throws changes nothing, but for assignment of an array, a dictionary, a location or an exception: that
+// may have taken over a part, and leaves an object that can be assigned anew, used as it then is, or destroyed.
+//
 // The virtual tables and type information live in libkxtypes alone, as every class has an operation that is compiled
 // there. Private members are standard containers, so a host has to use the standard library that this one was built
 // with, as the stream argument of PrintOn asks for anyway.
@@ -195,7 +198,7 @@ public:
     KX_TString& operator=(const KX_TString&);
     ~KX_TString() override;
 
-    virtual const char* c_str() const; ///< the bytes and a zero byte behind them; valid until the string changes
+    virtual const char* c_str() const; ///< the bytes and a zero byte after them; valid until the string changes
     std::size_t Length() const;        ///< bytes, zero bytes included
 
     static const char* KX_ClassName();
@@ -445,7 +448,7 @@ public:
     /// key is absent.
     virtual KX_TAny& At(const char* key);
 
-    /// The string under `key`, null if the key is absent. Throws KX_EException if the value is no string.
+    /// The string under `key`, null if the key is absent. Throws KX_EException if the value is not a string.
     virtual const KX_TString* GetString(const char* key) const;
 
     void Set(const char* key, const KX_TAny& value);       ///< adds the entry, or replaces its value

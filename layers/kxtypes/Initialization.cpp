@@ -1,8 +1,6 @@
 // What a host calls before anything else.
 #include <kxtypes.h>
 
-#include <new>
-
 // Makes all class objects, so that no query has to, later, where memory may be short.
 bool __KX_INITIALIZATION_FUNCTION_kxtypes__()
 {
@@ -18,7 +16,7 @@ bool __KX_INITIALIZATION_FUNCTION_kxtypes__()
             classObject();
         }
     }
-    catch (const std::bad_alloc&)
+    catch (...)
     {
         return false;
     }

@@ -1,5 +1,5 @@
-// The number classes and the boolean. A cast of one by its own name gives the address of the plain number, which lies
-// behind the object's head; that is how readers get at it without a call.
+// The number classes and the boolean. A cast of one by its own name gives the address of the plain number, after the
+// object's head; that is how readers get at it without a call.
 #include "kxtypes/ClassRecord.h"
 
 #include <kxtypes.h>
@@ -32,7 +32,9 @@
     const void* Class::KX_DynamicInfo(const char* typeName) const                                                      \
     {                                                                                                                  \
         if (const void* const own = KxTypes::OwnDynamicInfo<Class>(typeName, &value))                                  \
+        {                                                                                                              \
             return own;                                                                                                \
+        }                                                                                                              \
         return KX_TObject::KX_DynamicInfo(typeName);                                                                   \
     }
 

@@ -1,4 +1,4 @@
-// A value of any class behind one class.
+// A value of any class, held by one class.
 #include "kxtypes/ClassRecord.h"
 
 #include <kxtypes.h>

@@ -20,7 +20,7 @@ const KX_TAny& KX_TArray::At(std::uint32_t index) const
     {
         KxTypes::ThrowFailure(
             "No element " + std::to_string(index) + " in an array of " + std::to_string(elements.size()), __LINE__,
-            __FILE__);
+            "layers/kxtypes/KX_TArray.cpp");
     }
     return elements[index];
 }

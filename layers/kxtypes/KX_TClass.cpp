@@ -1,22 +1,27 @@
 // The table of class objects. It is never destroyed: exceptions and values may still be queried while the process ends.
 #include <kxtypes.h>
 
+#include <functional>
 #include <memory>
 #include <mutex>
+#include <string_view>
 #include <utility>
 
-namespace
+namespace KxTypes
 {
-    struct ClassTable
+    namespace
     {
-        std::mutex guard;
-        std::map<std::string, std::unique_ptr<KX_TClass>> objects;
-    };
+        struct ClassTable
+        {
+            std::mutex guard;
+            std::map<std::string, std::unique_ptr<KX_TClass>, std::less<>> objects; // by name; never null
+        };
 
-    ClassTable& Table()
-    {
-        static auto* const table = new ClassTable;
-        return *table;
+        ClassTable& Table()
+        {
+            static auto* const table = new ClassTable;
+            return *table;
+        }
     }
 }
 
@@ -36,14 +41,16 @@ KX_TClass::~KX_TClass() = default;
 KX_TClass* KX_TClass::GetClassObject(
     bool, const char* name, std::uint32_t size, const KX_TClass* superclass, Factory factory, bool (*)())
 {
-    ClassTable& table = Table();
+    KxTypes::ClassTable& table = KxTypes::Table();
     const std::lock_guard<std::mutex> lock(table.guard);
-    std::unique_ptr<KX_TClass>& object = table.objects[name];
-    if (object == nullptr)
+    // A query of a class that is known takes no memory: failures are asked for their class where there may be none.
+    auto place = table.objects.find(std::string_view(name));
+    if (place == table.objects.end())
     {
-        object.reset(new KX_TClass(name, size, superclass, factory));
+        std::unique_ptr<KX_TClass> object(new KX_TClass(name, size, superclass, factory));
+        place = table.objects.emplace(name, std::move(object)).first;
     }
-    return object.get();
+    return place->second.get();
 }
 
 const KX_TClass* KX_TClass::Superclass() const

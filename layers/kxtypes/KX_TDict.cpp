@@ -4,28 +4,31 @@
 
 #include <kxtypes.h>
 
-namespace
+namespace KxTypes
 {
-    /// A walk over the entries of a dictionary, in their order.
-    template <class Entries>
-    class DictWalk : public KX_TConstIterator
+    namespace
     {
-    public:
-        explicit DictWalk(const Entries& entries)
-            : position(entries.begin())
-            , end(entries.end())
+        /// A walk over the entries of a dictionary, in their order.
+        template <class Entries>
+        class DictWalk : public KX_TConstIterator
         {
-        }
+        public:
+            explicit DictWalk(const Entries& entries)
+                : position(entries.begin())
+                , end(entries.end())
+            {
+            }
 
-        bool IsDone() const override { return position == end; }
-        const KX_IPackable& Key() const override { return position->second.key; }
-        const KX_TAny& Value() const override { return position->second.value; }
-        void Next() override { ++position; }
+            bool IsDone() const override { return position == end; }
+            const KX_IPackable& Key() const override { return position->second.key; }
+            const KX_TAny& Value() const override { return position->second.value; }
+            void Next() override { ++position; }
 
-    private:
-        typename Entries::const_iterator position;
-        typename Entries::const_iterator end;
-    };
+        private:
+            typename Entries::const_iterator position;
+            typename Entries::const_iterator end;
+        };
+    }
 }
 
 KX_TDict::KX_TDict() = default;
@@ -107,5 +110,5 @@ const void* KX_TDict::KX_DynamicInfo(const char* typeName) const
 
 std::unique_ptr<KX_TConstIterator> KX_TDict::KX_NewWalk() const
 {
-    return std::make_unique<DictWalk<Entries>>(entries);
+    return std::make_unique<KxTypes::DictWalk<Entries>>(entries);
 }

@@ -24,7 +24,7 @@ const void* KX_IInterface::DynamicCast(const char* typeName, const char* file, s
     {
         const std::string wanted = typeName != nullptr ? typeName : "(null)";
         KxTypes::ThrowFailure(
-            std::string("A ") + ClassName() + " is no " + wanted, static_cast<std::uint32_t>(line), file);
+            std::string("A ") + ClassName() + " is not a " + wanted, static_cast<std::uint32_t>(line), file);
     }
     return address;
 }

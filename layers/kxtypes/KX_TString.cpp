@@ -4,21 +4,24 @@
 
 #include <kxtypes.h>
 
-namespace
+namespace KxTypes
 {
-    std::string BytesOf(const char* text, std::uint32_t length)
+    namespace
     {
-        if (text == nullptr)
+        std::string BytesOf(const char* text, std::uint32_t length)
         {
-            return {};
+            if (text == nullptr)
+            {
+                return {};
+            }
+            return length == KX_TString::ToTerminator ? std::string(text) : std::string(text, length);
         }
-        return length == KX_TString::ToTerminator ? std::string(text) : std::string(text, length);
     }
 }
 
 KX_TString::KX_TString() = default;
 KX_TString::KX_TString(const char* text, std::uint32_t length)
-    : bytes(BytesOf(text, length))
+    : bytes(KxTypes::BytesOf(text, length))
 {
 }
 KX_TString::KX_TString(const KX_TString&) = default;
