@@ -12,295 +12,299 @@
 
 #include <filesystem>
 
-using namespace SheetvaneTest;
-using namespace std::string_literals;
-using testing::EndsWith;
-using testing::HasSubstr;
-using testing::Not;
-using Trouble = FakeSeparation::Trouble;
-
-namespace
+namespace SheetvaneTest
 {
-    constexpr char General[] = "Problem converting TIFF files to CIP3";
+    using namespace std::string_literals;
+    using testing::EndsWith;
+    using testing::HasSubstr;
+    using testing::Not;
+    using Trouble = FakeSeparation::Trouble;
 
-    class ConversionDriver : public testing::Test
+    namespace
     {
-    protected:
-        ConversionDriver()
-        {
-            fake = FakeReader();
-            fake.separations["k.tif"] = {2, 4, 2, 4, {std::string(4, '\0'), "\xFF\xFF\0\x80"s}};
-            job.painterParameters.compression = 0;
-            job.painterParameters.encoding = 1;
-        }
-        ~ConversionDriver() override
-        {
-            EXPECT_EQ(fake.openReaders, 0);
-            EXPECT_EQ(fake.openBlocks, 0);
-        }
+        constexpr char General[] = "Problem converting TIFF files to CIP3";
 
-        Sheetvane::SheetRecord& AddSheet(const std::string& name)
+        class ConversionDriver : public testing::Test
         {
-            Sheetvane::SheetRecord sheet;
-            sheet.parameters.jobName = "J";
-            sheet.parameters.sheetName = name;
-            sheet.parameters.units = RasterOutput::CIP3Units::Inch;
-            job.sheets.push_back(sheet);
-            return job.sheets.back();
-        }
-        Sheetvane::SheetRecord& AddFront(const std::string& name, const std::string& path = "k.tif")
-        {
-            Sheetvane::SheetRecord& sheet = AddSheet(name);
-            sheet.frontSeparationNames = {"Black"};
-            sheet.frontFilePaths = {path};
-            return sheet;
-        }
-
-        std::string Convert(const std::string& path)
-        {
-            return FailureOf([&] { Sheetvane::CreateCIP3File(job, Location(path)); });
-        }
-
-        /// The lines of the document between its directory and its end that begin with `word`.
-        static std::string Lines(const std::string& document, const std::string& word)
-        {
-            std::string lines;
-            std::istringstream stream(document);
-            for (std::string line; std::getline(stream, line);)
+        protected:
+            ConversionDriver()
             {
-                if (line.compare(0, word.size(), word) == 0)
-                {
-                    lines += line + '\n';
-                }
+                fake = FakeReader();
+                fake.separations["k.tif"] = {2, 4, 2, 4, {std::string(4, '\0'), "\xFF\xFF\0\x80"s}};
+                job.painterParameters.compression = 0;
+                job.painterParameters.encoding = 1;
             }
-            return lines;
-        }
+            ~ConversionDriver() override
+            {
+                EXPECT_EQ(fake.openReaders, 0);
+                EXPECT_EQ(fake.openBlocks, 0);
+            }
 
-        FakeReader& fake = FakeReader::Instance();
-        TempFolder folder;
-        const std::string out = folder / "out.ppf";
-        Sheetvane::ConverterImpl job;
-    };
-}
+            Sheetvane::SheetRecord& AddSheet(const std::string& name)
+            {
+                Sheetvane::SheetRecord sheet;
+                sheet.parameters.jobName = "J";
+                sheet.parameters.sheetName = name;
+                sheet.parameters.units = RasterOutput::CIP3Units::Inch;
+                job.sheets.push_back(sheet);
+                return job.sheets.back();
+            }
+            Sheetvane::SheetRecord& AddFront(const std::string& name, const std::string& path = "k.tif")
+            {
+                Sheetvane::SheetRecord& sheet = AddSheet(name);
+                sheet.frontSeparationNames = {"Black"};
+                sheet.frontFilePaths = {path};
+                return sheet;
+            }
 
-TEST_F(ConversionDriver, JobWithoutSheetsIsHeaderAndEnd)
-{
-    EXPECT_EQ(Convert(out), "[nothing]");
-    EXPECT_EQ(
-        BytesOf(out), "%!PS-Adobe-3.0\n%%CIP3-File Version 3.0\n%\xE2\xE3\xCF\xD3\n\n"
-                      "%%CIP3EndOfFile\n");
-    EXPECT_EQ(job.painterParameters.sheetCount, 0u);
-}
+            std::string Convert(const std::string& path)
+            {
+                return FailureOf([&] { Sheetvane::CreateCIP3File(job, Location(path)); });
+            }
 
-TEST_F(ConversionDriver, SurfacesGoFrontFirstAndSeparationsInOrder)
-{
-    Sheetvane::SheetRecord& both = AddFront("S1");
-    both.frontSeparationNames = {"Cyan", "Black"};
-    both.frontFilePaths = {"c.tif", "k.tif"};
-    both.backSeparationNames = {"Red"};
-    both.backFilePaths = {"r.tif"};
-    fake.separations["c.tif"] = {1, 1, 1, 1, {"\x10"}};
-    fake.separations["r.tif"] = {1, 1, 1, 1, {"\x20"}};
-    Sheetvane::SheetRecord& back = AddSheet("S2");
-    back.backSeparationNames = {"Black"};
-    back.backFilePaths = {"k.tif"};
+            /// The lines of the document between its directory and its end that begin with `word`.
+            static std::string Lines(const std::string& document, const std::string& word)
+            {
+                std::string lines;
+                std::istringstream stream(document);
+                for (std::string line; std::getline(stream, line);)
+                {
+                    if (line.compare(0, word.size(), word) == 0)
+                    {
+                        lines += line + '\n';
+                    }
+                }
+                return lines;
+            }
 
-    EXPECT_EQ(Convert(out), "[nothing]");
-    const std::string document = BytesOf(out);
-    EXPECT_EQ(
-        Lines(document, "CIP3Begin"), "CIP3BeginPPFDirectory\nCIP3BeginSheet\nCIP3BeginFront\nCIP3BeginPreviewImage\n"
-                                      "CIP3BeginSeparation\nCIP3BeginSeparation\nCIP3BeginBack\nCIP3BeginPreviewImage\n"
-                                      "CIP3BeginSeparation\nCIP3BeginSheet\nCIP3BeginBack\nCIP3BeginPreviewImage\n"
-                                      "CIP3BeginSeparation\n");
-    EXPECT_EQ(
-        Lines(document, "/CIP3AdmSeparationNames"), "/CIP3AdmSeparationNames [ (Cyan) (Black) ] def\n"
-                                                    "/CIP3AdmSeparationNames [ (Red) ] def\n"
-                                                    "/CIP3AdmSeparationNames [ (Black) ] def\n");
-    EXPECT_THAT(document, HasSubstr("CIP3PreviewImage \nef>\nCIP3EndSeparation\n"));
-    EXPECT_THAT(document, HasSubstr("CIP3PreviewImage \ndf>\nCIP3EndSeparation\n"));
-    EXPECT_THAT(document, HasSubstr("CIP3PreviewImage \nffffffff\n0000ff7f>\nCIP3EndSeparation\n"));
-    // Whatever a later file is like, the sheet's first one describes all of them.
-    EXPECT_EQ(
-        Lines(document, "/CIP3PreviewImageWidth"), "/CIP3PreviewImageWidth 1 def\n/CIP3PreviewImageWidth 1 def\n"
-                                                   "/CIP3PreviewImageWidth 1 def\n/CIP3PreviewImageWidth 4 def\n");
-}
-
-TEST_F(ConversionDriver, GeometryComesFromTheFirstFile)
-{
-    fake.separations["g.tif"] = {1000, 8000, 1, 2400};
-    AddFront("S1", "g.tif");
-    EXPECT_EQ(Convert(out), "[nothing]");
-    const std::string document = BytesOf(out);
-    EXPECT_THAT(document, HasSubstr("/CIP3AdmPSExtent [ 8 inch 0.00333333 inch ] def\n"));
-    EXPECT_THAT(document, HasSubstr("/CIP3PreviewImageMatrix [2400 0 0 -1 0 1] def\n"));
-    EXPECT_THAT(document, HasSubstr("/CIP3PreviewImageResolution [300 300] def\n"));
-    EXPECT_EQ(job.sheets[0].parameters.extentX, 8.0);
-    EXPECT_EQ(job.sheets[0].parameters.extentY, 1 / 300.0);
-    EXPECT_EQ(job.processorParameters.width, 2400);
-    EXPECT_EQ(job.processorParameters.yResolution, 300.0);
-    EXPECT_EQ(job.processorParameters.bitsPerComponent, 8u);
-}
-
-TEST_F(ConversionDriver, SizesPastTheSignedRangeStayUnsignedInTheExtents)
-{
-    fake.separations["k.tif"] = {1, 1, 0, 2147483648u};
-    fake.separations["h.tif"] = {1, 1, 4294967295u, 1, {}, Trouble::LineFails, 3};
-    AddFront("S1", "h.tif");
-    EXPECT_EQ(Convert(out), General);
-    EXPECT_EQ(job.sheets[0].parameters.extentY, 4294967295.0);
-    EXPECT_EQ(job.processorParameters.height, -1);
-}
-
-TEST_F(ConversionDriver, FilesWithoutLinesOrPixelsAreWritten)
-{
-    fake.separations["no lines"] = {1, 1, 0, 4};
-    fake.separations["no pixels"] = {1, 1, 3, 0};
-    Sheetvane::SheetRecord& sheet = AddFront("S1", "k.tif");
-    sheet.frontSeparationNames = {"A", "B", "C"};
-    sheet.frontFilePaths = {"k.tif", "no lines", "no pixels"};
-    EXPECT_EQ(Convert(out), "[nothing]");
-    EXPECT_THAT(BytesOf(out), HasSubstr("CIP3PreviewImage >\nCIP3EndSeparation\n"));
-    EXPECT_THAT(BytesOf(out), HasSubstr("CIP3PreviewImage \n\n\n>\nCIP3EndSeparation\n"));
-}
-
-TEST_F(ConversionDriver, MissingFoldersAreCreatedOnAllLevels)
-{
-    const std::string deep = folder / "a/b/../c/out.ppf";
-    EXPECT_EQ(Convert(deep), "[nothing]");
-    EXPECT_EQ(BytesOf(folder / "a/c/out.ppf").size(), 62u);
-}
-
-TEST_F(ConversionDriver, NamesThatAreNotUtf8ReachTheFileSystemUnchanged)
-{
-    const std::string odd = folder / "\xC3\xA4 \xE4/\xFF.ppf";
-    EXPECT_EQ(Convert(odd), "[nothing]");
-    EXPECT_EQ(BytesOf(odd).size(), 62u);
-}
-
-TEST_F(ConversionDriver, FolderThatCannotBeMadeFails)
-{
-    EXPECT_EQ(Convert("bare.ppf"), "Error creating folder for CIP3 file");
-    EXPECT_EQ(Convert(""), "Error creating folder for CIP3 file");
-    std::filesystem::create_symlink(folder / "nowhere", folder / "dangling");
-    EXPECT_EQ(Convert(folder / "dangling/out.ppf"), "Error creating folder for CIP3 file");
-    EXPECT_EQ(job.painterParameters.filePath, L"");
-}
-
-TEST_F(ConversionDriver, PlaceThatTakesNoFileFails)
-{
-    WriteBytes(folder / "file", "kept");
-    EXPECT_EQ(Convert(folder / "file/out.ppf"), "Could not open CIP3 file");
-    EXPECT_EQ(Convert(folder / "file/below/out.ppf"), "Error creating folder for CIP3 file");
-    std::filesystem::create_directory(out);
-    EXPECT_EQ(Convert(out), "Could not open CIP3 file");
-    EXPECT_EQ(BytesOf(folder / "file"), "kept");
-}
-
-TEST_F(ConversionDriver, LocationThatCannotBeLookedUpIsNotTranslated)
-{
-    EXPECT_EQ(
-        FailureOf([&] { Sheetvane::CreateCIP3File(job, KX_TURL()); }),
-        "[KX_EException: The location has no local name]");
-    EXPECT_THAT(Convert(folder / std::string(300, 'n') + "/out.ppf"), HasSubstr("[std::exception: boost::filesystem"));
-}
-
-TEST_F(ConversionDriver, FailureInsideLeavesAnEmptyFileAndTheJobComplete)
-{
-    struct Case
-    {
-        const char* remark = nullptr;
-        FakeSeparation separation;
-        const char* text = nullptr;
-    };
-    const FakeSeparation good = fake.separations["k.tif"];
-    const Case cases[] = {
-        {"no reader", {1, 1, 2, 4, {}, Trouble::NullReader}, General},
-        {"header", {1, 1, 2, 4, {}, Trouble::HeaderFails}, General},
-        {"file access", {1, 1, 2, 4, {}, Trouble::HeaderCallsFailure}, General},
-        {"second line", {1, 1, 2, 4, {}, Trouble::LineFails, 1}, General},
-        {"no extent", {1, 0, 2, 4}, "Invalid sheet parameters"},
-        {"negative extent", {1, -1, 2, 4}, "Invalid sheet parameters"},
-    };
-    AddFront("S1");
-    AddFront("S2", "bad.tif");
-    for (const Case& bad : cases)
-    {
-        WriteBytes(out, "older");
-        fake.separations["bad.tif"] = bad.separation;
-        EXPECT_EQ(Convert(out), bad.text) << bad.remark;
-        EXPECT_TRUE(std::filesystem::exists(out)) << bad.remark;
-        EXPECT_EQ(BytesOf(out), "") << bad.remark;
-        EXPECT_EQ(fake.openReaders, 0) << bad.remark;
-        EXPECT_EQ(job.sheets.size(), 2u);
-        EXPECT_EQ(job.sheets[0].parameters.extentX, 2.0) << bad.remark;
+            FakeReader& fake = FakeReader::Instance();
+            TempFolder folder;
+            const std::string out = folder / "out.ppf";
+            Sheetvane::ConverterImpl job;
+        };
     }
-    fake.separations["bad.tif"] = good;
-    EXPECT_EQ(Convert(out), "[nothing]");
-    EXPECT_THAT(BytesOf(out), EndsWith("%%CIP3EndOfFile\n"));
-}
 
-TEST_F(ConversionDriver, SheetsThatAreNotCompleteFail)
-{
-    AddFront("S1").parameters.jobName = "";
-    EXPECT_EQ(Convert(out), General);
-    EXPECT_EQ(job.sheets[0].parameters.extentX, 2.0); // its first file has been read by then
-
-    job.sheets.clear();
-    AddSheet("no file");
-    EXPECT_EQ(Convert(out), General);
-
-    job.sheets.clear();
-    AddFront("");
-    EXPECT_EQ(Convert(out), "[nothing]");
-    AddFront("S2");
-    EXPECT_EQ(Convert(out), "Invalid sheet parameters");
-    EXPECT_EQ(job.painterParameters.sheetCount, 2u);
-}
-
-TEST_F(ConversionDriver, ListsOfAFailedSheetAreWalkedAsTheyAre)
-{
-    Sheetvane::SheetRecord& sheet = AddFront("S1");
-    sheet.frontFilePaths = {"k.tif", "k.tif"};
-    sheet.backFilePaths = {"never opened"};
-    EXPECT_EQ(Convert(out), "[nothing]");
-    EXPECT_THAT(BytesOf(out), HasSubstr("/CIP3AdmSeparationNames [ (Black) ] def\n"));
-    EXPECT_EQ(Lines(BytesOf(out), "CIP3BeginSeparation"), "CIP3BeginSeparation\nCIP3BeginSeparation\n");
-    EXPECT_THAT(BytesOf(out), Not(HasSubstr("CIP3BeginBack")));
-}
-
-TEST_F(ConversionDriver, TheLineLoopAllocatesNothingAfterItsFirstLine)
-{
-    fake.separations["k.tif"] = {1, 1, 200, 100};
-    AddFront("S1");
-    std::vector<std::size_t> counts;
-    counts.reserve(200);
-    fake.beforeLine = [&] { counts.push_back(Allocations()); };
-    job.painterParameters.compression = 1;
-    job.painterParameters.encoding = 2;
-    EXPECT_EQ(Convert(out), "[nothing]");
-    ASSERT_EQ(counts.size(), 200u);
-    EXPECT_EQ(counts[1], counts[199]);
-}
-
-TEST_F(ConversionDriver, AnyAllocationThatFailsEndsInAFailureAndNothingLeaks)
-{
-    AddFront("S1");
-    AddFront("S2").backSeparationNames = {"none"};
-    const KX_TURL location = Location(out);
-    std::string text;
-    std::size_t count = 0;
-    do
+    TEST_F(ConversionDriver, JobWithoutSheetsIsHeaderAndEnd)
     {
-        fake.log.clear();
-        FailAllocation(++count);
-        text = FailureOf([&] { Sheetvane::CreateCIP3File(job, location); });
-        FailAllocation(0);
-        EXPECT_TRUE(
-            text == General || text == "[std::exception: std::bad_alloc]" || text == "[nothing]" ||
-            text.find("Could not make painter") != std::string::npos || text == "Could not open CIP3 file")
-            << count << ": " << text;
-        EXPECT_EQ(fake.openReaders, 0) << count;
-    } while (text != "[nothing]" && count < 10000);
-    EXPECT_GT(count, 20u);
-    EXPECT_EQ(Convert(out), "[nothing]");
+        EXPECT_EQ(Convert(out), "[nothing]");
+        EXPECT_EQ(
+            BytesOf(out), "%!PS-Adobe-3.0\n%%CIP3-File Version 3.0\n%\xE2\xE3\xCF\xD3\n\n"
+                          "%%CIP3EndOfFile\n");
+        EXPECT_EQ(job.painterParameters.sheetCount, 0u);
+    }
+
+    TEST_F(ConversionDriver, SurfacesGoFrontFirstAndSeparationsInOrder)
+    {
+        Sheetvane::SheetRecord& both = AddFront("S1");
+        both.frontSeparationNames = {"Cyan", "Black"};
+        both.frontFilePaths = {"c.tif", "k.tif"};
+        both.backSeparationNames = {"Red"};
+        both.backFilePaths = {"r.tif"};
+        fake.separations["c.tif"] = {1, 1, 1, 1, {"\x10"}};
+        fake.separations["r.tif"] = {1, 1, 1, 1, {"\x20"}};
+        Sheetvane::SheetRecord& back = AddSheet("S2");
+        back.backSeparationNames = {"Black"};
+        back.backFilePaths = {"k.tif"};
+
+        EXPECT_EQ(Convert(out), "[nothing]");
+        const std::string document = BytesOf(out);
+        EXPECT_EQ(
+            Lines(document, "CIP3Begin"),
+            "CIP3BeginPPFDirectory\nCIP3BeginSheet\nCIP3BeginFront\nCIP3BeginPreviewImage\n"
+            "CIP3BeginSeparation\nCIP3BeginSeparation\nCIP3BeginBack\nCIP3BeginPreviewImage\n"
+            "CIP3BeginSeparation\nCIP3BeginSheet\nCIP3BeginBack\nCIP3BeginPreviewImage\n"
+            "CIP3BeginSeparation\n");
+        EXPECT_EQ(
+            Lines(document, "/CIP3AdmSeparationNames"), "/CIP3AdmSeparationNames [ (Cyan) (Black) ] def\n"
+                                                        "/CIP3AdmSeparationNames [ (Red) ] def\n"
+                                                        "/CIP3AdmSeparationNames [ (Black) ] def\n");
+        EXPECT_THAT(document, HasSubstr("CIP3PreviewImage \nef>\nCIP3EndSeparation\n"));
+        EXPECT_THAT(document, HasSubstr("CIP3PreviewImage \ndf>\nCIP3EndSeparation\n"));
+        EXPECT_THAT(document, HasSubstr("CIP3PreviewImage \nffffffff\n0000ff7f>\nCIP3EndSeparation\n"));
+        // Whatever a later file is like, the sheet's first one describes all of them.
+        EXPECT_EQ(
+            Lines(document, "/CIP3PreviewImageWidth"), "/CIP3PreviewImageWidth 1 def\n/CIP3PreviewImageWidth 1 def\n"
+                                                       "/CIP3PreviewImageWidth 1 def\n/CIP3PreviewImageWidth 4 def\n");
+    }
+
+    TEST_F(ConversionDriver, GeometryComesFromTheFirstFile)
+    {
+        fake.separations["g.tif"] = {1000, 8000, 1, 2400};
+        AddFront("S1", "g.tif");
+        EXPECT_EQ(Convert(out), "[nothing]");
+        const std::string document = BytesOf(out);
+        EXPECT_THAT(document, HasSubstr("/CIP3AdmPSExtent [ 8 inch 0.00333333 inch ] def\n"));
+        EXPECT_THAT(document, HasSubstr("/CIP3PreviewImageMatrix [2400 0 0 -1 0 1] def\n"));
+        EXPECT_THAT(document, HasSubstr("/CIP3PreviewImageResolution [300 300] def\n"));
+        EXPECT_EQ(job.sheets[0].parameters.extentX, 8.0);
+        EXPECT_EQ(job.sheets[0].parameters.extentY, 1 / 300.0);
+        EXPECT_EQ(job.processorParameters.width, 2400);
+        EXPECT_EQ(job.processorParameters.yResolution, 300.0);
+        EXPECT_EQ(job.processorParameters.bitsPerComponent, 8u);
+    }
+
+    TEST_F(ConversionDriver, SizesPastTheSignedRangeStayUnsignedInTheExtents)
+    {
+        fake.separations["k.tif"] = {1, 1, 0, 2147483648u};
+        fake.separations["h.tif"] = {1, 1, 4294967295u, 1, {}, Trouble::LineFails, 3};
+        AddFront("S1", "h.tif");
+        EXPECT_EQ(Convert(out), General);
+        EXPECT_EQ(job.sheets[0].parameters.extentY, 4294967295.0);
+        EXPECT_EQ(job.processorParameters.height, -1);
+    }
+
+    TEST_F(ConversionDriver, FilesWithoutLinesOrPixelsAreWritten)
+    {
+        fake.separations["no lines"] = {1, 1, 0, 4};
+        fake.separations["no pixels"] = {1, 1, 3, 0};
+        Sheetvane::SheetRecord& sheet = AddFront("S1", "k.tif");
+        sheet.frontSeparationNames = {"A", "B", "C"};
+        sheet.frontFilePaths = {"k.tif", "no lines", "no pixels"};
+        EXPECT_EQ(Convert(out), "[nothing]");
+        EXPECT_THAT(BytesOf(out), HasSubstr("CIP3PreviewImage >\nCIP3EndSeparation\n"));
+        EXPECT_THAT(BytesOf(out), HasSubstr("CIP3PreviewImage \n\n\n>\nCIP3EndSeparation\n"));
+    }
+
+    TEST_F(ConversionDriver, MissingFoldersAreCreatedOnAllLevels)
+    {
+        const std::string deep = folder / "a/b/../c/out.ppf";
+        EXPECT_EQ(Convert(deep), "[nothing]");
+        EXPECT_EQ(BytesOf(folder / "a/c/out.ppf").size(), 62u);
+    }
+
+    TEST_F(ConversionDriver, NamesThatAreNotUtf8ReachTheFileSystemUnchanged)
+    {
+        const std::string odd = folder / "\xC3\xA4 \xE4/\xFF.ppf";
+        EXPECT_EQ(Convert(odd), "[nothing]");
+        EXPECT_EQ(BytesOf(odd).size(), 62u);
+    }
+
+    TEST_F(ConversionDriver, FolderThatCannotBeMadeFails)
+    {
+        EXPECT_EQ(Convert("bare.ppf"), "Error creating folder for CIP3 file");
+        EXPECT_EQ(Convert(""), "Error creating folder for CIP3 file");
+        std::filesystem::create_symlink(folder / "nowhere", folder / "dangling");
+        EXPECT_EQ(Convert(folder / "dangling/out.ppf"), "Error creating folder for CIP3 file");
+        EXPECT_EQ(job.painterParameters.filePath, L"");
+    }
+
+    TEST_F(ConversionDriver, PlaceThatTakesNoFileFails)
+    {
+        WriteBytes(folder / "file", "kept");
+        EXPECT_EQ(Convert(folder / "file/out.ppf"), "Could not open CIP3 file");
+        EXPECT_EQ(Convert(folder / "file/below/out.ppf"), "Error creating folder for CIP3 file");
+        std::filesystem::create_directory(out);
+        EXPECT_EQ(Convert(out), "Could not open CIP3 file");
+        EXPECT_EQ(BytesOf(folder / "file"), "kept");
+    }
+
+    TEST_F(ConversionDriver, LocationThatCannotBeLookedUpIsNotTranslated)
+    {
+        EXPECT_EQ(
+            FailureOf([&] { Sheetvane::CreateCIP3File(job, KX_TURL()); }),
+            "[KX_EException: The location has no local name]");
+        EXPECT_THAT(
+            Convert(folder / std::string(300, 'n') + "/out.ppf"), HasSubstr("[std::exception: boost::filesystem"));
+    }
+
+    TEST_F(ConversionDriver, FailureInsideLeavesAnEmptyFileAndTheJobComplete)
+    {
+        struct Case
+        {
+            const char* remark = nullptr;
+            FakeSeparation separation;
+            const char* text = nullptr;
+        };
+        const FakeSeparation good = fake.separations["k.tif"];
+        const Case cases[] = {
+            {"no reader", {1, 1, 2, 4, {}, Trouble::NullReader}, General},
+            {"header", {1, 1, 2, 4, {}, Trouble::HeaderFails}, General},
+            {"file access", {1, 1, 2, 4, {}, Trouble::HeaderCallsFailure}, General},
+            {"second line", {1, 1, 2, 4, {}, Trouble::LineFails, 1}, General},
+            {"no extent", {1, 0, 2, 4}, "Invalid sheet parameters"},
+            {"negative extent", {1, -1, 2, 4}, "Invalid sheet parameters"},
+        };
+        AddFront("S1");
+        AddFront("S2", "bad.tif");
+        for (const Case& bad : cases)
+        {
+            WriteBytes(out, "older");
+            fake.separations["bad.tif"] = bad.separation;
+            EXPECT_EQ(Convert(out), bad.text) << bad.remark;
+            EXPECT_TRUE(std::filesystem::exists(out)) << bad.remark;
+            EXPECT_EQ(BytesOf(out), "") << bad.remark;
+            EXPECT_EQ(fake.openReaders, 0) << bad.remark;
+            EXPECT_EQ(job.sheets.size(), 2u);
+            EXPECT_EQ(job.sheets[0].parameters.extentX, 2.0) << bad.remark;
+        }
+        fake.separations["bad.tif"] = good;
+        EXPECT_EQ(Convert(out), "[nothing]");
+        EXPECT_THAT(BytesOf(out), EndsWith("%%CIP3EndOfFile\n"));
+    }
+
+    TEST_F(ConversionDriver, SheetsThatAreNotCompleteFail)
+    {
+        AddFront("S1").parameters.jobName = "";
+        EXPECT_EQ(Convert(out), General);
+        EXPECT_EQ(job.sheets[0].parameters.extentX, 2.0); // its first file has been read by then
+
+        job.sheets.clear();
+        AddSheet("no file");
+        EXPECT_EQ(Convert(out), General);
+
+        job.sheets.clear();
+        AddFront("");
+        EXPECT_EQ(Convert(out), "[nothing]");
+        AddFront("S2");
+        EXPECT_EQ(Convert(out), "Invalid sheet parameters");
+        EXPECT_EQ(job.painterParameters.sheetCount, 2u);
+    }
+
+    TEST_F(ConversionDriver, ListsOfAFailedSheetAreWalkedAsTheyAre)
+    {
+        Sheetvane::SheetRecord& sheet = AddFront("S1");
+        sheet.frontFilePaths = {"k.tif", "k.tif"};
+        sheet.backFilePaths = {"never opened"};
+        EXPECT_EQ(Convert(out), "[nothing]");
+        EXPECT_THAT(BytesOf(out), HasSubstr("/CIP3AdmSeparationNames [ (Black) ] def\n"));
+        EXPECT_EQ(Lines(BytesOf(out), "CIP3BeginSeparation"), "CIP3BeginSeparation\nCIP3BeginSeparation\n");
+        EXPECT_THAT(BytesOf(out), Not(HasSubstr("CIP3BeginBack")));
+    }
+
+    TEST_F(ConversionDriver, TheLineLoopAllocatesNothingAfterItsFirstLine)
+    {
+        fake.separations["k.tif"] = {1, 1, 200, 100};
+        AddFront("S1");
+        std::vector<std::size_t> counts;
+        counts.reserve(200);
+        fake.beforeLine = [&] { counts.push_back(Allocations()); };
+        job.painterParameters.compression = 1;
+        job.painterParameters.encoding = 2;
+        EXPECT_EQ(Convert(out), "[nothing]");
+        ASSERT_EQ(counts.size(), 200u);
+        EXPECT_EQ(counts[1], counts[199]);
+    }
+
+    TEST_F(ConversionDriver, AnyAllocationThatFailsEndsInAFailureAndNothingLeaks)
+    {
+        AddFront("S1");
+        AddFront("S2").backSeparationNames = {"none"};
+        const KX_TURL location = Location(out);
+        std::string text;
+        std::size_t count = 0;
+        do
+        {
+            fake.log.clear();
+            FailAllocation(++count);
+            text = FailureOf([&] { Sheetvane::CreateCIP3File(job, location); });
+            FailAllocation(0);
+            EXPECT_TRUE(
+                text == General || text == "[std::exception: std::bad_alloc]" || text == "[nothing]" ||
+                text.find("Could not make painter") != std::string::npos || text == "Could not open CIP3 file")
+                << count << ": " << text;
+            EXPECT_EQ(fake.openReaders, 0) << count;
+        } while (text != "[nothing]" && count < 10000);
+        EXPECT_GT(count, 20u);
+        EXPECT_EQ(Convert(out), "[nothing]");
+    }
 }

@@ -14,100 +14,103 @@
 #include <new>
 #include <stdexcept>
 
-using Sheetvane::ConverterImpl;
-
-namespace
+namespace SheetvaneTest
 {
-    int initialisations = 0;
-    bool initialisationSucceeds = true;
-}
+    using Sheetvane::ConverterImpl;
 
-// Stands in front of the object library's own.
-extern "C" bool __KX_INITIALIZATION_FUNCTION_kxtypes__()
-{
-    ++initialisations;
-    return initialisationSucceeds;
-}
-
-TEST(ConverterImpl, ANewJobIsEmptyAndHasItsDefaults)
-{
-    const ConverterImpl job;
-    EXPECT_TRUE(job.sheets.empty());
-    EXPECT_EQ(job.processorParameters.width, 300);
-    EXPECT_EQ(job.processorParameters.height, 300);
-    EXPECT_EQ(job.processorParameters.xResolution, 72.0);
-    EXPECT_EQ(job.processorParameters.yResolution, 72.0);
-    EXPECT_EQ(job.processorParameters.bitsPerComponent, 8u);
-    EXPECT_EQ(job.processorParameters.planar, 1u);
-    EXPECT_EQ(job.painterParameters.filePath, L"");
-    EXPECT_EQ(job.painterParameters.sheetCount, 1u);
-    EXPECT_EQ(job.painterParameters.compression, 1);
-    EXPECT_EQ(job.painterParameters.encoding, 2);
-    EXPECT_EQ(job.surfaceTemplate.side, 0);
-}
-
-TEST(ConverterImpl, SecondOneIsRefusedAndTheFirstStaysRegistered)
-{
-    auto first = std::make_unique<ConverterImpl>();
-    try
+    namespace
     {
-        const ConverterImpl second;
-        FAIL() << "nothing thrown";
+        int initialisations = 0;
+        bool initialisationSucceeds = true;
     }
-    catch (const RasterOutput::Exception& failure)
+
+    // Stands in front of the object library's own.
+    extern "C" bool __KX_INITIALIZATION_FUNCTION_kxtypes__()
     {
-        EXPECT_STREQ(failure.what(), "CIP3Painter painter identifier already registered");
+        ++initialisations;
+        return initialisationSucceeds;
     }
-    EXPECT_NE(RasterOutput::MakePainter("CIP3Painter"), nullptr);
-    first.reset();
-    EXPECT_NO_THROW(ConverterImpl());
-}
 
-TEST(ConverterImpl, ItsEndLeavesNoEntryBehind)
-{
-    auto job = std::make_unique<ConverterImpl>();
-    const boost::shared_ptr<RasterOutput::Painter> painter = RasterOutput::MakePainter("CIP3Painter");
-    job.reset();
-    EXPECT_THROW(RasterOutput::MakePainter("CIP3Painter"), RasterOutput::Exception);
-    Sheetvane::CIP3ParameterExtractor extractor;
-    EXPECT_THROW(painter->Initialize({}, extractor), std::runtime_error);
-}
-
-TEST(ConverterImpl, AllocationThatFailsLeavesNothingRegistered)
-{
-    bool constructed = false;
-    std::size_t count = 0;
-    for (; !constructed && count < 1000; ++count)
+    TEST(ConverterImpl, ANewJobIsEmptyAndHasItsDefaults)
     {
-        SheetvaneTest::FailAllocation(count + 1);
+        const ConverterImpl job;
+        EXPECT_TRUE(job.sheets.empty());
+        EXPECT_EQ(job.processorParameters.width, 300);
+        EXPECT_EQ(job.processorParameters.height, 300);
+        EXPECT_EQ(job.processorParameters.xResolution, 72.0);
+        EXPECT_EQ(job.processorParameters.yResolution, 72.0);
+        EXPECT_EQ(job.processorParameters.bitsPerComponent, 8u);
+        EXPECT_EQ(job.processorParameters.planar, 1u);
+        EXPECT_EQ(job.painterParameters.filePath, L"");
+        EXPECT_EQ(job.painterParameters.sheetCount, 1u);
+        EXPECT_EQ(job.painterParameters.compression, 1);
+        EXPECT_EQ(job.painterParameters.encoding, 2);
+        EXPECT_EQ(job.surfaceTemplate.side, 0);
+    }
+
+    TEST(ConverterImpl, SecondOneIsRefusedAndTheFirstStaysRegistered)
+    {
+        auto first = std::make_unique<ConverterImpl>();
         try
         {
-            const ConverterImpl job;
-            constructed = true;
+            const ConverterImpl second;
+            FAIL() << "nothing thrown";
         }
-        catch (const std::bad_alloc&)
+        catch (const RasterOutput::Exception& failure)
         {
-            EXPECT_THROW(RasterOutput::MakePainter("CIP3Painter"), RasterOutput::Exception) << count;
+            EXPECT_STREQ(failure.what(), "CIP3Painter painter identifier already registered");
         }
-        SheetvaneTest::FailAllocation(0);
+        EXPECT_NE(RasterOutput::MakePainter("CIP3Painter"), nullptr);
+        first.reset();
+        EXPECT_NO_THROW(ConverterImpl());
     }
-    EXPECT_TRUE(constructed);
-}
 
-TEST(Initialisation, FailedOneIsTriedAgainAndASuccessfulOneIsNot)
-{
-    initialisations = 0;
-    initialisationSucceeds = false;
-    EXPECT_FALSE(__KX_INITIALIZATION_FUNCTION_Sheetvane__());
+    TEST(ConverterImpl, ItsEndLeavesNoEntryBehind)
     {
-        const Sheetvane::SheetvaneConverter converter;
+        auto job = std::make_unique<ConverterImpl>();
+        const boost::shared_ptr<RasterOutput::Painter> painter = RasterOutput::MakePainter("CIP3Painter");
+        job.reset();
+        EXPECT_THROW(RasterOutput::MakePainter("CIP3Painter"), RasterOutput::Exception);
+        Sheetvane::CIP3ParameterExtractor extractor;
+        EXPECT_THROW(painter->Initialize({}, extractor), std::runtime_error);
     }
-    EXPECT_EQ(initialisations, 2);
-    initialisationSucceeds = true;
-    EXPECT_TRUE(__KX_INITIALIZATION_FUNCTION_Sheetvane__());
-    EXPECT_TRUE(__KX_INITIALIZATION_FUNCTION_Sheetvane__());
+
+    TEST(ConverterImpl, AllocationThatFailsLeavesNothingRegistered)
     {
-        const Sheetvane::SheetvaneConverter converter;
+        bool constructed = false;
+        std::size_t count = 0;
+        for (; !constructed && count < 1000; ++count)
+        {
+            SheetvaneTest::FailAllocation(count + 1);
+            try
+            {
+                const ConverterImpl job;
+                constructed = true;
+            }
+            catch (const std::bad_alloc&)
+            {
+                EXPECT_THROW(RasterOutput::MakePainter("CIP3Painter"), RasterOutput::Exception) << count;
+            }
+            SheetvaneTest::FailAllocation(0);
+        }
+        EXPECT_TRUE(constructed);
     }
-    EXPECT_EQ(initialisations, 3);
+
+    TEST(Initialisation, FailedOneIsTriedAgainAndASuccessfulOneIsNot)
+    {
+        initialisations = 0;
+        initialisationSucceeds = false;
+        EXPECT_FALSE(__KX_INITIALIZATION_FUNCTION_Sheetvane__());
+        {
+            const Sheetvane::SheetvaneConverter converter;
+        }
+        EXPECT_EQ(initialisations, 2);
+        initialisationSucceeds = true;
+        EXPECT_TRUE(__KX_INITIALIZATION_FUNCTION_Sheetvane__());
+        EXPECT_TRUE(__KX_INITIALIZATION_FUNCTION_Sheetvane__());
+        {
+            const Sheetvane::SheetvaneConverter converter;
+        }
+        EXPECT_EQ(initialisations, 3);
+    }
 }

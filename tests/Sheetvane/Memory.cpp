@@ -9,6 +9,8 @@ namespace
 {
     std::size_t allocations = 0;
     std::size_t untilFailure = 0;
+    SheetvaneTest::Failing failing = SheetvaneTest::Failing::Alone;
+    bool failed = false;
 }
 
 namespace SheetvaneTest
@@ -18,9 +20,16 @@ namespace SheetvaneTest
         return allocations;
     }
 
-    void FailAllocation(std::size_t count)
+    void FailAllocation(std::size_t count, Failing how)
     {
         untilFailure = count;
+        failing = how;
+        failed = false;
+    }
+
+    bool AllocationFailed()
+    {
+        return failed;
     }
 
     OutsideTheCount::OutsideTheCount()
@@ -41,6 +50,8 @@ void* operator new(std::size_t size)
     ++allocations;
     if (untilFailure != 0 && --untilFailure == 0)
     {
+        failed = true;
+        untilFailure = failing == SheetvaneTest::Failing::Lastingly ? 1 : 0;
         throw std::bad_alloc();
     }
     if (void* const memory = std::malloc(size != 0 ? size : 1))

@@ -15,193 +15,196 @@
 
 #include <rasteroutput/Exception.h>
 
-using namespace SheetvaneTest;
-using namespace std::string_literals;
-using Sheetvane::SheetvaneConverter;
-using testing::HasSubstr;
-
-namespace
+namespace SheetvaneTest
 {
-    class Converter : public testing::Test
+    using namespace std::string_literals;
+    using Sheetvane::SheetvaneConverter;
+    using testing::HasSubstr;
+
+    namespace
     {
-    protected:
-        Converter() { WriteTiff(black, {std::string(4, '\0'), "\xFF\xFF\0\x80"s}, 2); }
-
-        /// Two sheets, the first with a front, the second with a back, of one separation each.
-        void AddTwoSheets()
+        class Converter : public testing::Test
         {
-            converter.AddSheet(Names({"Black"}), Files({black}), {}, {});
-            converter.SetRequiredParameters(0, JobAndSheet("J", "S1"));
-            converter.AddSheet({}, {}, Names({"Black"}), Files({black}));
-            converter.SetRequiredParameters(1, JobAndSheet("J", "S2"));
-        }
+        protected:
+            Converter() { WriteTiff(black, {std::string(4, '\0'), "\xFF\xFF\0\x80"s}, 2); }
 
-        std::string Written(const std::string& path)
+            /// Two sheets, the first with a front, the second with a back, of one separation each.
+            void AddTwoSheets()
+            {
+                converter.AddSheet(Names({"Black"}), Files({black}), {}, {});
+                converter.SetRequiredParameters(0, JobAndSheet("J", "S1"));
+                converter.AddSheet({}, {}, Names({"Black"}), Files({black}));
+                converter.SetRequiredParameters(1, JobAndSheet("J", "S2"));
+            }
+
+            std::string Written(const std::string& path)
+            {
+                EXPECT_EQ(FailureOf([&] { converter.CreateCIP3File(Location(path)); }), "[nothing]");
+                return BytesOf(path);
+            }
+
+            TempFolder folder;
+            const std::string black = folder / "black.tif";
+            const std::string out = folder / "out.ppf";
+            SheetvaneConverter converter;
+        };
+
+        // Ends after the library's own tables, as a host's global may.
+        std::unique_ptr<SheetvaneConverter> globalConverter;
+    }
+
+    TEST_F(Converter, TwoSheetsAreWrittenByteForByte)
+    {
+        AddTwoSheets();
+        converter.SetEncoding(SheetvaneConverter::CIP3EncodingASCIIHex);
+        const std::string written = Written(out);
+        EXPECT_EQ(written.size(), 2039u);
+        EXPECT_EQ(written, TwoSheetExample::File());
+    }
+
+    TEST_F(Converter, SecondFileOfTheSameJobHasTheSameBytes)
+    {
+        AddTwoSheets();
+        const std::string first = Written(out);
+        EXPECT_THAT(first, HasSubstr("/CIP3PreviewImageEncoding /ASCII85Decode def\n"));
+        EXPECT_EQ(Written(out), first);
+        EXPECT_EQ(Written(folder / "new/folder/out.ppf"), first);
+
+        converter.SetEncoding(SheetvaneConverter::CIP3EncodingBinary);
+        converter.SetCompression(SheetvaneConverter::CIP3CompressionNone);
+        EXPECT_THAT(Written(out), HasSubstr("CIP3PreviewImage \xFF\xFF\xFF\xFF\0\0\xFF\x7F\nCIP3End"s));
+    }
+
+    TEST_F(Converter, ChoicesOutsideTheirEnumerationAreTheLastOne)
+    {
+        AddTwoSheets();
+        const std::string byDefault = Written(out);
+        converter.SetCompression(static_cast<SheetvaneConverter::CIP3Compression>(7));
+        for (const int encoding : {2, 3, -1})
         {
-            EXPECT_EQ(FailureOf([&] { converter.CreateCIP3File(Location(path)); }), "[nothing]");
-            return BytesOf(path);
+            converter.SetEncoding(static_cast<SheetvaneConverter::CIP3Encoding>(encoding));
+            EXPECT_EQ(Written(out), byDefault) << encoding;
         }
+    }
 
-        TempFolder folder;
-        const std::string black = folder / "black.tif";
-        const std::string out = folder / "out.ppf";
+    TEST_F(Converter, ParametersStandInTheSection)
+    {
+        AddTwoSheets();
+        converter.SetOptionalParameters(
+            0, DictOf(
+                   {{"alpha", KX_TDouble(0.5)},
+                    {"CIP3AdmPSExtent", Text("[ 8.5 inch 11 inch ]")},
+                    {"Zeta", DictOf({{"value", KX_TInt32(135)}, {"units", Text("g")}})}}));
+        EXPECT_THAT(
+            Written(out), HasSubstr("/CIP3AdmSheetName (S1) def\n"
+                                    "/CIP3AdmPSExtent [ 8.5 inch 11 inch ] def\n"
+                                    "/CIP3TransferFilmCurveData [0.0 0.0 1.0 1.0] def\n"
+                                    "/CIP3TransferPlateCurveData [0.0 0.0 1.0 1.0] def\n"
+                                    "/Zeta 135 g def\n"
+                                    "/alpha 0.500000 def\n\n"));
+    }
+
+    TEST_F(Converter, LocaleOfTheHostChangesNothing)
+    {
+        WriteTiff(black, std::vector<std::string>(3, std::string(1200, '\x55')), 50.8f);
+        AddTwoSheets();
+        converter.SetOptionalParameters(0, DictOf({{"Copies", KX_TInt32(1500000)}, {"Scale", KX_TDouble(12345.5)}}));
+        const std::string before = Written(out);
+        const HostLocale strange;
+        converter.SetOptionalParameters(0, DictOf({{"Copies", KX_TInt32(1500000)}, {"Scale", KX_TDouble(12345.5)}}));
+        EXPECT_EQ(Written(out), before);
+        EXPECT_THAT(before, HasSubstr("/Scale 12345.500000 def\n"));
+    }
+
+    TEST_F(Converter, MoreLinesTakeNoMoreAllocations)
+    {
+        AddTwoSheets();
+        const auto allocationsFor = [&](std::size_t lines)
+        {
+            WriteTiff(black, std::vector<std::string>(lines, std::string(500, '\x55')), 2);
+            const std::size_t before = Allocations();
+            converter.CreateCIP3File(Location(out));
+            return Allocations() - before;
+        };
+        allocationsFor(200); // whatever is made once
+        EXPECT_EQ(allocationsFor(200), allocationsFor(2000));
+    }
+
+    TEST_F(Converter, FailedSheetsCountAndTheJobGoesOn)
+    {
+        EXPECT_EQ(converter.GetNumSheets(), 0u);
+        EXPECT_EQ(FailureOf([&] { converter.AddSheet({}, {}, {}, {}); }), "No input files specified");
+        EXPECT_EQ(converter.GetNumSheets(), 1u);
+        AddTwoSheets();
+        EXPECT_EQ(converter.GetNumSheets(), 3u);
+        EXPECT_EQ(FailureOf([&] { converter.SetRequiredParameters(3, {}); }), "Sheet index out of bounds");
+        EXPECT_EQ(FailureOf([&] { converter.CreateCIP3File(Location(out)); }), "Problem converting TIFF files to CIP3");
+    }
+
+    TEST_F(Converter, TiffThatIsMissingOrDamagedFailsAndSaysNothingElsewhere)
+    {
+        testing::internal::CaptureStdout();
+        testing::internal::CaptureStderr();
+        AddTwoSheets();
+        WriteBytes(out, "older");
+        const std::string whole = BytesOf(black);
+        for (const std::string& content : {std::string(), std::string("no TIFF"), whole.substr(0, whole.size() / 2)})
+        {
+            WriteBytes(black, content);
+            EXPECT_EQ(
+                FailureOf([&] { converter.CreateCIP3File(Location(out)); }), "Problem converting TIFF files to CIP3")
+                << content.size();
+            EXPECT_EQ(BytesOf(out), "") << content.size();
+        }
+        std::filesystem::remove(black);
+        EXPECT_EQ(FailureOf([&] { converter.CreateCIP3File(Location(out)); }), "Problem converting TIFF files to CIP3");
+        EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    }
+
+    template <class Base>
+    class CaughtAs : public testing::Test
+    {
+    };
+    using Bases = testing::Types<
+        KX_ECIP3Exception, KX_EException, KX_TObject, KX_IInterface, KX_IThrowable, KX_IPackable, KX_IPrintable>;
+    TYPED_TEST_SUITE(CaughtAs, Bases, );
+
+    TYPED_TEST(CaughtAs, FailureIsCaughtAsEachOfItsClasses)
+    {
         SheetvaneConverter converter;
-    };
-
-    // Ends after the library's own tables, as a host's global may.
-    std::unique_ptr<SheetvaneConverter> globalConverter;
-}
-
-TEST_F(Converter, TwoSheetsAreWrittenByteForByte)
-{
-    AddTwoSheets();
-    converter.SetEncoding(SheetvaneConverter::CIP3EncodingASCIIHex);
-    const std::string written = Written(out);
-    EXPECT_EQ(written.size(), 2039u);
-    EXPECT_EQ(written, TwoSheetExample::File());
-}
-
-TEST_F(Converter, SecondFileOfTheSameJobHasTheSameBytes)
-{
-    AddTwoSheets();
-    const std::string first = Written(out);
-    EXPECT_THAT(first, HasSubstr("/CIP3PreviewImageEncoding /ASCII85Decode def\n"));
-    EXPECT_EQ(Written(out), first);
-    EXPECT_EQ(Written(folder / "new/folder/out.ppf"), first);
-
-    converter.SetEncoding(SheetvaneConverter::CIP3EncodingBinary);
-    converter.SetCompression(SheetvaneConverter::CIP3CompressionNone);
-    EXPECT_THAT(Written(out), HasSubstr("CIP3PreviewImage \xFF\xFF\xFF\xFF\0\0\xFF\x7F\nCIP3End"s));
-}
-
-TEST_F(Converter, ChoicesOutsideTheirEnumerationAreTheLastOne)
-{
-    AddTwoSheets();
-    const std::string byDefault = Written(out);
-    converter.SetCompression(static_cast<SheetvaneConverter::CIP3Compression>(7));
-    for (const int encoding : {2, 3, -1})
-    {
-        converter.SetEncoding(static_cast<SheetvaneConverter::CIP3Encoding>(encoding));
-        EXPECT_EQ(Written(out), byDefault) << encoding;
+        try
+        {
+            converter.SetRequiredParameters(0, {});
+            FAIL() << "nothing thrown";
+        }
+        catch (const TypeParam& failure)
+        {
+            EXPECT_STREQ(failure.ClassName(), "KX_ECIP3Exception");
+            EXPECT_NE(failure.KX_Cast("KX_EException"), nullptr);
+        }
     }
-}
 
-TEST_F(Converter, ParametersStandInTheSection)
-{
-    AddTwoSheets();
-    converter.SetOptionalParameters(
-        0, DictOf(
-               {{"alpha", KX_TDouble(0.5)},
-                {"CIP3AdmPSExtent", Text("[ 8.5 inch 11 inch ]")},
-                {"Zeta", DictOf({{"value", KX_TInt32(135)}, {"units", Text("g")}})}}));
-    EXPECT_THAT(
-        Written(out), HasSubstr("/CIP3AdmSheetName (S1) def\n"
-                                "/CIP3AdmPSExtent [ 8.5 inch 11 inch ] def\n"
-                                "/CIP3TransferFilmCurveData [0.0 0.0 1.0 1.0] def\n"
-                                "/CIP3TransferPlateCurveData [0.0 0.0 1.0 1.0] def\n"
-                                "/Zeta 135 g def\n"
-                                "/alpha 0.500000 def\n\n"));
-}
-
-TEST_F(Converter, LocaleOfTheHostChangesNothing)
-{
-    WriteTiff(black, std::vector<std::string>(3, std::string(1200, '\x55')), 50.8f);
-    AddTwoSheets();
-    converter.SetOptionalParameters(0, DictOf({{"Copies", KX_TInt32(1500000)}, {"Scale", KX_TDouble(12345.5)}}));
-    const std::string before = Written(out);
-    const HostLocale strange;
-    converter.SetOptionalParameters(0, DictOf({{"Copies", KX_TInt32(1500000)}, {"Scale", KX_TDouble(12345.5)}}));
-    EXPECT_EQ(Written(out), before);
-    EXPECT_THAT(before, HasSubstr("/Scale 12345.500000 def\n"));
-}
-
-TEST_F(Converter, MoreLinesTakeNoMoreAllocations)
-{
-    AddTwoSheets();
-    const auto allocationsFor = [&](std::size_t lines)
+    TEST(OneConverter, SecondIsRefusedWhileTheFirstWorks)
     {
-        WriteTiff(black, std::vector<std::string>(lines, std::string(500, '\x55')), 2);
-        const std::size_t before = Allocations();
-        converter.CreateCIP3File(Location(out));
-        return Allocations() - before;
-    };
-    allocationsFor(200); // whatever is made once
-    EXPECT_EQ(allocationsFor(200), allocationsFor(2000));
-}
-
-TEST_F(Converter, FailedSheetsCountAndTheJobGoesOn)
-{
-    EXPECT_EQ(converter.GetNumSheets(), 0u);
-    EXPECT_EQ(FailureOf([&] { converter.AddSheet({}, {}, {}, {}); }), "No input files specified");
-    EXPECT_EQ(converter.GetNumSheets(), 1u);
-    AddTwoSheets();
-    EXPECT_EQ(converter.GetNumSheets(), 3u);
-    EXPECT_EQ(FailureOf([&] { converter.SetRequiredParameters(3, {}); }), "Sheet index out of bounds");
-    EXPECT_EQ(FailureOf([&] { converter.CreateCIP3File(Location(out)); }), "Problem converting TIFF files to CIP3");
-}
-
-TEST_F(Converter, TiffThatIsMissingOrDamagedFailsAndSaysNothingElsewhere)
-{
-    testing::internal::CaptureStdout();
-    testing::internal::CaptureStderr();
-    AddTwoSheets();
-    WriteBytes(out, "older");
-    const std::string whole = BytesOf(black);
-    for (const std::string& content : {std::string(), std::string("no TIFF"), whole.substr(0, whole.size() / 2)})
-    {
-        WriteBytes(black, content);
-        EXPECT_EQ(FailureOf([&] { converter.CreateCIP3File(Location(out)); }), "Problem converting TIFF files to CIP3")
-            << content.size();
-        EXPECT_EQ(BytesOf(out), "") << content.size();
+        SheetvaneConverter first;
+        try
+        {
+            const SheetvaneConverter second;
+            FAIL() << "nothing thrown";
+        }
+        catch (const RasterOutput::Exception& failure)
+        {
+            EXPECT_STREQ(failure.what(), "CIP3Painter painter identifier already registered");
+        }
+        EXPECT_THROW(SheetvaneConverter(), Tarnel::Exception);
+        EXPECT_EQ(first.GetNumSheets(), 0u);
     }
-    std::filesystem::remove(black);
-    EXPECT_EQ(FailureOf([&] { converter.CreateCIP3File(Location(out)); }), "Problem converting TIFF files to CIP3");
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-}
 
-template <class Base>
-class CaughtAs : public testing::Test
-{
-};
-using Bases = testing::Types<
-    KX_ECIP3Exception, KX_EException, KX_TObject, KX_IInterface, KX_IThrowable, KX_IPackable, KX_IPrintable>;
-TYPED_TEST_SUITE(CaughtAs, Bases, );
-
-TYPED_TEST(CaughtAs, FailureIsCaughtAsEachOfItsClasses)
-{
-    SheetvaneConverter converter;
-    try
+    // Last: what it shows is that the process ends well.
+    TEST(OneConverter, MayOutliveTheLibrarysTables)
     {
-        converter.SetRequiredParameters(0, {});
-        FAIL() << "nothing thrown";
+        globalConverter = std::make_unique<SheetvaneConverter>();
+        EXPECT_EQ(globalConverter->GetNumSheets(), 0u);
     }
-    catch (const TypeParam& failure)
-    {
-        EXPECT_STREQ(failure.ClassName(), "KX_ECIP3Exception");
-        EXPECT_NE(failure.KX_Cast("KX_EException"), nullptr);
-    }
-}
-
-TEST(OneConverter, SecondIsRefusedWhileTheFirstWorks)
-{
-    SheetvaneConverter first;
-    try
-    {
-        const SheetvaneConverter second;
-        FAIL() << "nothing thrown";
-    }
-    catch (const RasterOutput::Exception& failure)
-    {
-        EXPECT_STREQ(failure.what(), "CIP3Painter painter identifier already registered");
-    }
-    EXPECT_THROW(SheetvaneConverter(), Tarnel::Exception);
-    EXPECT_EQ(first.GetNumSheets(), 0u);
-}
-
-// Last: what it shows is that the process ends well.
-TEST(OneConverter, MayOutliveTheLibrarysTables)
-{
-    globalConverter = std::make_unique<SheetvaneConverter>();
-    EXPECT_EQ(globalConverter->GetNumSheets(), 0u);
 }

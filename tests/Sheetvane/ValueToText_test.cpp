@@ -7,48 +7,51 @@
 
 #include <limits>
 
-using Sheetvane::ValueToText;
-
-TEST(ValueToText, FloatsHaveSixDigitsBehindThePoint)
+namespace SheetvaneTest
 {
-    EXPECT_EQ(ValueToText(KX_TDouble(0.5)), "0.500000");
-    EXPECT_EQ(ValueToText(KX_TDouble(1e6)), "1000000.000000");
-    EXPECT_EQ(ValueToText(KX_TDouble(-0.0)), "-0.000000");
-    EXPECT_EQ(ValueToText(KX_TDouble(0.0000005)), "0.000000"); // the nearest double lies below the half
-    EXPECT_EQ(ValueToText(KX_TFloat(0.1f)), "0.100000");
-    EXPECT_EQ(ValueToText(KX_TFloat(16777216.f)), "16777216.000000");
-}
+    using Sheetvane::ValueToText;
 
-TEST(ValueToText, FloatsAreAsPrintfGivesThem)
-{
-    const double limit = std::numeric_limits<double>::max();
-    const double infinity = std::numeric_limits<double>::infinity();
-    const double nan = std::numeric_limits<double>::quiet_NaN();
-    for (const double number :
-         {limit, -limit, 1e308, 1.0 / 3, 2.5e-6, 3.5e-6, 123456.7890125, infinity, -infinity, nan})
+    TEST(ValueToText, FloatsHaveSixDigitsAfterThePoint)
     {
-        char expected[400];
-        std::snprintf(expected, sizeof expected, "%f", number);
-        EXPECT_EQ(ValueToText(KX_TDouble(number)), expected);
+        EXPECT_EQ(ValueToText(KX_TDouble(0.5)), "0.500000");
+        EXPECT_EQ(ValueToText(KX_TDouble(1e6)), "1000000.000000");
+        EXPECT_EQ(ValueToText(KX_TDouble(-0.0)), "-0.000000");
+        EXPECT_EQ(ValueToText(KX_TDouble(0.0000005)), "0.000000"); // the nearest double lies below the half
+        EXPECT_EQ(ValueToText(KX_TFloat(0.1f)), "0.100000");
+        EXPECT_EQ(ValueToText(KX_TFloat(16777216.f)), "16777216.000000");
     }
-}
 
-TEST(ValueToText, IntegersAreDecimal)
-{
-    EXPECT_EQ(ValueToText(KX_TInt32(-5)), "-5");
-    EXPECT_EQ(ValueToText(KX_TInt32(std::numeric_limits<std::int32_t>::min())), "-2147483648");
-    EXPECT_EQ(ValueToText(KX_TUInt32(4294967295u)), "4294967295");
-}
-
-TEST(ValueToText, AnythingElseHasNoText)
-{
-    EXPECT_EQ(ValueToText(KX_TString("1")), "");
-    EXPECT_EQ(ValueToText(KX_TBool(true)), "");
-    EXPECT_EQ(ValueToText(KX_TAny()), "");
-
-    struct Broken : KX_TInt32
+    TEST(ValueToText, FloatsAreAsPrintfGivesThem)
     {
-        const void* KX_Cast(const char*) const override { throw 1; }
-    };
-    EXPECT_EQ(ValueToText(Broken()), "");
+        const double limit = std::numeric_limits<double>::max();
+        const double infinity = std::numeric_limits<double>::infinity();
+        const double nan = std::numeric_limits<double>::quiet_NaN();
+        for (const double number :
+             {limit, -limit, 1e308, 1.0 / 3, 2.5e-6, 3.5e-6, 123456.7890125, infinity, -infinity, nan})
+        {
+            char expected[400];
+            std::snprintf(expected, sizeof expected, "%f", number);
+            EXPECT_EQ(ValueToText(KX_TDouble(number)), expected);
+        }
+    }
+
+    TEST(ValueToText, IntegersAreDecimal)
+    {
+        EXPECT_EQ(ValueToText(KX_TInt32(-5)), "-5");
+        EXPECT_EQ(ValueToText(KX_TInt32(std::numeric_limits<std::int32_t>::min())), "-2147483648");
+        EXPECT_EQ(ValueToText(KX_TUInt32(4294967295u)), "4294967295");
+    }
+
+    TEST(ValueToText, AnythingElseHasNoText)
+    {
+        EXPECT_EQ(ValueToText(KX_TString("1")), "");
+        EXPECT_EQ(ValueToText(KX_TBool(true)), "");
+        EXPECT_EQ(ValueToText(KX_TAny()), "");
+
+        struct Broken : KX_TInt32
+        {
+            const void* KX_Cast(const char*) const override { throw 1; }
+        };
+        EXPECT_EQ(ValueToText(Broken()), "");
+    }
 }

@@ -35,7 +35,16 @@ namespace Sheetvane
             }
             try
             {
-                if (!boost::filesystem::create_directories(folder))
+                // Level by level: for several missing ones at once Boost calls itself where nothing may be thrown, and an
+                // allocation that fails there ends the process.
+                boost::filesystem::path level;
+                bool made = false;
+                for (const boost::filesystem::path& name : folder)
+                {
+                    level /= name;
+                    made = boost::filesystem::create_directories(level) || made;
+                }
+                if (!made)
                 {
                     ThrowFailure(FailureText::FolderNotCreated, __LINE__);
                 }

@@ -3,13 +3,16 @@
 
 #include <cstring>
 
-namespace
+namespace Sheetvane
 {
-    constexpr char ExceptionName[] = "KX_ECIP3Exception";
-
-    KX_TObject* NewException()
+    namespace
     {
-        return new KX_ECIP3Exception;
+        constexpr char ExceptionName[] = "KX_ECIP3Exception";
+
+        KX_TObject* NewException()
+        {
+            return new KX_ECIP3Exception;
+        }
     }
 }
 
@@ -31,7 +34,8 @@ void* KX_ECIP3Exception::KX_Self()
 const void* KX_ECIP3Exception::KX_DynamicInfo(const char* typeName) const
 {
     KX_TClass* const classObject = KX_TClass::GetClassObject(
-        false, ExceptionName, sizeof(KX_ECIP3Exception), KX_EException::KX_ClassObject(), &NewException, nullptr);
+        false, Sheetvane::ExceptionName, sizeof(KX_ECIP3Exception), KX_EException::KX_ClassObject(),
+        &Sheetvane::NewException, nullptr);
     if (typeName == nullptr)
     {
         if (classObject->registered == 0)

@@ -1,4 +1,5 @@
-// Host dictionaries are read inside a guard: whatever goes wrong in there is one failure to the host.
+// Host dictionaries are read inside a guard: whatever goes wrong in there is one failure to the host. A host's dictionary
+// may add a sheet while it is read, and the job's sheets then move: each value is complete before its place is looked up.
 #include "frontend/ParameterIntake.h"
 
 #include "frontend/Failure.h"
@@ -9,6 +10,7 @@
 #include <kxtypes.h>
 
 #include <cstring>
+#include <utility>
 
 namespace Sheetvane
 {
@@ -39,7 +41,7 @@ namespace Sheetvane
             return number + " " + TextOf(AsString(entries.At("units")));
         }
 
-        /// What is written behind the key. The class is compared by its exact name: a derived class is some other value.
+        /// What is written after the key. The class is compared by its exact name: a derived class is some other value.
         std::string ParameterText(const KX_TAny& value)
         {
             const char* const className = value.ClassName();
@@ -54,26 +56,27 @@ namespace Sheetvane
             return ValueToText(value);
         }
 
-        RasterOutput::CIP3SheetParameters& ParametersOf(std::vector<SheetRecord>& sheets, unsigned int sheetIndex)
+        void RequireSheet(const std::vector<SheetRecord>& sheets, unsigned int sheetIndex)
         {
             if (sheetIndex >= sheets.size())
             {
                 ThrowFailure(FailureText::SheetIndexOutOfBounds, __LINE__);
             }
-            return sheets[sheetIndex].parameters;
         }
     }
 
     void SetRequiredParameters(std::vector<SheetRecord>& sheets, unsigned int sheetIndex, const KX_TDict& parameters)
     {
-        RasterOutput::CIP3SheetParameters& sheet = ParametersOf(sheets, sheetIndex);
+        RequireSheet(sheets, sheetIndex);
         try
         {
-            sheet.jobName.clear();
-            sheet.sheetName.clear();
-            sheet.jobName = StringUnder(parameters, "CIP3AdmJobName");
-            sheet.sheetName = StringUnder(parameters, "CIP3AdmSheetName");
-            sheet.units = RasterOutput::CIP3Units::Inch;
+            sheets[sheetIndex].parameters.jobName.clear();
+            sheets[sheetIndex].parameters.sheetName.clear();
+            std::string name = StringUnder(parameters, "CIP3AdmJobName");
+            sheets[sheetIndex].parameters.jobName.swap(name);
+            name = StringUnder(parameters, "CIP3AdmSheetName");
+            sheets[sheetIndex].parameters.sheetName.swap(name);
+            sheets[sheetIndex].parameters.units = RasterOutput::CIP3Units::Inch;
         }
         catch (...)
         {
@@ -83,14 +86,15 @@ namespace Sheetvane
 
     void SetOptionalParameters(std::vector<SheetRecord>& sheets, unsigned int sheetIndex, const KX_TDict& parameters)
     {
-        RasterOutput::CIP3SheetParameters& sheet = ParametersOf(sheets, sheetIndex);
+        RequireSheet(sheets, sheetIndex);
         try
         {
-            sheet.optionalParameters.clear();
+            sheets[sheetIndex].parameters.optionalParameters.clear();
             for (KX_TConstIterator entry(parameters); !entry.IsDone(); entry.Next())
             {
-                const std::string key = TextOf(AsString(entry.Key()));
-                sheet.optionalParameters.emplace(key, ParameterText(entry.Value()));
+                std::string key = TextOf(AsString(entry.Key()));
+                std::string text = ParameterText(entry.Value());
+                sheets[sheetIndex].parameters.optionalParameters.emplace(std::move(key), std::move(text));
             }
         }
         catch (...)

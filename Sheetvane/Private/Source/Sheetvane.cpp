@@ -6,19 +6,22 @@
 
 #include <Sheetvane/SheetvaneConverter.h>
 
-namespace
+namespace Sheetvane
 {
-    bool initialised = false;
+    namespace
+    {
+        bool initialised = false;
+    }
 }
 
 // A failed initialisation is tried again on the next call.
 bool __KX_INITIALIZATION_FUNCTION_Sheetvane__()
 {
-    if (!initialised)
+    if (!Sheetvane::initialised)
     {
-        initialised = __KX_INITIALIZATION_FUNCTION_kxtypes__();
+        Sheetvane::initialised = __KX_INITIALIZATION_FUNCTION_kxtypes__();
     }
-    return initialised;
+    return Sheetvane::initialised;
 }
 
 namespace Sheetvane

@@ -10,14 +10,14 @@ namespace Sheetvane
 {
     namespace
     {
-        constexpr int DigitsBehindPoint = 6; // what "%f" writes
+        constexpr int DigitsAfterPoint = 6; // what "%f" writes
 
         std::string FixedPoint(double number)
         {
-            // Sign, the digits of the largest number, point, the digits behind it.
-            char text[1 + std::numeric_limits<double>::max_exponent10 + 1 + 1 + DigitsBehindPoint];
+            // Sign, the digits of the largest number, point, the digits after it.
+            char text[1 + std::numeric_limits<double>::max_exponent10 + 1 + 1 + DigitsAfterPoint];
             const auto result =
-                std::to_chars(text, text + sizeof text, number, std::chars_format::fixed, DigitsBehindPoint);
+                std::to_chars(text, text + sizeof text, number, std::chars_format::fixed, DigitsAfterPoint);
             return std::string(text, result.ptr);
         }
 
@@ -52,7 +52,7 @@ namespace Sheetvane
         }
         catch (...)
         {
-            // A value without a text is no failure of the sheet's parameters.
+            // A value without a text does not fail the sheet's parameters.
         }
         return {};
     }

@@ -7,7 +7,7 @@ library=$1
 list=$2
 
 # One name per line; several symbols of one name (constructors and destructors have up to three) count once. What
-# AddressSanitizer adds to a library that is built with it is no part of the library.
+# AddressSanitizer adds to a library that is built with it is not part of the library.
 names() {
     nm --dynamic --defined-only --demangle "$library" | cut --delimiter=' ' --fields=3- |
         grep --invert-match '^__odr_asan' | LC_ALL=C sort --unique
