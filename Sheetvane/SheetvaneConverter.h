@@ -19,9 +19,11 @@ namespace Sheetvane
     /// required parameters before CreateCIP3File.
     ///
     /// Host objects are read during the call and never kept. Failures are KX_ECIP3Exceptions with the texts given below,
-    /// unless said otherwise; a failed operation takes back nothing that it has done. A converter and everything it is
+    /// unless said otherwise; where memory does not even suffice for one, std::bad_alloc comes in its place. A failed
+    /// operation takes back nothing that it has done, and the converter can be used on. A converter and everything it is
     /// given belong to one thread at a time, and one converter can exist in a process at a time: constructing and
-    /// destroying included, no two threads may be inside the library.
+    /// destroying included, no two threads may be inside the library. Converters may be used up to the very end of the
+    /// process, in exit handlers and destructors of statics.
     class SHEETVANE_EXPORT SheetvaneConverter
     {
     public:
@@ -68,17 +70,19 @@ namespace Sheetvane
         /// Other keys are ignored. Replaces the names of an earlier call.
         ///
         /// "Sheet index out of bounds": no such sheet; nothing has changed.
-        /// "Problems reading required input parameters": a value is no string. The names are empty, or what was read.
+        /// "Problems reading required input parameters": a value is not a string. The names are empty, or what was read.
         void SetRequiredParameters(unsigned int sheetIndex, const KX_TDict& parameters);
 
         /// Further entries of the section of the sheet at `sheetIndex` (from 0), written as `/key value def` in the
         /// order of their keys. A KX_TString is PostScript text and is written unchanged, a number in decimal, floats
-        /// with six digits behind the point. A KX_TDict of a number "value" and a string "units" is written as both with
-        /// a blank between. Any other value is written as an empty text. The entry "CIP3AdmPSExtent" stands in place of
-        /// the computed extent of the sheet. Replaces the entries of an earlier call.
+        /// with six digits after the point. A KX_TDict with "value" and a string "units" is written as both with a blank
+        /// between; a "value" that is not a number is empty text there. Any other value, and a KX_TDict that lacks one of the
+        /// two, is written as empty text, `/key  def`, which a PostScript reader refuses: leave such an entry out. The entry
+        /// "CIP3AdmPSExtent" stands in place of the computed extent of the sheet, unless its text is empty. Replaces the
+        /// entries of an earlier call.
         ///
         /// "Sheet index out of bounds": no such sheet; nothing has changed.
-        /// "Problems reading optional input parameters": a "units" entry is no string. The entries before it are set.
+        /// "Problems reading optional input parameters": a "units" entry is not a string. The entries before it are set.
         void SetOptionalParameters(unsigned int sheetIndex, const KX_TDict& parameters);
 
         /// Number of sheets, those whose AddSheet failed included. Never throws.
@@ -92,8 +96,12 @@ namespace Sheetvane
         void SetEncoding(CIP3Encoding encoding);
 
         /// Writes the job to the file at `location`, whose local name is taken as UTF-8 and has to have a folder part.
-        /// Missing folders are created, an existing file is replaced. Returns when the file is complete. Can be called
-        /// again, for the same or another location: the same job gives the same bytes.
+        /// Missing folders are created, an existing file is replaced. Can be called again, for the same or another
+        /// location: the same job gives the same bytes.
+        ///
+        /// Errors while the finished document is written are not reported: on a full disk, and past a limit of file sizes,
+        /// the call returns as if all were well. A host that has to know compares the file's size with its directory, or
+        /// reads it back. Nor is the file brought to the disk; that is the host's affair, too.
         ///
         /// "Error creating folder for CIP3 file".
         /// "Could not open CIP3 file": no such file can be written there.
@@ -102,9 +110,11 @@ namespace Sheetvane
         /// "Problem converting TIFF files to CIP3": an empty job name, a sheet without a file, a TIFF that cannot be
         /// read, exhausted memory, or whatever else went wrong.
         /// What the location or the file system throw before that, for a path that cannot be looked up, comes unchanged:
-        /// KX_EException or boost::filesystem::filesystem_error.
-        /// After the first two an older file of that name is untouched; after the others the file is there and empty.
-        /// The job is as before in each case, and folders that were created stay.
+        /// KX_EException, boost::filesystem::filesystem_error or std::bad_alloc.
+        /// The output file is opened before the first TIFF is looked at. After a failure before that (the first two, the
+        /// unchanged ones, and "Could not make painter CIP3Painter", for want of memory) an older file of that name is
+        /// untouched; after any other the file is there and empty. The job is as before in each case, and folders that were
+        /// created stay.
         void CreateCIP3File(const KX_TURL& location);
 
     private:

@@ -12,6 +12,9 @@ set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
 set(SHEETVANE_BIN_DIR "${PROJECT_BINARY_DIR}/bin")
 
+# No path of the building machine in what is built.
+add_compile_options(-ffile-prefix-map=${PROJECT_SOURCE_DIR}/= -ffile-prefix-map=${PROJECT_BINARY_DIR}/=)
+
 add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
 
 # A conversion is short, so what a process pays to load the programs and libraries counts: pages, segments, and names that

@@ -41,10 +41,30 @@ install(FILES docs/man/tiff2ppf.1 docs/man/ppfinfo.1 DESTINATION "${CMAKE_INSTAL
 install(FILES completions/tiff2ppf completions/ppfinfo
   DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" COMPONENT tools)
 
+# Who answers for the packages is whoever builds them, as Debian's own tools have it: DEBFULLNAME and DEBEMAIL, else the
+# identity that git knows.
+if(NOT SHEETVANE_PACKAGE_CONTACT)
+  set(name "$ENV{DEBFULLNAME}")
+  set(address "$ENV{DEBEMAIL}")
+  foreach(part name address)
+    if("${${part}}" STREQUAL "")
+      string(REPLACE address email key "user.${part}")
+      execute_process(COMMAND git config "${key}" WORKING_DIRECTORY "${PROJECT_SOURCE_DIR}"
+        OUTPUT_VARIABLE ${part} OUTPUT_STRIP_TRAILING_WHITESPACE ERROR_QUIET)
+    endif()
+  endforeach()
+  if(NOT "${address}" STREQUAL "")
+    set(SHEETVANE_PACKAGE_CONTACT "${name} <${address}>")
+  endif()
+endif()
+set(SHEETVANE_PACKAGE_CONTACT "${SHEETVANE_PACKAGE_CONTACT}" CACHE STRING
+  "Maintainer of the Debian packages, as Name <address>" FORCE)
+
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME sheetvane)
 set(CPACK_PACKAGE_VENDOR "Sheetvane")
-set(CPACK_PACKAGE_CONTACT "Sheetvane maintainers <sheetvane@localhost>")
+set(CPACK_PACKAGE_CONTACT "${SHEETVANE_PACKAGE_CONTACT}")
+set(CPACK_PRE_BUILD_SCRIPTS "${PROJECT_SOURCE_DIR}/cmake/CheckPackageContact.cmake")
 set(CPACK_PACKAGE_DIRECTORY "${PROJECT_BINARY_DIR}/packages")
 set(CPACK_PACKAGING_INSTALL_PREFIX "/usr")
 set(CPACK_COMPONENTS_ALL runtime dev tools)
