@@ -4,9 +4,9 @@
 #include "frontend/ConverterImpl.h"
 #include "tests/Sheetvane/Failures.h"
 #include "tests/Sheetvane/FakeReader.h"
-#include "tests/Sheetvane/Memory.h"
-#include "tests/Sheetvane/TempFolder.h"
 #include "tests/Sheetvane/Values.h"
+#include "tests/support/Allocations.h"
+#include "tests/support/Folder.h"
 
 #include <gmock/gmock.h>
 
@@ -78,7 +78,7 @@ namespace SheetvaneTest
             }
 
             FakeReader& fake = FakeReader::Instance();
-            TempFolder folder;
+            TestSupport::Folder folder;
             const std::string out = folder / "out.ppf";
             Sheetvane::ConverterImpl job;
         };
@@ -88,8 +88,8 @@ namespace SheetvaneTest
     {
         EXPECT_EQ(Convert(out), "[nothing]");
         EXPECT_EQ(
-            BytesOf(out), "%!PS-Adobe-3.0\n%%CIP3-File Version 3.0\n%\xE2\xE3\xCF\xD3\n\n"
-                          "%%CIP3EndOfFile\n");
+            folder.Read("out.ppf"), "%!PS-Adobe-3.0\n%%CIP3-File Version 3.0\n%\xE2\xE3\xCF\xD3\n\n"
+                                    "%%CIP3EndOfFile\n");
         EXPECT_EQ(job.painterParameters.sheetCount, 0u);
     }
 
@@ -107,7 +107,7 @@ namespace SheetvaneTest
         back.backFilePaths = {"k.tif"};
 
         EXPECT_EQ(Convert(out), "[nothing]");
-        const std::string document = BytesOf(out);
+        const std::string document = folder.Read("out.ppf");
         EXPECT_EQ(
             Lines(document, "CIP3Begin"),
             "CIP3BeginPPFDirectory\nCIP3BeginSheet\nCIP3BeginFront\nCIP3BeginPreviewImage\n"
@@ -132,7 +132,7 @@ namespace SheetvaneTest
         fake.separations["g.tif"] = {1000, 8000, 1, 2400};
         AddFront("S1", "g.tif");
         EXPECT_EQ(Convert(out), "[nothing]");
-        const std::string document = BytesOf(out);
+        const std::string document = folder.Read("out.ppf");
         EXPECT_THAT(document, HasSubstr("/CIP3AdmPSExtent [ 8 inch 0.00333333 inch ] def\n"));
         EXPECT_THAT(document, HasSubstr("/CIP3PreviewImageMatrix [2400 0 0 -1 0 1] def\n"));
         EXPECT_THAT(document, HasSubstr("/CIP3PreviewImageResolution [300 300] def\n"));
@@ -161,22 +161,22 @@ namespace SheetvaneTest
         sheet.frontSeparationNames = {"A", "B", "C"};
         sheet.frontFilePaths = {"k.tif", "no lines", "no pixels"};
         EXPECT_EQ(Convert(out), "[nothing]");
-        EXPECT_THAT(BytesOf(out), HasSubstr("CIP3PreviewImage >\nCIP3EndSeparation\n"));
-        EXPECT_THAT(BytesOf(out), HasSubstr("CIP3PreviewImage \n\n\n>\nCIP3EndSeparation\n"));
+        EXPECT_THAT(folder.Read("out.ppf"), HasSubstr("CIP3PreviewImage >\nCIP3EndSeparation\n"));
+        EXPECT_THAT(folder.Read("out.ppf"), HasSubstr("CIP3PreviewImage \n\n\n>\nCIP3EndSeparation\n"));
     }
 
     TEST_F(ConversionDriver, MissingFoldersAreCreatedOnAllLevels)
     {
         const std::string deep = folder / "a/b/../c/out.ppf";
         EXPECT_EQ(Convert(deep), "[nothing]");
-        EXPECT_EQ(BytesOf(folder / "a/c/out.ppf").size(), 62u);
+        EXPECT_EQ(folder.Read("a/c/out.ppf").size(), 62u);
     }
 
     TEST_F(ConversionDriver, NamesThatAreNotUtf8ReachTheFileSystemUnchanged)
     {
         const std::string odd = folder / "\xC3\xA4 \xE4/\xFF.ppf";
         EXPECT_EQ(Convert(odd), "[nothing]");
-        EXPECT_EQ(BytesOf(odd).size(), 62u);
+        EXPECT_EQ(TestSupport::Folder::BytesOf(odd).size(), 62u);
     }
 
     TEST_F(ConversionDriver, FolderThatCannotBeMadeFails)
@@ -190,12 +190,12 @@ namespace SheetvaneTest
 
     TEST_F(ConversionDriver, PlaceThatTakesNoFileFails)
     {
-        WriteBytes(folder / "file", "kept");
+        folder.Write("file", "kept");
         EXPECT_EQ(Convert(folder / "file/out.ppf"), "Could not open CIP3 file");
         EXPECT_EQ(Convert(folder / "file/below/out.ppf"), "Error creating folder for CIP3 file");
         std::filesystem::create_directory(out);
         EXPECT_EQ(Convert(out), "Could not open CIP3 file");
-        EXPECT_EQ(BytesOf(folder / "file"), "kept");
+        EXPECT_EQ(folder.Read("file"), "kept");
     }
 
     TEST_F(ConversionDriver, LocationThatCannotBeLookedUpIsNotTranslated)
@@ -228,18 +228,18 @@ namespace SheetvaneTest
         AddFront("S2", "bad.tif");
         for (const Case& bad : cases)
         {
-            WriteBytes(out, "older");
+            folder.Write("out.ppf", "older");
             fake.separations["bad.tif"] = bad.separation;
             EXPECT_EQ(Convert(out), bad.text) << bad.remark;
             EXPECT_TRUE(std::filesystem::exists(out)) << bad.remark;
-            EXPECT_EQ(BytesOf(out), "") << bad.remark;
+            EXPECT_EQ(folder.Read("out.ppf"), "") << bad.remark;
             EXPECT_EQ(fake.openReaders, 0) << bad.remark;
             EXPECT_EQ(job.sheets.size(), 2u);
             EXPECT_EQ(job.sheets[0].parameters.extentX, 2.0) << bad.remark;
         }
         fake.separations["bad.tif"] = good;
         EXPECT_EQ(Convert(out), "[nothing]");
-        EXPECT_THAT(BytesOf(out), EndsWith("%%CIP3EndOfFile\n"));
+        EXPECT_THAT(folder.Read("out.ppf"), EndsWith("%%CIP3EndOfFile\n"));
     }
 
     TEST_F(ConversionDriver, SheetsThatAreNotCompleteFail)
@@ -266,18 +266,18 @@ namespace SheetvaneTest
         sheet.frontFilePaths = {"k.tif", "k.tif"};
         sheet.backFilePaths = {"never opened"};
         EXPECT_EQ(Convert(out), "[nothing]");
-        EXPECT_THAT(BytesOf(out), HasSubstr("/CIP3AdmSeparationNames [ (Black) ] def\n"));
-        EXPECT_EQ(Lines(BytesOf(out), "CIP3BeginSeparation"), "CIP3BeginSeparation\nCIP3BeginSeparation\n");
-        EXPECT_THAT(BytesOf(out), Not(HasSubstr("CIP3BeginBack")));
+        EXPECT_THAT(folder.Read("out.ppf"), HasSubstr("/CIP3AdmSeparationNames [ (Black) ] def\n"));
+        EXPECT_EQ(Lines(folder.Read("out.ppf"), "CIP3BeginSeparation"), "CIP3BeginSeparation\nCIP3BeginSeparation\n");
+        EXPECT_THAT(folder.Read("out.ppf"), Not(HasSubstr("CIP3BeginBack")));
     }
 
     TEST_F(ConversionDriver, TheLineLoopAllocatesNothingAfterItsFirstLine)
     {
         fake.separations["k.tif"] = {1, 1, 200, 100};
         AddFront("S1");
-        std::vector<std::size_t> counts;
+        std::vector<long> counts;
         counts.reserve(200);
-        fake.beforeLine = [&] { counts.push_back(Allocations()); };
+        fake.beforeLine = [&] { counts.push_back(TestSupport::AllocationCount()); };
         job.painterParameters.compression = 1;
         job.painterParameters.encoding = 2;
         EXPECT_EQ(Convert(out), "[nothing]");
@@ -295,9 +295,9 @@ namespace SheetvaneTest
         do
         {
             fake.log.clear();
-            FailAllocation(++count);
+            TestSupport::FailOneAllocation(++count);
             text = FailureOf([&] { Sheetvane::CreateCIP3File(job, location); });
-            FailAllocation(0);
+            TestSupport::AllowAllocations();
             EXPECT_TRUE(
                 text == General || text == "[std::exception: std::bad_alloc]" || text == "[nothing]" ||
                 text.find("Could not make painter") != std::string::npos || text == "Could not open CIP3 file")

@@ -4,7 +4,7 @@
 #include "frontend/ConverterImpl.h"
 #include "rasteroutput/Exception.h"
 #include "rasteroutput/PainterRegistry.h"
-#include "tests/Sheetvane/Memory.h"
+#include "tests/support/Allocations.h"
 
 #include <Sheetvane/SheetvaneConverter.h>
 
@@ -78,10 +78,10 @@ namespace SheetvaneTest
     TEST(ConverterImpl, AllocationThatFailsLeavesNothingRegistered)
     {
         bool constructed = false;
-        std::size_t count = 0;
-        for (; !constructed && count < 1000; ++count)
+        long count = 0;
+        while (!constructed && count < 1000)
         {
-            SheetvaneTest::FailAllocation(count + 1);
+            TestSupport::FailOneAllocation(++count);
             try
             {
                 const ConverterImpl job;
@@ -91,7 +91,7 @@ namespace SheetvaneTest
             {
                 EXPECT_THROW(RasterOutput::MakePainter("CIP3Painter"), RasterOutput::Exception) << count;
             }
-            SheetvaneTest::FailAllocation(0);
+            TestSupport::AllowAllocations();
         }
         EXPECT_TRUE(constructed);
     }

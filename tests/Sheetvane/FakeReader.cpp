@@ -1,7 +1,7 @@
 // What the fakes allocate themselves neither counts nor fails.
 #include "tests/Sheetvane/FakeReader.h"
 
-#include "tests/Sheetvane/Memory.h"
+#include "tests/support/Allocations.h"
 
 #include <RasterFeedLib.h>
 
@@ -30,7 +30,7 @@ namespace SheetvaneTest
 }
 
 using SheetvaneTest::FakeReader;
-using SheetvaneTest::OutsideTheCount;
+using TestSupport::OutsideTheCount;
 using Trouble = SheetvaneTest::FakeSeparation::Trouble;
 
 FileBlock FileBlockAlloc(std::uint32_t flags, const char* access)

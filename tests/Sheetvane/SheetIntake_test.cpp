@@ -1,8 +1,8 @@
 // What four arrays leave in the job, and the state after each failure.
 #include "frontend/SheetIntake.h"
 #include "tests/Sheetvane/Failures.h"
-#include "tests/Sheetvane/Memory.h"
 #include "tests/Sheetvane/Values.h"
+#include "tests/support/Allocations.h"
 
 #include <gmock/gmock.h>
 
@@ -123,13 +123,13 @@ namespace SheetvaneTest
 
     TEST_F(SheetIntake, ListThatCannotGrowLeavesTheJobAsItWas)
     {
-        FailAllocation(1);
+        TestSupport::FailOneAllocation(1);
         EXPECT_EQ(Add({}, {}), "[std::exception: std::bad_alloc]");
         EXPECT_EQ(sheets.size(), 0u);
 
         const KX_TArray names = Names({"Cyan"}), files = Files({"c.tif"}), none;
         sheets.reserve(1);
-        FailAllocation(1);
+        TestSupport::FailOneAllocation(1);
         EXPECT_EQ(Add(names, files, none, none), "Could not convert input data");
         EXPECT_EQ(sheets.size(), 1u);
     }

@@ -1,16 +1,17 @@
 // The library as a host has it: public headers, real TIFFs, the file that comes out.
 #include "tests/HostLocale.h"
 #include "tests/Sheetvane/Failures.h"
-#include "tests/Sheetvane/Memory.h"
-#include "tests/Sheetvane/TempFolder.h"
 #include "tests/Sheetvane/Tiffs.h"
 #include "tests/Sheetvane/Values.h"
 #include "tests/TwoSheetExample.h"
+#include "tests/support/Allocations.h"
+#include "tests/support/Folder.h"
 
 #include <Sheetvane/SheetvaneConverter.h>
 
 #include <gmock/gmock.h>
 
+#include <filesystem>
 #include <memory>
 
 #include <rasteroutput/Exception.h>
@@ -40,10 +41,10 @@ namespace SheetvaneTest
             std::string Written(const std::string& path)
             {
                 EXPECT_EQ(FailureOf([&] { converter.CreateCIP3File(Location(path)); }), "[nothing]");
-                return BytesOf(path);
+                return TestSupport::Folder::BytesOf(path);
             }
 
-            TempFolder folder;
+            TestSupport::Folder folder;
             const std::string black = folder / "black.tif";
             const std::string out = folder / "out.ppf";
             SheetvaneConverter converter;
@@ -122,9 +123,9 @@ namespace SheetvaneTest
         const auto allocationsFor = [&](std::size_t lines)
         {
             WriteTiff(black, std::vector<std::string>(lines, std::string(500, '\x55')), 2);
-            const std::size_t before = Allocations();
+            TestSupport::AllowAllocations();
             converter.CreateCIP3File(Location(out));
-            return Allocations() - before;
+            return TestSupport::AllocationCount();
         };
         allocationsFor(200); // whatever is made once
         EXPECT_EQ(allocationsFor(200), allocationsFor(2000));
@@ -146,15 +147,15 @@ namespace SheetvaneTest
         testing::internal::CaptureStdout();
         testing::internal::CaptureStderr();
         AddTwoSheets();
-        WriteBytes(out, "older");
-        const std::string whole = BytesOf(black);
+        folder.Write("out.ppf", "older");
+        const std::string whole = folder.Read("black.tif");
         for (const std::string& content : {std::string(), std::string("no TIFF"), whole.substr(0, whole.size() / 2)})
         {
-            WriteBytes(black, content);
+            folder.Write("black.tif", content);
             EXPECT_EQ(
                 FailureOf([&] { converter.CreateCIP3File(Location(out)); }), "Problem converting TIFF files to CIP3")
                 << content.size();
-            EXPECT_EQ(BytesOf(out), "") << content.size();
+            EXPECT_EQ(folder.Read("out.ppf"), "") << content.size();
         }
         std::filesystem::remove(black);
         EXPECT_EQ(FailureOf([&] { converter.CreateCIP3File(Location(out)); }), "Problem converting TIFF files to CIP3");
