@@ -1,6 +1,6 @@
 // The TIFF reader: one ink separation as a header and a sequence of 8-bit lines.
 //
-// Calls on a reader: RasterFeedInit RasterFeedHeader RasterFeedLine* RasterFeedEnd
+// Calls on a reader: RasterFeedInit RasterFeedSelect? RasterFeedHeader RasterFeedLine* RasterFeedEnd
 // Delivered bytes: 0 is full ink (black), 255 is paper, whatever the photometric form of the file.
 #pragma once
 
@@ -60,6 +60,49 @@ static_assert(offsetof(RasterFeedImageHeader, lineLength) == 36 && sizeof(Raster
 /// for want of memory; nothing is left to end then, nor if a callback throws.
 RasterFeedHandle RasterFeedInit(const RasterFeedOpenRecord* record);
 
+/// How the upright image is turned: rotated counterclockwise by so many degrees and then, for the second four, mirrored top
+/// to bottom (so Flip180 mirrors left to right).
+enum class RasterFeedOrientation
+{
+    Rotate0,
+    Rotate90,
+    Rotate180,
+    Rotate270,
+    Flip0,
+    Flip90,
+    Flip180,
+    Flip270
+};
+
+/// A view of the image that a file holds. As it is made it is the upright image itself. The orientation comes first, then
+/// the reduction. "Across" and "down" are those of the turned image; a quarter turn exchanges the file's resolutions.
+struct RasterFeedSelection
+{
+    /// Wanted, pixels per inch across and down. 0: as the image has it. An image is reduced where both of its resolutions are
+    /// above this and above `reduceAbove`, and is kept as it is where not; it is never enlarged.
+    double resolution = 0;
+    double reduceAbove = 0; ///< pixels per inch; see `resolution`
+
+    /// Stands in place of what the file says, in both directions; pixels per inch. 0: the file's.
+    double inputResolution = 0;
+
+    RasterFeedOrientation orientation = RasterFeedOrientation::Rotate0;
+};
+
+/// Makes header and lines those of the view that `selection` describes; without this call they are those of the upright
+/// image. At most once per reader, before RasterFeedHeader; the reader keeps a copy. 0 on success; anything else for a
+/// resolution that is negative, infinite or not a number, an orientation that is none of the eight, and a call out of
+/// order, after which the reader accepts RasterFeedEnd alone.
+///
+/// A reduced image of an image of W x H pixels at X x Y pixels per inch has max(1, floor(W / cx + 1/2)) columns, cx being X
+/// / resolution; column i reaches from e(i) to e(i + 1), e(i) = floor(i x cx x 65536 + 1/2), in 1/65536 of an input column;
+/// rows likewise. A pixel is the mean of the values that it covers, weighted by their parts of its area, what lies outside
+/// the image being paper, rounded to the nearest, a half upwards.
+///
+/// A view that is turned by a quarter is held in memory as it is delivered, and is refused by RasterFeedHeader if it takes
+/// more than 256 MiB. All others are read line by line.
+std::int32_t RasterFeedSelect(RasterFeedHandle reader, const RasterFeedSelection* selection);
+
 /// Fills `header`. Once per reader, before the first line. 0 on success; otherwise a separation may not be
 /// such an image, its data is not all in the file, or memory is exhausted. After a failure, as after an exception of a callback, the
 /// reader accepts RasterFeedEnd alone.
@@ -74,14 +117,21 @@ std::int32_t RasterFeedLine(RasterFeedHandle reader, unsigned char* const* lines
 /// failure or an exception. `scratch` may be written.
 void RasterFeedEnd(RasterFeedHandle reader, std::int32_t* scratch);
 
-/// What a TIFF holds, or why it cannot be a separation.
+/// What a TIFF holds, or why it cannot be a separation. All numbers are 0 if it is not accepted.
 struct RasterFeedDescription
 {
     bool accepted;
-    std::uint32_t width;  ///< pixels, upright; 0 if not accepted
-    std::uint32_t height; ///< pixels, upright; 0 if not accepted
-    double resolution;    ///< pixels per inch
-    std::string reason;   ///< one line: the file, what was found, what is accepted; empty if accepted
+    std::uint32_t width;  ///< pixels of a line, as delivered
+    std::uint32_t height; ///< lines, as delivered
+    double resolution;    ///< pixels per inch across, as delivered
+
+    bool isReduced;            ///< by the selection's resolution
+    std::uint32_t inputWidth;  ///< pixels across, turned but not reduced
+    std::uint32_t inputHeight; ///< pixels down, turned but not reduced
+    double inputAcross;        ///< pixels per inch across, turned but not reduced
+    double inputDown;          ///< pixels per inch down, turned but not reduced
+
+    std::string reason; ///< one line: the file, what was found, what is accepted; empty if accepted
 };
 
 /// How far RasterFeedProbe looks.
@@ -93,5 +143,7 @@ enum class RasterFeedDepth
 
 /// Looks at the TIFF at `path` without a reader: for hosts that want to know beforehand, or to say what went wrong.
 /// The file is found as FileBlockOpen finds it, with the default extension ".tif", and the reason begins with the name under
-/// which it was opened. To be refused is not a failure. Throws std::bad_alloc only.
-RasterFeedDescription RasterFeedProbe(const std::string& path, RasterFeedDepth depth);
+/// which it was opened. To be refused is not a failure. With a selection the view that it describes is looked at; it has to be
+/// one that RasterFeedSelect takes. Throws std::bad_alloc only.
+RasterFeedDescription
+RasterFeedProbe(const std::string& path, RasterFeedDepth depth, const RasterFeedSelection& selection = {});

@@ -130,7 +130,7 @@ namespace RasterFeed
         }
     }
 
-    DecodePlan PlanDecoding(const TiffFile& file, const SeparationForm& form)
+    DecodePlan PlanDecoding(const TiffFile& file, const SeparationForm& form, bool fromBottom)
     {
         if (file.DecodedRowBytes() != form.ChunkRowBytes())
         {
@@ -151,7 +151,7 @@ namespace RasterFeed
         {
             plan.way = DecodeWay::Stored;
         }
-        else if (form.bottomUp || DecodesWholeStrips(form, largestChunk))
+        else if (fromBottom || DecodesWholeStrips(form, largestChunk))
         {
             plan.way = DecodeWay::Strips;
             block = form.ChunkBytes();

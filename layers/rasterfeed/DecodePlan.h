@@ -26,7 +26,7 @@ namespace RasterFeed
         std::size_t blockBytes; ///< what a strip or a row of tiles takes when decoded; 0 if none is kept
     };
 
-    /// Chooses the way for an image of that form. Throws Refusal if its data is not all there, or if decoding would take more
+    /// Chooses the way for an image of that form, whose rows are needed from the last stored one on if `fromBottom`. Throws Refusal if its data is not all there, or if decoding would take more
     /// than 256 MiB beyond its rows.
-    DecodePlan PlanDecoding(const TiffFile& file, const SeparationForm& form);
+    DecodePlan PlanDecoding(const TiffFile& file, const SeparationForm& form, bool fromBottom);
 }

@@ -299,10 +299,12 @@ namespace RasterFeed
 
         DirectoryFacts facts;
         Ratio resolution;
+        Ratio resolutionDown;
         std::uint32_t unit = RESUNIT_INCH;
         std::optional<std::uint32_t> oldSubfileType;
         bool subfileTypeSeen = false;
         bool resolutionSeen = false;
+        bool resolutionDownSeen = false;
         bool unitSeen = false;
         const std::uint64_t first = offset + countWidth;
         for (std::uint64_t i = 0; i < entries; ++i)
@@ -328,6 +330,8 @@ namespace RasterFeed
             }
             const bool outside = entry.count > wordWidth / size;
             entry.value = outside ? numbers.At(at + 4 + wordWidth, wordWidth) : at + 4 + wordWidth;
+
+            const bool isInFile = file.Size() >= size && entry.value <= file.Size() - size;
 
             // Where a tag stands twice the first counts, as it does for libtiff.
             switch (entry.tag)
@@ -362,11 +366,18 @@ namespace RasterFeed
                 }
                 break;
             case TIFFTAG_XRESOLUTION:
-                if (!resolutionSeen && file.Size() >= size && entry.value <= file.Size() - size)
+                if (!resolutionSeen && isInFile)
                 {
                     resolution = ReadRatio(numbers, entry);
                 }
                 resolutionSeen = true;
+                break;
+            case TIFFTAG_YRESOLUTION:
+                if (!resolutionDownSeen && isInFile)
+                {
+                    resolutionDown = ReadRatio(numbers, entry);
+                }
+                resolutionDownSeen = true;
                 break;
             case TIFFTAG_RESOLUTIONUNIT:
                 if (!unitSeen)
@@ -403,6 +414,7 @@ namespace RasterFeed
             }
         }
         facts.resolution = PixelsPerInch(resolution, unit);
+        facts.resolutionDown = PixelsPerInch(resolutionDown, unit);
         facts.isReducedImage = !subfileTypeSeen && oldSubfileType == OFILETYPE_REDUCEDIMAGE;
         // A file may end with its last directory's last entry.
         const std::uint64_t end = first + entries * entryBytes;

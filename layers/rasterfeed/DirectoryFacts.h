@@ -40,6 +40,7 @@ namespace RasterFeed
         NumberList stripBytes;       ///< StripByteCounts as stated; libtiff replaces those that it disbelieves
         std::optional<std::uint32_t> photometric; ///< PhotometricInterpretation, as stated
         double resolution = 0;      ///< pixels per inch across; 0 if the file states none that makes sense
+        double resolutionDown = 0;  ///< pixels per inch down; likewise
         std::uint64_t tagBytes = 0; ///< bytes of values outside the directory, without the lists of strips or tiles
         std::optional<std::uint32_t> compression; ///< Compression, as stated; 0 for one that is not a whole number
         std::optional<std::uint32_t> predictor;   ///< Predictor, as stated; 0 for one that is not a whole number

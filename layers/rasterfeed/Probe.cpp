@@ -100,14 +100,15 @@ namespace RasterFeed
             return text;
         }
 
-        RasterFeedDescription Describe(const std::string& path, RasterFeedDepth depth)
+        RasterFeedDescription
+        Describe(const std::string& path, RasterFeedDepth depth, const RasterFeedSelection& selection)
         {
             RasterFeedDescription description = {};
             const std::string name = OpenedName(path);
             try
             {
                 SeparationReader reader(RefusingCallbacks, name.c_str());
-                reader.ReadHeader();
+                reader.ReadHeader(selection);
                 if (depth == RasterFeedDepth::Lines)
                 {
                     std::vector<unsigned char> line(reader.Width());
@@ -120,6 +121,12 @@ namespace RasterFeed
                 description.width = reader.Width();
                 description.height = reader.Height();
                 description.resolution = ResolutionOf(reader.Width(), reader.Units());
+                const View& view = reader.Shown();
+                description.isReduced = view.isReduced;
+                description.inputWidth = view.across.pixels;
+                description.inputHeight = view.down.pixels;
+                description.inputAcross = view.across.resolution;
+                description.inputDown = view.down.resolution;
             }
             catch (const Refusal& refusal)
             {
@@ -130,7 +137,8 @@ namespace RasterFeed
     }
 }
 
-RasterFeedDescription RasterFeedProbe(const std::string& path, RasterFeedDepth depth)
+RasterFeedDescription
+RasterFeedProbe(const std::string& path, RasterFeedDepth depth, const RasterFeedSelection& selection)
 {
-    return RasterFeed::Describe(path, depth);
+    return RasterFeed::Describe(path, depth, selection);
 }

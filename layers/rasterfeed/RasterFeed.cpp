@@ -23,6 +23,8 @@ struct RasterFeedReader
     };
 
     RasterFeed::SeparationReader separation;
+    RasterFeedSelection selection;
+    bool isSelected = false;
     State state = State::Opened;
 };
 
@@ -81,13 +83,29 @@ RasterFeedHandle RasterFeedInit(const RasterFeedOpenRecord* record)
     }
 }
 
+std::int32_t RasterFeedSelect(RasterFeedHandle reader, const RasterFeedSelection* selection)
+{
+    const RasterFeedReader::State opened = RasterFeedReader::State::Opened;
+    return RasterFeed::Run(
+        reader, opened, opened,
+        [&](RasterFeed::SeparationReader&)
+        {
+            if (reader->isSelected || !RasterFeed::IsSelection(*selection))
+            {
+                throw RasterFeed::Refusal("no selection, or a second one");
+            }
+            reader->selection = *selection;
+            reader->isSelected = true;
+        });
+}
+
 std::int32_t RasterFeedHeader(RasterFeedHandle reader, RasterFeedImageHeader* header)
 {
     return RasterFeed::Run(
         reader, RasterFeedReader::State::Opened, RasterFeedReader::State::Lines,
         [&](RasterFeed::SeparationReader& separation)
         {
-            separation.ReadHeader();
+            separation.ReadHeader(reader->selection);
             *header = {};
             header->unitsPerInch = separation.Units().unitsPerInch;
             header->widthExtent = separation.Units().extent;

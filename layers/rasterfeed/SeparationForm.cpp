@@ -238,17 +238,17 @@ namespace RasterFeed
         CheckSize(file, form);
 
         const auto orientation = file.Field<std::uint16_t>(TIFFTAG_ORIENTATION, ORIENTATION_TOPLEFT);
-        if (orientation < ORIENTATION_TOPLEFT || orientation > ORIENTATION_BOTLEFT)
+        if (orientation < ORIENTATION_TOPLEFT || orientation > ORIENTATION_LEFTBOT)
         {
-            throw Refusal("orientation " + std::to_string(orientation) + "; 1 to 4 are accepted");
+            throw Refusal("orientation " + std::to_string(orientation) + "; 1 to 8 are accepted");
         }
-        form.mirrored = orientation == ORIENTATION_TOPRIGHT || orientation == ORIENTATION_BOTRIGHT;
-        form.bottomUp = orientation == ORIENTATION_BOTRIGHT || orientation == ORIENTATION_BOTLEFT;
+        form.upright = UprightTurn(orientation);
         form.lowestBitFirst = file.Field<std::uint16_t>(TIFFTAG_FILLORDER, FILLORDER_MSB2LSB) == FILLORDER_LSB2MSB;
         form.byteSwapped = file.IsByteSwapped();
 
-        const double stated = file.Facts().resolution;
-        form.resolution = stated > 0 ? stated : ResolutionOfNone;
+        const DirectoryFacts& facts = file.Facts();
+        form.resolution = facts.resolution > 0 ? facts.resolution : ResolutionOfNone;
+        form.resolutionDown = facts.resolutionDown > 0 ? facts.resolutionDown : form.resolution;
         return form;
     }
 }

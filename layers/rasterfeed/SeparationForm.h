@@ -2,6 +2,8 @@
 // is accepted: what passes here is decoded, what does not is refused with the reason.
 #pragma once
 
+#include "rasterfeed/Turn.h"
+
 #include <cstdint>
 
 namespace RasterFeed
@@ -16,12 +18,12 @@ namespace RasterFeed
         unsigned bits;             ///< per sample: 1, 2, 4, 8 or 16
         std::uint16_t compression; ///< as libtiff numbers them
         bool inverted;             ///< the highest sample value is ink
-        bool mirrored;             ///< stored rows run from right to left
-        bool bottomUp;             ///< the first stored row is the lowest
+        Turn upright;              ///< what makes the stored image upright
         bool lowestBitFirst;       ///< FillOrder 2
         bool byteSwapped;          ///< 16-bit samples have the other byte order than the machine
         bool differences;          ///< predictor 2: samples are compressed as differences from the one before
-        double resolution;         ///< pixels per inch, above 0 and finite
+        double resolution;         ///< along stored rows, pixels per inch, above 0 and finite
+        double resolutionDown;     ///< across stored rows, likewise
 
         bool tiled;
         std::uint32_t chunkWidth;  ///< columns of a strip (the image's width) or tile

@@ -1,54 +1,103 @@
-// From directory to plan, from rows to lines, and from stored order to upright.
+// From directory to plan, and from stored rows to the lines of the view.
 #include "rasterfeed/SeparationReader.h"
 
+#include "rasterfeed/CellEdges.h"
+#include "rasterfeed/HeldImage.h"
+#include "rasterfeed/ImageLines.h"
+#include "rasterfeed/ReducedLines.h"
 #include "rasterfeed/Refusal.h"
 
 #include <string>
+#include <utility>
 
 namespace RasterFeed
 {
+    namespace
+    {
+        // What the sums of a reduction may take: those of rows of 17 million bytes, or of a thousand million bits.
+        constexpr std::uint64_t MostSumsMemory = 256ull * 1024 * 1024;
+
+        void CheckHeldSize(const View& view)
+        {
+            const std::uint64_t bytes = std::uint64_t{view.across.cells} * view.down.cells;
+            if (view.turn.isTransposed && bytes > LargestHeldImage)
+            {
+                throw Refusal(
+                    "a quarter turn of " + std::to_string(view.across.cells) + " x " + std::to_string(view.down.cells) +
+                    " pixels, which takes " + std::to_string(bytes) + " bytes of memory; up to " +
+                    std::to_string(LargestHeldImage) +
+                    " are accepted: ask for a lower resolution or for no quarter turn");
+            }
+        }
+
+        std::vector<std::int64_t> EdgesOf(const ViewSide& side, bool isFlipped)
+        {
+            return CellEdges(side.pixels, side.cells, side.pixelsPerCell, isFlipped);
+        }
+
+        /// Whether the view is held whole. Compressed rows that are wanted from the bottom are, as far as there is space for
+        /// it: a strip that is decoded to its end before its last row is at hand takes more memory, or more than there may be.
+        bool IsHeld(const SeparationForm& form, const View& view)
+        {
+            const bool isInOrder = form.tiled || form.compression == COMPRESSION_NONE || !view.turn.flipsRows;
+            return view.turn.isTransposed || (view.isReduced && !isInOrder &&
+                                              std::uint64_t{view.across.cells} * view.down.cells <= LargestHeldImage);
+        }
+    }
+
     SeparationReader::SeparationReader(const RasterFeedCallbacks& callbacks, const char* name)
         : source(callbacks, name)
     {
         file.emplace(source);
     }
 
-    void SeparationReader::ReadHeader()
+    void SeparationReader::ReadHeader(const RasterFeedSelection& selection)
     {
         file->SelectImage();
-        form = InspectForm(*file);
+        const SeparationForm form = InspectForm(*file);
+        view = ChooseView(form, selection);
+        CheckHeldSize(view);
+        const bool isHeld = IsHeld(form, view);
+        const bool fromBottom = view.turn.flipsRows && !isHeld;
         file->UseCodec();
-        rows = MakeRowSource(*file, form, PlanDecoding(*file, form));
-        expansion.emplace(form.bits, form.inverted, form.mirrored, form.width);
-        if (!expansion->WorksInPlace())
+        RowOrder rows(MakeRowSource(*file, form, PlanDecoding(*file, form, fromBottom)), form.height, fromBottom);
+
+        // The sides of the stored image.
+        const ViewSide& columns = view.turn.isTransposed ? view.down : view.across;
+        const ViewSide& down = view.turn.isTransposed ? view.across : view.down;
+        if (view.isReduced)
         {
-            packedRow.reset(new unsigned char[static_cast<std::size_t>(form.RowBytes())]);
+            if (CellSumsMemory(form, columns.cells) > MostSumsMemory)
+            {
+                throw Refusal(
+                    "rows of " + std::to_string(form.width) + " pixels to be reduced, which takes " +
+                    std::to_string(CellSumsMemory(form, columns.cells)) + " bytes of memory; up to " +
+                    std::to_string(MostSumsMemory) + " are accepted");
+            }
+            lines = std::make_unique<ReducedLines>(
+                std::move(rows), form, EdgesOf(columns, view.turn.flipsColumns),
+                EdgesOf(down, view.turn.flipsRows && isHeld), view.turn.flipsColumns);
         }
-        units = ExpressWidth(form.width, form.resolution);
+        else
+        {
+            lines = std::make_unique<ImageLines>(std::move(rows), form, view.turn.flipsColumns);
+        }
+        if (isHeld)
+        {
+            lines = std::make_unique<HeldImage>(
+                std::move(lines), columns.cells, down.cells, view.turn.isTransposed, view.turn.flipsRows);
+        }
+        units = ExpressWidth(Width(), view.resolution);
     }
 
     void SeparationReader::ReadLine(unsigned char* line)
     {
-        if (nextLine >= form.height)
-        {
-            throw Refusal("no line is left; as many are read as there are");
-        }
-        const std::uint32_t row = form.bottomUp ? form.height - 1 - nextLine : nextLine;
-        try
-        {
-            expansion->Expand(rows->Row(row, packedRow ? packedRow.get() : line), line);
-        }
-        catch (const Refusal& refusal)
-        {
-            throw Refusal(
-                "line " + std::to_string(nextLine + 1) + " of " + std::to_string(form.height) + ": " + refusal.what());
-        }
-        ++nextLine;
+        lines->Next(line);
     }
 
     void SeparationReader::Close()
     {
-        rows.reset();
+        lines.reset();
         file.reset();
         source.Close();
     }

@@ -2,11 +2,10 @@
 // the interface, which only turn its exceptions into results.
 #pragma once
 
-#include "rasterfeed/RowSource.h"
-#include "rasterfeed/SampleExpansion.h"
-#include "rasterfeed/SeparationForm.h"
+#include "rasterfeed/LineSource.h"
 #include "rasterfeed/SourceFile.h"
 #include "rasterfeed/TiffFile.h"
+#include "rasterfeed/View.h"
 #include "rasterfeed/WidthInUnits.h"
 
 #include <RasterFeedLib.h>
@@ -24,14 +23,15 @@ namespace RasterFeed
         /// Opens `name` through the callbacks.
         SeparationReader(const RasterFeedCallbacks& callbacks, const char* name);
 
-        /// Finds the image and makes ready for its first line.
-        void ReadHeader();
+        /// Finds the image and makes ready for the first line of the view that `selection` describes.
+        void ReadHeader(const RasterFeedSelection& selection);
 
-        std::uint32_t Width() const { return form.width; }   ///< pixels
-        std::uint32_t Height() const { return form.height; } ///< lines
+        const View& Shown() const { return view; }
+        std::uint32_t Width() const { return view.across.cells; } ///< pixels of a line
+        std::uint32_t Height() const { return view.down.cells; }  ///< lines
         const WidthInUnits& Units() const { return units; }
 
-        /// Writes the next line of the upright image, Width() bytes, to `line`.
+        /// Writes the next line of the view, Width() bytes, to `line`.
         void ReadLine(unsigned char* line);
 
         /// Closes the file; what the `close` callback throws goes on, the file being closed either way.
@@ -40,11 +40,8 @@ namespace RasterFeed
     private:
         SourceFile source;
         std::optional<TiffFile> file;
-        SeparationForm form = {};
+        View view = {};
         WidthInUnits units = {1, 1};
-        std::unique_ptr<RowSource> rows;
-        std::optional<SampleExpansion> expansion;
-        std::unique_ptr<unsigned char[]> packedRow; ///< holds a row that cannot be decoded into its line
-        std::uint32_t nextLine = 0;
+        std::unique_ptr<LineSource> lines;
     };
 }

@@ -90,6 +90,20 @@ namespace RasterFeed
         return done;
     }
 
+    const unsigned char* SourceFile::Peek(std::uint64_t position, std::size_t count)
+    {
+        if (position >= size || count > WindowBytes)
+        {
+            return nullptr;
+        }
+        if (position < windowStart || position >= windowStart + windowSize)
+        {
+            LoadWindow(position);
+        }
+        const std::uint64_t offset = position - windowStart;
+        return offset < windowSize && count <= windowSize - offset ? window.get() + offset : nullptr;
+    }
+
     void SourceFile::LoadWindow(std::uint64_t position)
     {
         if (!window)

@@ -33,6 +33,10 @@ namespace RasterFeed
         /// found). Gives how many.
         std::size_t Read(std::uint64_t position, void* to, std::size_t count);
 
+        /// Where the `count` bytes at `position` lie in memory until the next Read or Peek; null if they do not lie there in one
+        /// piece, and are to be had by Read.
+        const unsigned char* Peek(std::uint64_t position, std::size_t count);
+
     private:
         SourceFile(const RasterFeedCallbacks& hostCallbacks, FileBlock opened);
         void LoadWindow(std::uint64_t position);

@@ -2,6 +2,7 @@
 #include "rasterfeed/StoredRows.h"
 
 #include "rasterfeed/ChunkDecoding.h"
+#include "rasterfeed/SourceFile.h"
 #include "rasterfeed/TiffFile.h"
 
 #include <utility>
@@ -18,8 +19,18 @@ namespace RasterFeed
     const unsigned char* StoredRows::Row(std::uint32_t row, unsigned char* space)
     {
         const std::uint64_t strip = file.ChunkOffset(row / form.chunkHeight);
-        ReadStored(file, form, strip + std::uint64_t{row % form.chunkHeight} * rowBytes, space, rowBytes);
-        if (form.bits == 16 && form.byteSwapped)
+        const std::uint64_t position = strip + std::uint64_t{row % form.chunkHeight} * rowBytes;
+        const bool isSwapped = form.bits == 16 && form.byteSwapped;
+        if (!isSwapped && !form.lowestBitFirst)
+        {
+            const unsigned char* const inPlace = file.Source().Peek(position, rowBytes);
+            if (inPlace != nullptr)
+            {
+                return inPlace;
+            }
+        }
+        ReadStored(file, form, position, space, rowBytes);
+        if (isSwapped)
         {
             for (std::size_t i = 0; i < rowBytes; i += 2)
             {

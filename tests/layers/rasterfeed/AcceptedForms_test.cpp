@@ -1,13 +1,11 @@
 // Every form of TIFF that a separation may have, against pixels computed from the rule that made the file.
 
 #include "tests/layers/rasterfeed/Delivery.h"
+#include "tests/layers/rasterfeed/PlainView.h"
 #include "tests/layers/rasterfeed/TiffEditor.h"
 #include "tests/layers/rasterfeed/TiffMaker.h"
 
 #include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cmath>
 
 namespace RasterFeedTest
 {
@@ -20,27 +18,9 @@ namespace RasterFeedTest
     {
         using Values = std::initializer_list<std::uint16_t>;
 
-        /// The byte that a sample becomes: its part of the depth's range, in 255ths.
-        unsigned char Expected(std::uint32_t sample, unsigned bits, std::uint16_t photometric)
-        {
-            const auto byte = static_cast<int>(std::lround(255.0 * sample / ((1u << bits) - 1)));
-            return static_cast<unsigned char>(photometric == PHOTOMETRIC_MINISBLACK ? byte : 255 - byte);
-        }
-
         std::vector<std::string> ExpectedLines(const TiffForm& form, const SampleRule& rule)
         {
-            std::vector<std::string> lines(form.height, std::string(form.width, '\0'));
-            const bool mirrored = form.orientation == ORIENTATION_TOPRIGHT || form.orientation == ORIENTATION_BOTRIGHT;
-            const bool bottomUp = form.orientation == ORIENTATION_BOTRIGHT || form.orientation == ORIENTATION_BOTLEFT;
-            for (std::uint32_t y = 0; y < form.height; ++y)
-            {
-                for (std::uint32_t x = 0; x < form.width; ++x)
-                {
-                    lines[bottomUp ? form.height - 1 - y : y][mirrored ? form.width - 1 - x : x] =
-                        static_cast<char>(Expected(rule(x, y), form.bits, form.photometric));
-                }
-            }
-            return lines;
+            return Upright(StoredImage(form, rule), form.orientation).lines;
         }
 
         std::string Describe(const TiffForm& form)
@@ -87,7 +67,7 @@ namespace RasterFeedTest
             {
                 for (const std::uint16_t fillOrder : Values{FILLORDER_MSB2LSB, FILLORDER_LSB2MSB})
                 {
-                    for (const std::uint16_t orientation : Values{1, 2, 3, 4})
+                    for (const std::uint16_t orientation : Values{1, 2, 3, 4, 5, 6, 7, 8})
                     {
                         TiffForm form;
                         form.bits = bits;

@@ -5,64 +5,79 @@
 
 namespace RasterFeedTest
 {
-    Delivery Deliver(const std::string& tiff, const HostFaults& faults)
+    namespace
     {
-        MemoryFile::Reset(tiff, faults);
-        Delivery delivery = {};
-        RasterFeedHandle reader = nullptr;
-        try
+        Delivery Read(const std::string& tiff, const HostFaults& faults, const RasterFeedSelection* selection)
         {
-            const RasterFeedOpenRecord record = MemoryFile::Record();
-            reader = RasterFeedInit(&record);
-            if (reader == nullptr)
+            MemoryFile::Reset(tiff, faults);
+            Delivery delivery = {};
+            RasterFeedHandle reader = nullptr;
+            try
             {
-                delivery.end = Delivery::End::InitFailed;
-                return delivery;
-            }
-            delivery.end = Delivery::End::HeaderFailed;
-            if (RasterFeedHeader(reader, &delivery.header) == 0)
-            {
-                const RasterFeedImageHeader& header = delivery.header;
-                delivery.resolution =
-                    static_cast<double>(header.lineLength) /
-                    (static_cast<double>(header.widthExtent) / static_cast<double>(header.unitsPerInch));
-                delivery.end = Delivery::End::Complete;
-                std::vector<unsigned char> buffer(header.lineLength);
-                unsigned char* const list[] = {buffer.data()};
-                for (std::uint32_t i = 0; i < header.lineCount; ++i)
+                const RasterFeedOpenRecord record = MemoryFile::Record();
+                reader = RasterFeedInit(&record);
+                if (reader == nullptr)
                 {
-                    if (RasterFeedLine(reader, list, 1) != 0)
+                    delivery.end = Delivery::End::InitFailed;
+                    return delivery;
+                }
+                delivery.end = Delivery::End::HeaderFailed;
+                if ((selection == nullptr || RasterFeedSelect(reader, selection) == 0) &&
+                    RasterFeedHeader(reader, &delivery.header) == 0)
+                {
+                    const RasterFeedImageHeader& header = delivery.header;
+                    delivery.resolution =
+                        static_cast<double>(header.lineLength) /
+                        (static_cast<double>(header.widthExtent) / static_cast<double>(header.unitsPerInch));
+                    delivery.end = Delivery::End::Complete;
+                    std::vector<unsigned char> buffer(header.lineLength);
+                    unsigned char* const list[] = {buffer.data()};
+                    for (std::uint32_t i = 0; i < header.lineCount; ++i)
                     {
-                        delivery.end = Delivery::End::LineFailed;
-                        break;
+                        if (RasterFeedLine(reader, list, 1) != 0)
+                        {
+                            delivery.end = Delivery::End::LineFailed;
+                            break;
+                        }
+                        delivery.lines.emplace_back(buffer.begin(), buffer.end());
                     }
-                    delivery.lines.emplace_back(buffer.begin(), buffer.end());
                 }
             }
+            catch (const HostFailure& failure)
+            {
+                delivery.end = Delivery::End::Thrown;
+                delivery.thrownFrom = failure.from;
+            }
+            std::int32_t scratch;
+            if (reader != nullptr)
+            {
+                RasterFeedEnd(reader, &scratch);
+            }
+            return delivery;
         }
-        catch (const HostFailure& failure)
-        {
-            delivery.end = Delivery::End::Thrown;
-            delivery.thrownFrom = failure.from;
-        }
-        std::int32_t scratch;
-        if (reader != nullptr)
-        {
-            RasterFeedEnd(reader, &scratch);
-        }
-        return delivery;
     }
 
-    std::string ReasonFor(const std::string& tiff, RasterFeedDepth depth)
+    Delivery Deliver(const std::string& tiff, const HostFaults& faults)
+    {
+        return Read(tiff, faults, nullptr);
+    }
+
+    Delivery DeliverView(const std::string& tiff, const RasterFeedSelection& selection, const HostFaults& faults)
+    {
+        return Read(tiff, faults, &selection);
+    }
+
+    RasterFeedDescription Describe(const std::string& tiff, const RasterFeedSelection& selection, RasterFeedDepth depth)
     {
         const TestSupport::Folder folder;
-        const std::string name = folder.Write("scan.tif", tiff);
-        const RasterFeedDescription description = RasterFeedProbe(name, depth);
-        const std::string prefix = name + ": ";
-        if (description.reason.compare(0, prefix.size(), prefix) == 0)
-        {
-            return description.reason.substr(prefix.size());
-        }
-        return description.reason;
+        return RasterFeedProbe(folder.Write("scan.tif", tiff), depth, selection);
+    }
+
+    std::string ReasonFor(const std::string& tiff, RasterFeedDepth depth, const RasterFeedSelection& selection)
+    {
+        const std::string reason = Describe(tiff, selection, depth).reason;
+        const std::string name = "/scan.tif: ";
+        const std::size_t at = reason.find(name);
+        return at != std::string::npos ? reason.substr(at + name.size()) : reason;
     }
 }

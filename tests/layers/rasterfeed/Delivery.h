@@ -31,7 +31,16 @@ namespace RasterFeedTest
     /// Reads `tiff` to its end or first failure; the reader is ended in any case.
     Delivery Deliver(const std::string& tiff, const HostFaults& faults = {});
 
+    /// The same of the view that `selection` describes.
+    Delivery DeliverView(const std::string& tiff, const RasterFeedSelection& selection, const HostFaults& faults = {});
+
+    /// What the probe says of `tiff` in that view. The file is written to a temporary folder for this.
+    RasterFeedDescription Describe(
+        const std::string& tiff, const RasterFeedSelection& selection, RasterFeedDepth depth = RasterFeedDepth::Lines);
+
     /// Why the probe refuses `tiff`, without the file's name; empty if it accepts it. The file is written to a temporary
     /// folder for this.
-    std::string ReasonFor(const std::string& tiff, RasterFeedDepth depth = RasterFeedDepth::Lines);
+    std::string ReasonFor(
+        const std::string& tiff, RasterFeedDepth depth = RasterFeedDepth::Lines,
+        const RasterFeedSelection& selection = {});
 }

@@ -108,12 +108,6 @@ namespace RasterFeedTest
         ExpectRefused(
             Edited([](TiffEditor& editor) { editor.Set(TIFFTAG_PREDICTOR, TIFF_SHORT, {2}); }, predicted),
             "predictor 2 of 4 bits per sample; 1, and 2 of 8 or 16 bits, are accepted");
-        for (const std::uint16_t orientation : std::vector<std::uint16_t>{5, 6, 7, 8})
-        {
-            ExpectRefused(
-                WithValue(TIFFTAG_ORIENTATION, orientation),
-                "orientation " + std::to_string(orientation) + "; 1 to 4 are accepted");
-        }
     }
 
     TEST(Refusals, SizesThatOverflow)

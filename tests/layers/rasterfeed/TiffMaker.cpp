@@ -140,7 +140,7 @@ namespace TestSupport
             if (form.resolution != 0)
             {
                 TIFFSetField(tiff, TIFFTAG_XRESOLUTION, form.resolution);
-                TIFFSetField(tiff, TIFFTAG_YRESOLUTION, form.resolution);
+                TIFFSetField(tiff, TIFFTAG_YRESOLUTION, form.yResolution != 0 ? form.yResolution : form.resolution);
             }
             if (form.compression == COMPRESSION_JPEG)
             {

@@ -30,7 +30,8 @@ namespace TestSupport
         std::uint32_t tileLength = 0;
         bool bigEndian = false;
         bool bigTiff = false;
-        double resolution = 0;         ///< 0: no tag
+        double resolution = 0;         ///< 0: no tag; the nearest ratio of 32-bit numbers
+        double yResolution = 0;        ///< 0: as `resolution`
         std::uint32_t subfileType = 0; ///< 0: no tag
     };
 

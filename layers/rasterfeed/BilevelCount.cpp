@@ -1,0 +1,78 @@
+// Plain code: what differs from machine to machine is how wide the compiler's vectors are, and whether the bits of a word are
+// counted in one instruction.
+#include "rasterfeed/BilevelCount.h"
+
+#include <endian.h>
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "rasterfeed/BilevelCount.cpp"
+#include <hwy/foreach_target.h>
+#include <hwy/highway.h>
+
+HWY_BEFORE_NAMESPACE();
+namespace RasterFeed
+{
+    namespace
+    {
+        namespace HWY_NAMESPACE
+        {
+            void AddWords(
+                std::uint64_t* __restrict sum, std::uint64_t* __restrict carry, const std::uint64_t* __restrict third,
+                std::size_t words)
+            {
+                for (std::size_t i = 0; i < words; ++i)
+                {
+                    const std::uint64_t either = sum[i] ^ carry[i];
+                    carry[i] = (sum[i] & carry[i]) | (either & third[i]);
+                    sum[i] = either ^ third[i];
+                }
+            }
+
+            void CountRow(
+                const std::uint64_t* row, std::size_t words, std::uint32_t* before, const BilevelEdge* edges,
+                std::size_t count, std::uint64_t* ones)
+            {
+                std::uint32_t sum = 0;
+                for (std::size_t i = 0; i < words; ++i)
+                {
+                    before[i] = sum;
+                    sum += static_cast<std::uint32_t>(__builtin_popcountll(row[i]));
+                }
+                before[words] = sum;
+                for (std::size_t i = 0; i < count; ++i)
+                {
+                    const BilevelEdge& edge = edges[i];
+                    // The edge's own pixel in the lowest bit, and those before it above.
+                    const std::uint64_t upTo = be64toh(row[edge.word]) >> (63 - edge.pixel);
+                    const std::uint64_t whole =
+                        before[edge.word] + static_cast<std::uint64_t>(__builtin_popcountll(upTo >> 1));
+                    ones[i] = (whole << 16) + (upTo & 1) * edge.fraction;
+                }
+            }
+        }
+    }
+}
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace RasterFeed
+{
+    namespace
+    {
+        HWY_EXPORT(AddWords);
+        HWY_EXPORT(CountRow);
+    }
+
+    void AddBits(std::uint64_t* sum, std::uint64_t* carry, const std::uint64_t* third, std::size_t words)
+    {
+        HWY_DYNAMIC_DISPATCH(AddWords)(sum, carry, third, words);
+    }
+
+    void CountOnes(
+        const std::uint64_t* row, std::size_t words, std::uint32_t* before, const BilevelEdge* edges, std::size_t count,
+        std::uint64_t* ones)
+    {
+        HWY_DYNAMIC_DISPATCH(CountRow)(row, words, before, edges, count, ones);
+    }
+}
+#endif

@@ -1,0 +1,28 @@
+// Adding and counting bilevel rows as they are stored: the inner loops of the reduction of a plate. They stand apart because
+// they see every row of an image of 10^9 pixels, and are compiled once for every kind of machine.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+namespace RasterFeed
+{
+    /// A place in a bilevel row.
+    struct BilevelEdge
+    {
+        std::uint32_t word;     ///< 64 pixels each
+        std::uint16_t pixel;    ///< in the word, 0 to 63
+        std::uint16_t fraction; ///< of that pixel, in 1/65536
+    };
+
+    /// Adds for each bit of `words` words the bits of `sum`, `carry` and `third`: the low bit of the result goes to `sum`, the
+    /// high one to `carry`. No two may overlap. Never throws.
+    void AddBits(std::uint64_t* sum, std::uint64_t* carry, const std::uint64_t* third, std::size_t words);
+
+    /// Writes to `ones` for each of `count` edges the ones of the row before it, in 1/65536 of a pixel. `row` has `words`
+    /// words of 64 pixels, the first pixel in the highest bit of the first byte, and one more word after them. `before` has
+    /// space for words + 1 numbers. Never throws.
+    void CountOnes(
+        const std::uint64_t* row, std::size_t words, std::uint32_t* before, const BilevelEdge* edges, std::size_t count,
+        std::uint64_t* ones);
+}

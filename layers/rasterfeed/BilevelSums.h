@@ -1,0 +1,56 @@
+// Sums of bilevel rows, which are never expanded: rows are added as binary numbers, one digit of each column in a plane of
+// bits, and the planes are counted once for a row of cells.
+//
+// That is the clever part of this layer. To count every row by itself, the plain way, is a line shorter for each of these ten
+// and takes twice as long for an uncompressed plate: of 28000 x 40000 pixels it is 0.068 s instead of 0.035 s. A plate in
+// Group 4, where decoding is most of the time, takes a twentieth (halftone) to a tenth (text) less.
+#pragma once
+
+#include "rasterfeed/BilevelCount.h"
+#include "rasterfeed/CellSums.h"
+
+#include <cstddef>
+
+namespace RasterFeed
+{
+    /// `Sum` holds 511 times the area of a cell.
+    template <class Sum>
+    class BilevelSums : public CellSums
+    {
+    public:
+        BilevelSums(const SeparationForm& form, const std::vector<std::int64_t>& edges);
+
+        void Add(const unsigned char* row, std::uint32_t weight) override;
+        void Finish(std::uint64_t height, unsigned char* line) override;
+
+    private:
+        using Bits = std::vector<std::uint64_t>;
+
+        /// A digit of the columns' sums.
+        struct Digit
+        {
+            Bits plane;
+            Bits pending; ///< one that waits for the next, since three are added as fast as two
+            bool isPending = false;
+        };
+
+        void AddToDigit(std::size_t digit, const std::uint64_t* bits);
+        void CountPlane(const Bits& bits, Sum weight);
+
+        std::size_t rowBytes;
+        std::size_t words; ///< of 64 pixels, of a row
+        bool onesAreInk;
+        std::vector<std::int64_t> cellEdges;
+        std::vector<BilevelEdge> places; ///< of the edges, those outside the image at its ends
+
+        Bits latest;               ///< a row
+        Bits nothing;              ///< a row of zeros
+        std::vector<Digit> digits; ///< of the rows of weight 65536, the lowest first
+
+        // For each edge, the ones before it. The sums may wrap around; the differences between two edges do not.
+        std::vector<std::uint32_t> before; ///< work space of CountOnes
+        std::vector<std::uint64_t> ones;
+        std::vector<Sum> sums;
+        std::uint64_t added = 0; ///< weight of all rows
+    };
+}

@@ -1,0 +1,74 @@
+#include "rasterfeed/ReducedLines.h"
+
+#include "rasterfeed/CellEdges.h"
+#include "rasterfeed/Refusal.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace RasterFeed
+{
+    namespace
+    {
+        std::uint64_t GreatestStep(const std::vector<std::int64_t>& edges)
+        {
+            std::int64_t greatest = 0;
+            for (std::size_t i = 1; i < edges.size(); ++i)
+            {
+                greatest = std::max(greatest, edges[i] - edges[i - 1]);
+            }
+            return static_cast<std::uint64_t>(greatest);
+        }
+    }
+
+    ReducedLines::ReducedLines(
+        RowOrder imageRows, const SeparationForm& form, const std::vector<std::int64_t>& columnEdges,
+        std::vector<std::int64_t> rowEdges, bool fromRight)
+        : rows(std::move(imageRows))
+        , edges(std::move(rowEdges))
+        , cells(columnEdges.size() - 1)
+        , isMirrored(fromRight)
+        , sums(MakeCellSums(form, columnEdges, GreatestStep(edges)))
+        , space(new unsigned char[static_cast<std::size_t>(form.RowBytes())])
+    {
+    }
+
+    void ReducedLines::NextRow()
+    {
+        row = rows.Next(space.get());
+    }
+
+    void ReducedLines::Next(unsigned char* line)
+    {
+        if (done + 1 >= edges.size())
+        {
+            throw Refusal("no line is left; as many are read as there are");
+        }
+        const std::int64_t begin = edges[done];
+        const std::int64_t end = edges[done + 1];
+        const std::int64_t last = InsideImage(end, rows.Height());
+        for (std::int64_t at = InsideImage(begin, rows.Height()); at < last;)
+        {
+            // The row at this place may be the one that the line before ended in; rows before the first cell are in none.
+            const std::int64_t index = at >> EdgeBits;
+            while (rows.Taken() <= index)
+            {
+                NextRow();
+            }
+            const std::int64_t next = std::min(last, (index + 1) << EdgeBits);
+            sums->Add(row, static_cast<std::uint32_t>(next - at));
+            at = next;
+        }
+        sums->Finish(static_cast<std::uint64_t>(end - begin), line);
+        if (isMirrored)
+        {
+            std::reverse(line, line + cells);
+        }
+        ++done;
+        // Rows after the last cell count for nothing but damage.
+        while (done + 1 == edges.size() && rows.Taken() < rows.Height())
+        {
+            NextRow();
+        }
+    }
+}
