@@ -93,7 +93,8 @@ set(CPACK_DEBIAN_DEV_DESCRIPTION "Ink separations to CIP3 PPF: headers and build
 What a host application is built with.")
 set(CPACK_DEBIAN_TOOLS_DESCRIPTION "Ink separations to CIP3 PPF: the programs
 tiff2ppf writes a PPF file from TIFF separations; ppfinfo looks into PPF files, checks them and reports ink coverage by
-zone.")
+zone; ppfwatch turns what is dropped into a folder into PPF files, as a service.")
+set(CPACK_DEBIAN_TOOLS_PACKAGE_CONTROL_EXTRA "${PROJECT_SOURCE_DIR}/tools/ppfwatch/postinst")
 set(CPACK_COMPONENT_DEV_DEPENDS runtime)
 set(CPACK_COMPONENT_TOOLS_DEPENDS runtime)
 include(CPack)

@@ -1,4 +1,3 @@
-// Groups of five characters to four bytes, with their short forms.
 #include "ppf/ASCII85Source.h"
 
 #include "ppf/Failure.h"
@@ -146,7 +145,7 @@ namespace Ppf
             {
                 throw FormatError(
                     data.Offset(), c == ZeroGroup ? "ASCII85 data has \"z\" within a group"
-                                                  : "ASCII85 data holds a character that is none of its digits");
+                                                  : "ASCII85 data holds a character that is not one of its digits");
             }
             value = value * Base + static_cast<unsigned>(c - FirstDigit);
             if (++digits == 5)

@@ -1,5 +1,5 @@
 // The ASCII85Decode filter: five characters "!" to "u" to four bytes, "z" to four zero bytes, white space anywhere, up
-// to "~>", and "<~" in front of it all if the writer put it there.
+// to "~>", and "<~" before it all if the writer put it there.
 #pragma once
 
 #include "ppf/ByteSource.h"

@@ -1,4 +1,3 @@
-// Pairs of digits to bytes, whatever white space stands between them.
 #include "ppf/ASCIIHexSource.h"
 
 #include "ppf/Failure.h"
@@ -24,7 +23,7 @@ namespace Ppf
             return decimal < 10 || letter < 6 ? value : NoDigit;
         }
 
-        /// False if one of the characters is no digit.
+        /// False if one of the characters is not a digit.
         bool DecodeBlock(const char* text, unsigned char* out)
         {
             std::array<std::uint8_t, BlockDigits> digits = {};
@@ -47,14 +46,14 @@ namespace Ppf
         std::size_t done = 0;
         while (done < count && !ended)
         {
-            const auto isRoom = [&]
+            const auto fits = [&]
             { return count - done >= BlockBytes && data.bytes.size() - data.next >= BlockDigits; };
-            while (isRoom() && DecodeBlock(data.bytes.data() + data.next, out + done))
+            while (fits() && DecodeBlock(data.bytes.data() + data.next, out + done))
             {
                 data.next += BlockDigits;
                 done += BlockBytes;
             }
-            // Digit by digit over what is no block: a line end within it, or the end of the data or of the room.
+            // Digit by digit over what is not a block: a line end within it, or the end of the data or of `out`.
             for (std::size_t i = 0; i < BlockBytes && done < count && !ended; ++i)
             {
                 unsigned high = 0;
@@ -87,7 +86,7 @@ namespace Ppf
             }
             if (DigitOf(c) == NoDigit)
             {
-                throw FormatError(data.Offset(), "ASCIIHex data holds a character that is no digit");
+                throw FormatError(data.Offset(), "ASCIIHex data holds a character that is not a digit");
             }
             digit = DigitOf(c);
             ++data.next;

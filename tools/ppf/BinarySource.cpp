@@ -1,4 +1,3 @@
-// The bytes of the file, handed on as they are.
 #include "ppf/BinarySource.h"
 
 #include <algorithm>

@@ -21,7 +21,7 @@ namespace Ppf
         /// data. Throws FormatError at data that cannot be decoded.
         virtual std::size_t Read(unsigned char* out, std::size_t count) = 0;
 
-        /// Offset in the file of the next encoded byte, close enough to say where a fault lies.
+        /// Offset in the file of the next encoded byte, close enough to say what a finding is about.
         virtual std::uint64_t Offset() const = 0;
     };
 

@@ -1,6 +1,6 @@
-// The rules, each a comparison of two things that a document says, and one pass over the data of the previews.
 #include "ppf/Check.h"
 
+#include "ppf/DecodedSize.h"
 #include "ppf/DocumentReader.h"
 #include "ppf/FileMap.h"
 #include "ppf/Keywords.h"
@@ -60,6 +60,10 @@ namespace Ppf
             void CheckSize(const Preview& preview);
             void CheckEnd();
 
+            std::uint64_t EndOfData(const Preview& preview) const
+            {
+                return document.OffsetOf(preview.data) + preview.data.size();
+            }
             void Add(std::uint64_t offset, const std::string& text) { findings.push_back({offset, text}); }
 
             const Document& document;
@@ -67,7 +71,7 @@ namespace Ppf
             std::vector<Finding> findings;
         };
 
-        /// Where a directory may let a sheet's section end. Writers differ in what they count behind CIP3EndSheet, but
+        /// Where a directory may let a sheet's section end. Writers differ in what they count after CIP3EndSheet, but
         /// one file keeps to one way.
         using SectionEnd = std::uint64_t (*)(const Sheet&);
         constexpr std::array<SectionEnd, 3> SectionEnds = {
@@ -76,7 +80,7 @@ namespace Ppf
             [](const Sheet& sheet) { return sheet.endOfWord; },
         };
 
-        /// Whether the reading broke off in this sheet: then what it lacks says nothing, as it may stand behind the damage.
+        /// Whether the reading broke off in this sheet: then what it lacks says nothing, as it may stand after the damage.
         bool Checker::IsOpen(const Sheet& sheet) const
         {
             return document.damage && sheet.length == 0;
@@ -115,21 +119,21 @@ namespace Ppf
 
         void Checker::CheckDirectoryEntry(const DirectoryEntry& entry, const Sheet& sheet, std::uint64_t sectionEnd)
         {
-            const std::string of = "directory entry of sheet " + Quoted(entry.sheetName);
+            const std::string subject = "directory entry of sheet " + Quoted(entry.sheetName);
             if (entry.offset != sheet.offset)
             {
-                Add(entry.position, of + " gives offset " + std::to_string(entry.offset) +
+                Add(entry.position, subject + " gives offset " + std::to_string(entry.offset) +
                                         ", but the section begins at " + std::to_string(sheet.offset));
             }
             else if (entry.offset + entry.length != sectionEnd)
             {
-                Add(entry.position, of + " gives " + std::to_string(entry.length) + " bytes, but the section has " +
-                                        std::to_string(sectionEnd - sheet.offset));
+                Add(entry.position, subject + " gives " + std::to_string(entry.length) +
+                                        " bytes, but the section has " + std::to_string(sectionEnd - sheet.offset));
             }
             const std::string name = sheet.SheetName();
             if (entry.sheetName != name && (!name.empty() || !IsOpen(sheet)))
             {
-                Add(entry.position, of + " stands for a sheet that calls itself " + Quoted(name));
+                Add(entry.position, subject + " stands for a sheet that calls itself " + Quoted(name));
             }
         }
 
@@ -194,7 +198,7 @@ namespace Ppf
                 return preview.data.size() >= mark.size() &&
                        preview.data.substr(preview.data.size() - mark.size()) == mark;
             };
-            const std::uint64_t end = document.OffsetOf(preview.data) + preview.data.size();
+            const std::uint64_t end = EndOfData(preview);
             if (preview.encoding == Encoding::AsciiHex && !endsWith(Filter::AsciiHexEnd))
             {
                 Add(end, "ASCIIHex data has no end mark \">\"");
@@ -218,15 +222,27 @@ namespace Ppf
         {
             try
             {
-                ScanLineReader rows(document, preview);
-                while (rows.Next() != nullptr)
+                if (preview.compression == Compression::Dct || preview.compression == Compression::Unknown)
                 {
+                    ScanLineReader rows(document, preview);
+                    while (rows.Next() != nullptr)
+                    {
+                    }
+                    return;
                 }
-                if (const std::uint64_t excess = rows.CountExcess(); excess > 0)
+                const DecodedSize size = CountDecoded(document, preview);
+                const std::uint64_t needed = preview.StoredBytes();
+                if (size.bytes < needed)
+                {
+                    Add(EndOfData(preview), "preview's data ends in row " +
+                                                std::to_string(size.bytes / preview.StoredRowBytes() + 1) + " of " +
+                                                std::to_string(preview.height));
+                }
+                if (size.bytes > needed)
                 {
                     Add(document.OffsetOf(preview.data),
-                        "preview's data goes on for " + std::to_string(excess) + " bytes behind the " +
-                            std::to_string(preview.StoredBytes()) + " that " + std::to_string(preview.width) + " x " +
+                        "preview's data goes on for " + std::to_string(size.bytes - needed) + " bytes after the " +
+                            std::to_string(needed) + " that " + std::to_string(preview.width) + " x " +
                             std::to_string(preview.height) + " pixels need");
                 }
             }
@@ -249,7 +265,7 @@ namespace Ppf
             }
             if (end < bytes.size())
             {
-                Add(end, std::to_string(bytes.size() - end) + " bytes stand behind the closing comment");
+                Add(end, std::to_string(bytes.size() - end) + " bytes stand after the closing comment");
             }
         }
     }

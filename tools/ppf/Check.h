@@ -15,7 +15,8 @@ namespace Ppf
         /// Sections, directory, end marks and closing comment, at about the speed of a search for one byte. Every
         /// writer can afford it after each file.
         Structure,
-        /// The same, and every preview is decoded and its size held against its width and height.
+        /// The same, and the decoded size of every preview is held against its width and height. Pixels are made of JPEG
+        /// data only.
         Everything
     };
 

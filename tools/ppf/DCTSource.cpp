@@ -1,4 +1,3 @@
-// libjpeg's source manager and error handling around its scan lines.
 #include "ppf/DCTSource.h"
 
 #include "ppf/Failure.h"
@@ -8,6 +7,7 @@
 #include <csetjmp>
 #include <cstdio>
 #include <exception>
+#include <new>
 #include <string>
 #include <utility>
 
@@ -63,6 +63,10 @@ namespace Ppf
                 if (failure)
                 {
                     std::rethrow_exception(std::exchange(failure, nullptr));
+                }
+                if (jpeg.err->msg_code == JERR_OUT_OF_MEMORY)
+                {
+                    throw std::bad_alloc();
                 }
                 throw FormatError(Offset(), "DCT data: " + std::string(message));
             }
@@ -131,7 +135,7 @@ namespace Ppf
             std::longjmp(Of(jpeg).escape, 1);
         }
 
-        /// A warning is a fault, since libjpeg goes on with invented pixels, but for those about mere form.
+        /// A warning ends the decoding, since libjpeg goes on with invented pixels, but for those about mere form.
         static void OnMessage(j_common_ptr jpeg, int level)
         {
             const int code = jpeg->err->msg_code;

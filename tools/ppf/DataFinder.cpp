@@ -1,4 +1,3 @@
-// One search per encoding. Text is searched for its mark, run-length data walked by tokens, JPEG data by its markers.
 #include "ppf/DataFinder.h"
 
 #include "ppf/Keywords.h"
@@ -18,14 +17,14 @@ namespace Ppf
         /// Line ends and a blank that may stand between the word and binary data.
         constexpr std::size_t LongestGap = 3;
 
-        /// How well a start fits that leads to data of the preview's size with one line end behind it.
+        /// How well a start fits that leads to data of the preview's size with one line end after it.
         constexpr int BestFit = 3;
 
         /// How often the walks through run-length data may pass over as many bytes as the file has before the first
         /// start has to do. Only a file made for it brings walks that begin at the wrong byte past their own data.
         constexpr std::uint64_t MostWalks = 16;
 
-        /// White space that is looked through behind data, in bytes. A bound, so that previews which all claim to end
+        /// White space that is looked through after data, in bytes. A bound, so that previews which all claim to end
         /// in the same wide blank cost no more than they have bytes.
         constexpr std::size_t LongestWhiteSpace = 4096;
 
@@ -45,7 +44,7 @@ namespace Ppf
             return IsLineEnd(text.substr(text.substr(0, 1) == " " ? 1 : 0));
         }
 
-        /// What closes the section that a preview image stands in, behind "CIP3End".
+        /// What closes the section that a preview image stands in, after "CIP3End".
         bool IsEndOfImageSection(std::string_view rest)
         {
             return rest.substr(0, Word::Separation.size()) == Word::Separation ||
@@ -78,9 +77,9 @@ namespace Ppf
         {
             throw FormatError(begin, "no white space stands between CIP3PreviewImage and its data");
         }
-        // The one white space character behind the word belongs to it. Some writers put a whole line end there, which
+        // The one white space character after the word belongs to it. Some writers put a whole line end there, which
         // can be data as well: 10 is a length byte, and 0 as a pixel is white space. What is told apart by is the size
-        // of the data, then that one line end stands behind it. The start right behind one character is the first.
+        // of the data, then that one line end stands after it. The start right after one character is the first.
         const std::size_t first = std::min(at + 1, bytes.size());
         const std::size_t gapEnd = std::min(first + LongestGap, bytes.size());
         std::string_view found;
@@ -90,9 +89,8 @@ namespace Ppf
             const DataEnd end = BinaryEnd(start, preview);
             if (end.at != NotFound && SectionEndsAfter(end.at))
             {
-                const std::string_view behind =
-                    bytes.substr(end.at, SkipWhiteSpace(end.at, LongestWhiteSpace) - end.at);
-                const bool isUsual = IsLineEnd(behind) && (start == first || IsUsualGap(bytes.substr(at, start - at)));
+                const std::string_view after = bytes.substr(end.at, SkipWhiteSpace(end.at, LongestWhiteSpace) - end.at);
+                const bool isUsual = IsLineEnd(after) && (start == first || IsUsualGap(bytes.substr(at, start - at)));
                 const int fit = (end.hasSize ? 2 : 0) + (isUsual ? 1 : 0);
                 if (fit > foundFit)
                 {
@@ -155,7 +153,7 @@ namespace Ppf
             const bool wasIncomplete = passed < size;
             passed += token.Run();
             i += 1 + token.DataBytes();
-            // A file may leave the end mark out where the size is complete. Looked at once: data that goes on behind
+            // A file may leave the end mark out where the size is complete. Looked at once: data that goes on after
             // its size needs the mark.
             if (wasIncomplete && passed >= size && i <= bytes.size() &&
                 (i == bytes.size() || static_cast<unsigned char>(bytes[i]) != Filter::RunLengthEnd) &&

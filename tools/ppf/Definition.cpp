@@ -1,4 +1,3 @@
-// The search for a "def" that belongs to a key, past whatever brackets hold.
 #include "ppf/Definition.h"
 
 #include "ppf/Keywords.h"

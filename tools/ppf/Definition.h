@@ -14,10 +14,10 @@ namespace Ppf
     /// Sections within sections and brackets within brackets that no file needs more of.
     constexpr std::size_t DeepestNesting = 100;
 
-    /// What stands behind a name.
+    /// What stands after a name.
     struct Definition
     {
-        /// Nothing if the name is no key of an entry.
+        /// Nothing if the name is not a key of an entry.
         std::optional<Entry> entry;
         /// The "def", or the token that no value can hold: the next entry's key, a section word, a delimiter without its
         /// opening one, or the end of the file.
@@ -25,7 +25,7 @@ namespace Ppf
     };
 
     /// Reads up to the "def" that makes the name which the scanner has just given the key of an entry, or to the token
-    /// that shows it is none. Throws FormatError if brackets nest too deeply.
+    /// that shows that it is not one. Throws FormatError if brackets nest too deeply.
     Definition TryDefinition(Scanner& scanner, const Token& key, std::string_view file);
 
     /// Reads up to the "def" of the entry whose key the scanner has just given, and returns the entry. Throws

@@ -1,4 +1,3 @@
-// What the records tell of themselves: the last of several definitions, decoded names, orientation.
 #include "ppf/Document.h"
 
 #include "ppf/Keywords.h"
@@ -40,7 +39,7 @@ namespace Ppf
 
     std::optional<Resolution> Preview::UprightResolution() const
     {
-        return resolution && Lie().transposed ? Resolution{resolution->y, resolution->x} : resolution;
+        return resolution && OrientationOnSheet().transposed ? Resolution{resolution->y, resolution->x} : resolution;
     }
 
     std::optional<std::string_view> Sheet::Find(std::string_view key) const

@@ -87,9 +87,9 @@ namespace Ppf
         std::uint64_t RowSamples() const { return width * components; }
 
         /// How the image lies, and its size and resolution once it is upright: across the sheet and up the sheet.
-        Orientation Lie() const { return matrix ? OrientationOf(*matrix) : Orientation(); }
-        std::uint64_t UprightWidth() const { return Lie().transposed ? height : width; }
-        std::uint64_t UprightHeight() const { return Lie().transposed ? width : height; }
+        Orientation OrientationOnSheet() const { return matrix ? OrientationOf(*matrix) : Orientation(); }
+        std::uint64_t UprightWidth() const { return OrientationOnSheet().transposed ? height : width; }
+        std::uint64_t UprightHeight() const { return OrientationOnSheet().transposed ? width : height; }
         std::optional<Resolution> UprightResolution() const;
     };
 
@@ -116,9 +116,9 @@ namespace Ppf
     {
         /// First byte of the section, which is that of the word CIP3BeginSheet.
         std::uint64_t offset = 0;
-        /// Bytes up to and including the end of the line of CIP3EndSheet and of one empty line behind it.
+        /// Bytes up to and including the end of the line of CIP3EndSheet and of one empty line after it.
         std::uint64_t length = 0;
-        /// Offset behind the word CIP3EndSheet, and behind the end of its line.
+        /// Offset after the word CIP3EndSheet, and after the end of its line.
         std::uint64_t endOfWord = 0;
         std::uint64_t endOfLine = 0;
         std::vector<Entry> entries;
@@ -144,7 +144,7 @@ namespace Ppf
         bool hasDirectory = false;
         std::vector<DirectoryEntry> directory;
         std::vector<Sheet> sheets;
-        /// Offset behind the closing comment.
+        /// Offset after the closing comment.
         std::uint64_t end = 0;
         /// What ended the reading before the file's end. What was read before it is in the fields above.
         std::optional<Finding> damage;

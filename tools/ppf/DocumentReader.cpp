@@ -1,4 +1,3 @@
-// A stack of open sections that statements are read into, one after the other, until the closing comment or a fault.
 #include "ppf/DocumentReader.h"
 
 #include "ppf/DataFinder.h"
@@ -20,8 +19,6 @@ namespace Ppf
         constexpr std::size_t Growth = 3;
         /// What a block of memory takes beside its bytes.
         constexpr std::size_t BlockOverhead = 16;
-        /// The longest value that is kept as an entry, in bytes.
-        constexpr std::size_t LongestValue = 64u << 10;
 
         enum class Kind
         {
@@ -86,7 +83,7 @@ namespace Ppf
             }
         }
 
-        /// The offset behind blanks and one line end, or the one given if no line end follows.
+        /// The offset after blanks and one line end, or the one given if no line end follows.
         std::uint64_t BehindLineEnd(std::string_view bytes, std::uint64_t offset)
         {
             const auto begin = static_cast<std::size_t>(offset);
@@ -102,8 +99,8 @@ namespace Ppf
         class DocumentReader
         {
         public:
-            DocumentReader(std::string_view bytes, std::size_t theMemory)
-                : memory(theMemory)
+            DocumentReader(std::string_view bytes, const Limits& theLimits)
+                : limits(theLimits)
                 , scanner(bytes)
                 , dataFinder(bytes)
             {
@@ -125,7 +122,7 @@ namespace Ppf
                 {
                     document.damage = error.AsFinding();
                 }
-                AssignInkNames(document, memory - std::min(charged, memory));
+                AssignInkNames(document, limits.memory - std::min(charged, limits.memory), limits.mostSeparations);
                 return std::move(document);
             }
 
@@ -147,12 +144,12 @@ namespace Ppf
             std::uint64_t OffsetOf(const Token& token) const { return document.OffsetOf(token.text); }
             Surface& CurrentSurface() { return document.sheets.back().surfaces.back(); }
 
-            const std::size_t memory;
+            const Limits limits;
             Document document;
             Scanner scanner;
             DataFinder dataFinder;
             std::vector<Section> sections;
-            /// The last tokens of the directory that are no word: the operands of its next entry.
+            /// The last tokens of the directory that are not words: the operands of its next entry.
             std::vector<Token> operands;
             /// Offset up to which a search for a "def" has found none.
             std::uint64_t searchedTo = 0;
@@ -173,14 +170,14 @@ namespace Ppf
                 if (StartsWith(token.text, Word::Version))
                 {
                     const std::string_view version = Trimmed(token.text.substr(Word::Version.size()));
-                    document.version = version.substr(0, LongestValue);
+                    document.version = version.substr(0, limits.longestValue);
                     return;
                 }
             }
             throw FormatError(0, "not a print production file: its header has no \"%%CIP3-File Version\"");
         }
 
-        /// Reads up to the end of one definition, word or comment. Returns false behind the closing comment.
+        /// Reads up to the end of one definition, word or comment. Returns false after the closing comment.
         bool DocumentReader::ReadStatement()
         {
             const Token token = scanner.Next();
@@ -242,7 +239,7 @@ namespace Ppf
             // A name that another search for a "def" has passed over in vain would send out the same search again.
             else if (OffsetOf(name) >= searchedTo)
             {
-                const std::uint64_t behind = scanner.Position();
+                const std::uint64_t after = scanner.Position();
                 const Definition definition = TryDefinition(scanner, name, document.bytes);
                 if (definition.entry)
                 {
@@ -250,11 +247,11 @@ namespace Ppf
                     return;
                 }
                 searchedTo = OffsetOf(definition.last);
-                scanner.MoveTo(behind);
+                scanner.MoveTo(after);
             }
         }
 
-        /// Passes over a procedure that is no entry's value: its words are not executed here.
+        /// Passes over a procedure that is not an entry's value: its words are not executed here.
         void DocumentReader::SkipProcedure(const Token& begin)
         {
             for (std::uint64_t depth = 1; depth > 0;)
@@ -304,16 +301,17 @@ namespace Ppf
                 return;
             }
             const std::uint64_t offset = document.OffsetOf(entry.value);
-            const bool isLong = entry.value.size() > LongestValue || entry.key.size() > LongestValue;
-            Charge(offset, Growth * (isLong ? sizeof(Finding) + 2 * BlockOverhead + 160 : sizeof(Entry)));
+            const bool isLong = entry.value.size() > limits.longestValue || entry.key.size() > limits.longestValue;
+            Charge(offset, Growth * (sizeof(Entry) + (isLong ? sizeof(Finding) + 2 * BlockOverhead + 160 : 0)));
             if (isLong)
             {
                 document.remarks.push_back(
                     {offset, "value of /" + Shown(entry.key) + " has " + std::to_string(entry.value.size()) +
                                  " bytes and is left out"});
-                return;
             }
-            (ofSheet ? document.sheets.back().entries : CurrentSurface().entries).push_back(entry);
+            const Entry kept = {
+                entry.key.substr(0, limits.longestValue), isLong ? entry.value.substr(0, 0) : entry.value};
+            (ofSheet ? document.sheets.back().entries : CurrentSurface().entries).push_back(kept);
         }
 
         void DocumentReader::BeginSection(std::string_view name, std::uint64_t offset)
@@ -390,7 +388,7 @@ namespace Ppf
             const std::optional<std::int64_t> length =
                 operands.size() == 3 ? IntegerOf(operands[1].text) : std::nullopt;
             if (!sheetOffset || !length || *sheetOffset < 0 || *length < 0 || operands[2].kind != TokenKind::String ||
-                operands[2].text.size() > LongestValue)
+                operands[2].text.size() > limits.longestValue)
             {
                 throw FormatError(offset, "directory entry is not an offset, a length and a name in parentheses");
             }
@@ -426,7 +424,7 @@ namespace Ppf
             constexpr std::size_t ShareOfSheet = 3;
             charged += bytes;
             chargedOfSheet += bytes;
-            if (charged > memory || chargedOfSheet > memory / ShareOfSheet)
+            if (charged > limits.memory || chargedOfSheet > limits.memory / ShareOfSheet)
             {
                 throw FormatError(offset, "file has more sections and entries than any job; reading stops here");
             }
@@ -448,8 +446,8 @@ namespace Ppf
         }
     }
 
-    Document ReadDocument(std::string_view bytes, std::size_t memory)
+    Document ReadDocument(std::string_view bytes, const Limits& limits)
     {
-        return DocumentReader(bytes, memory).Read();
+        return DocumentReader(bytes, limits).Read();
     }
 }

@@ -10,14 +10,27 @@
 
 namespace Ppf
 {
-    /// Enough for a job of more than ten thousand sheets of four inks.
-    constexpr std::size_t UsualMemory = 48u << 20;
-    /// For a file that the program has made itself.
-    constexpr std::size_t AnyMemory = std::numeric_limits<std::size_t>::max();
+    /// What a file may ask of its reader.
+    struct Limits
+    {
+        /// What the records take, in bytes; those of one sheet take a third of it at most.
+        std::size_t memory;
+        /// Bytes of a key or value that is kept.
+        std::size_t longestValue;
+        /// Names in a list of separations.
+        std::size_t mostSeparations;
+    };
 
-    /// Reads a whole file. The first fault that reading cannot step over ends it and is the document's `damage`; what
+    /// Enough for a job of more than ten thousand sheets of four inks.
+    constexpr Limits UsualLimits = {48u << 20, 64u << 10, 1000};
+    /// For a file that the program has made itself.
+    constexpr Limits NoLimits = {
+        std::numeric_limits<std::size_t>::max(), std::numeric_limits<std::size_t>::max(),
+        std::numeric_limits<std::size_t>::max() / 2};
+
+    /// Reads a whole file. The first thing wrong that reading cannot step over ends it and is the document's `damage`; what
     /// stands before it is in the document. The bytes have to outlive the document, whose texts and data point into
-    /// them. The records take at most `memory` bytes, those of one sheet a third of it, whatever the file holds: one
-    /// that has more sections and entries than that is taken as damaged.
-    Document ReadDocument(std::string_view bytes, std::size_t memory = UsualMemory);
+    /// them. A file that has more sections, entries or names than the limits allow is taken as damaged there; a value
+    /// that is too long is kept as an empty one, with a remark.
+    Document ReadDocument(std::string_view bytes, const Limits& limits = UsualLimits);
 }

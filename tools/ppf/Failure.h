@@ -12,7 +12,7 @@ namespace Ppf
     /// One thing wrong with a file.
     struct Finding
     {
-        /// Position in the file, in bytes from its first, at which the fault shows.
+        /// Position in the file, in bytes from its first, at which it shows.
         std::uint64_t offset;
         /// What is wrong, in one line without a full stop.
         std::string text;

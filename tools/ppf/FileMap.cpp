@@ -1,4 +1,3 @@
-// mmap for regular files, read for everything else.
 #include "ppf/FileMap.h"
 
 #include "ppf/Keywords.h"

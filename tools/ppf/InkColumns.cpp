@@ -1,4 +1,3 @@
-// Decoded rows added up, and means over parts of the sums.
 #include "ppf/InkColumns.h"
 
 #include "ppf/ScanLineReader.h"
@@ -156,7 +155,7 @@ namespace Ppf
 
     Measurement Measure(const Document& document, const Preview& preview)
     {
-        const Orientation orientation = preview.Lie();
+        const Orientation orientation = preview.OrientationOnSheet();
         const std::uint64_t columns = preview.UprightWidth();
         if (columns * preview.components > MostColumns)
         {

@@ -42,7 +42,7 @@ namespace Ppf
     {
         /// For each component.
         std::vector<InkColumns> inks;
-        /// Bytes that the data holds behind the last row.
+        /// Bytes that the data holds after the last row.
         std::uint64_t excess = 0;
     };
 

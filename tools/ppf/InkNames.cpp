@@ -1,4 +1,3 @@
-// Lists of names laid along the previews of their sides, within a bound on memory.
 #include "ppf/InkNames.h"
 
 #include "ppf/Keywords.h"
@@ -11,9 +10,6 @@ namespace Ppf
 {
     namespace
     {
-        /// More inks than this on one surface are no list of separations.
-        constexpr std::size_t MostSeparations = 1000;
-
         std::optional<std::string_view> FindNames(const std::vector<Entry>& entries)
         {
             for (auto entry = entries.rbegin(); entry != entries.rend(); ++entry)
@@ -26,13 +22,15 @@ namespace Ppf
             return std::nullopt;
         }
 
-        /// Throws FormatError if the value is no array of names.
-        std::vector<std::string> NamesOf(const Document& document, std::string_view value)
+        /// Throws FormatError if the value is not an array of so many names at most.
+        std::vector<std::string> NamesOf(const Document& document, std::string_view value, std::size_t most)
         {
-            const std::vector<Token> tokens = TokensOf(value, MostSeparations + 2);
+            const std::vector<Token> tokens = TokensOf(value, most + 2);
             if (tokens.size() < 2 || tokens.front().kind != TokenKind::Open || tokens.back().kind != TokenKind::Close)
             {
-                throw FormatError(document.OffsetOf(value), "value of /CIP3AdmSeparationNames is no array of names");
+                throw FormatError(
+                    document.OffsetOf(value),
+                    "value of /CIP3AdmSeparationNames is not an array of " + std::to_string(most) + " names at most");
             }
             std::vector<std::string> names;
             names.reserve(tokens.size() - 2);
@@ -81,7 +79,7 @@ namespace Ppf
         }
     }
 
-    void AssignInkNames(Document& document, std::size_t memory)
+    void AssignInkNames(Document& document, std::size_t memory, std::size_t mostSeparations)
     {
         for (Sheet& sheet : document.sheets)
         {
@@ -99,7 +97,7 @@ namespace Ppf
                         std::size_t cost = value->size();
                         if (cost <= memory)
                         {
-                            names = NamesOf(document, *value);
+                            names = NamesOf(document, *value, mostSeparations);
                             cost += CostOf(names);
                         }
                         if (cost > memory)

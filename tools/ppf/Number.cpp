@@ -1,4 +1,3 @@
-// Integers, reals and radix numbers, without a locale.
 #include "ppf/Number.h"
 
 #include <charconv>

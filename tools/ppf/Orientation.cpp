@@ -1,4 +1,3 @@
-// The eight matrices and what they say of rows and columns.
 #include "ppf/Orientation.h"
 
 #include <cmath>

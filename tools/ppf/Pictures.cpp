@@ -1,4 +1,3 @@
-// Rows turned upright, and boxes of pixels averaged into smaller ones.
 #include "ppf/Pictures.h"
 
 #include "ppf/ScanLineReader.h"
@@ -133,9 +132,9 @@ namespace Ppf
 
     void DrawUpright(
         const Document& document, const Preview& preview, unsigned component,
-        const std::function<void(const unsigned char*)>& takeRow)
+        const std::function<void(unsigned char*)>& takeRow)
     {
-        const Orientation orientation = preview.Lie();
+        const Orientation orientation = preview.OrientationOnSheet();
         ScanLineReader rows(document, preview);
         std::vector<unsigned char> line(static_cast<std::size_t>(preview.UprightWidth()));
         if (!orientation.transposed && !orientation.rowsReversed)
@@ -173,7 +172,7 @@ namespace Ppf
         std::vector<Picture> pictures = scaler.Pictures();
         for (Picture& picture : pictures)
         {
-            picture = Upright(std::move(picture), preview.Lie());
+            picture = Upright(std::move(picture), preview.OrientationOnSheet());
         }
         return pictures;
     }

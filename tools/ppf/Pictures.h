@@ -17,12 +17,12 @@ namespace Ppf
         std::vector<unsigned char> ink;
     };
 
-    /// Hands the upright rows of one component to a function, from the top, a byte per pixel; the bytes are valid
-    /// during the call. Holds the decoded separation in memory only where rows have to come in another order.
+    /// Hands the upright rows of one component to a function, from the top, a byte per pixel; the bytes may be
+    /// changed and are valid during the call. Holds the decoded separation in memory only where rows have to come in another order.
     /// Throws FormatError if the data is damaged, and what the function throws.
     void DrawUpright(
         const Document& document, const Preview& preview, unsigned component,
-        const std::function<void(const unsigned char*)>& takeRow);
+        const std::function<void(unsigned char*)>& takeRow);
 
     /// The pictures of all components, scaled down by a whole number so that neither side is longer than `longest`
     /// pixels. A pixel is the mean of those that it stands for. Throws FormatError if the data is damaged.

@@ -1,4 +1,3 @@
-// libpng's writing to a stream, and its errors as exceptions.
 #include "ppf/PngWriter.h"
 
 #include <png.h>
@@ -89,10 +88,6 @@ namespace Ppf
         {
             State& state = *static_cast<State*>(png_get_io_ptr(png));
             state.stream.write(reinterpret_cast<const char*>(bytes), static_cast<std::streamsize>(count));
-            if (!state.stream)
-            {
-                png_error(png, "the picture could not be written");
-            }
         }
 
         static void OnFlush(png_structp) {}

@@ -27,7 +27,8 @@ namespace Ppf
         using Palette = std::array<std::array<unsigned char, 3>, 256>;
 
         /// Writes to a stream, which has to outlive this object. The resolution, if any, becomes the picture's
-        /// physical size; the palette counts only for a picture that has one. Every operation throws std::runtime_error if the stream or libpng fails.
+        /// physical size; the palette counts only for a picture that has one. Every operation throws
+        /// std::runtime_error if libpng fails; whether the stream has taken everything is for the caller to see.
         PngWriter(
             std::ostream& stream, std::uint64_t width, std::uint64_t height, Colours colours,
             const std::optional<Resolution>& resolution, const Palette& palette = {});

@@ -1,4 +1,3 @@
-// Texts kept as they come, and read as numbers and names only once an image needs them.
 #include "ppf/PreviewEntries.h"
 
 #include "ppf/Keywords.h"

@@ -1,4 +1,3 @@
-// Where a token begins is known only when the one before it has been read, so a walk of one token after the other waits
 // for memory most of the time. Walks that begin at different bytes nearly always fall into step with each other after a
 // few tokens. So a block is walked in lanes that begin apart, each somewhere in the data, and a lane counts from the token
 // at which the walk through the lane before it falls into step.

@@ -12,7 +12,7 @@ namespace Ppf
     {
         /// Offset of a length byte.
         std::size_t at;
-        /// Bytes that the tokens in front of it stand for.
+        /// Bytes that the tokens before it stand for.
         std::uint64_t passed;
     };
 

@@ -1,4 +1,3 @@
-// Literal and repeat runs into the buffer that is asked for, however they fall across its end.
 #include "ppf/RunLengthSource.h"
 
 #include "ppf/Failure.h"
@@ -16,7 +15,7 @@ namespace Ppf
     {
         constexpr std::size_t BlockSize = 64u << 10;
         constexpr std::ptrdiff_t LongestRun = 128;
-        /// Bytes that runs are copied by where there is room to write beyond their end.
+        /// Bytes that runs are copied by where there is space to write beyond their end.
         constexpr unsigned Stride = 16;
         constexpr std::ptrdiff_t LongestToken = 1 + LongestRun;
         constexpr std::uint64_t EveryByte = 0x0101010101010101;
@@ -63,7 +62,7 @@ namespace Ppf
         return done;
     }
 
-    /// Expands runs as long as the block holds all of the next one and `out` has room for the longest. Whether a run is
+    /// Expands runs as long as the block holds all of the next one and `out` has space for the longest. Whether a run is
     /// literal or repeated is noise to the branch predictor, so the first stride is written the same way for both.
     std::size_t RunLengthSource::ReadWholeRuns(unsigned char* out, std::size_t count)
     {

@@ -20,7 +20,7 @@ namespace Ppf
         /// run, which is the same of its complement.
         constexpr std::uint64_t Run() const { return (length ^ ~ofLiteral) + 1 + (~ofLiteral & 257); }
 
-        /// Bytes behind it: those of a literal run, or the one that is repeated.
+        /// Bytes after it: those of a literal run, or the one that is repeated.
         constexpr std::uint64_t DataBytes() const { return 1 + (length & ofLiteral); }
 
         bool IsLiteral() const { return ofLiteral != 0; }

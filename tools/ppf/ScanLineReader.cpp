@@ -1,10 +1,7 @@
-// A chain of sources by compression and encoding, and bits widened to bytes.
 #include "ppf/ScanLineReader.h"
 
-#include "ppf/ASCII85Source.h"
-#include "ppf/ASCIIHexSource.h"
-#include "ppf/BinarySource.h"
 #include "ppf/DCTSource.h"
+#include "ppf/EncodedSource.h"
 #include "ppf/RunLengthSource.h"
 
 #include <algorithm>
@@ -36,22 +33,9 @@ namespace Ppf
             return preview.data.size() * encodingGrowth * compressionGrowth;
         }
 
-        std::unique_ptr<ByteSource> MakeEncodedSource(const EncodedText& data, Encoding encoding)
+        std::unique_ptr<ByteSource> MakeSource(const Document& document, const Preview& preview)
         {
-            switch (encoding)
-            {
-            case Encoding::AsciiHex:
-                return std::make_unique<ASCIIHexSource>(data);
-            case Encoding::Ascii85:
-                return std::make_unique<ASCII85Source>(data);
-            default:
-                return std::make_unique<BinarySource>(data);
-            }
-        }
-
-        std::unique_ptr<ByteSource> MakeSource(const EncodedText& data, const Preview& preview)
-        {
-            std::unique_ptr<ByteSource> encoded = MakeEncodedSource(data, preview.encoding);
+            std::unique_ptr<ByteSource> encoded = MakeEncodedSource(document, preview);
             switch (preview.compression)
             {
             case Compression::None:
@@ -67,7 +51,7 @@ namespace Ppf
             default:
                 throw FormatError(
                     preview.offset,
-                    "compression /" + std::string(preview.compressionName) + " is none that this reader knows");
+                    "compression /" + std::string(preview.compressionName) + " is not one that this reader knows");
             }
         }
 
@@ -96,7 +80,7 @@ namespace Ppf
         , storedRowBytes(static_cast<std::size_t>(preview.StoredRowBytes()))
         , isBilevel(preview.bitsPerComponent == 1)
         , isDct(preview.compression == Compression::Dct)
-        , source(MakeSource({preview.data, document.OffsetOf(preview.data), 0}, preview))
+        , source(MakeSource(document, preview))
     {
         if (preview.StoredBytes() > MostDecodedBytes(preview))
         {
@@ -142,7 +126,7 @@ namespace Ppf
         const std::size_t wanted = static_cast<std::size_t>(rows) * storedRowBytes;
         const std::size_t got = source->Read(block.data(), wanted);
         next = 0;
-        // Rows in front of a gap are delivered; the next call comes to it.
+        // Rows before a gap are delivered; the next call comes to it.
         end = got - got % storedRowBytes;
         if (end == 0)
         {

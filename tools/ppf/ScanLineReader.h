@@ -20,12 +20,12 @@ namespace Ppf
         ScanLineReader(const Document& document, const Preview& preview);
         ~ScanLineReader();
 
-        /// The next row, a byte per component and pixel, interleaved, 0 no ink to 255 full ink; null behind the last.
+        /// The next row, a byte per component and pixel, interleaved, 0 no ink to 255 full ink; null after the last.
         /// The bytes may be changed and are valid up to the next call. Throws FormatError if the data is damaged or
         /// ends before the last row.
         unsigned char* Next();
 
-        /// Reads what the data holds behind the last row. Returns its size in bytes, 0 as a rule. Throws FormatError.
+        /// Reads what the data holds after the last row. Returns its size in bytes, 0 as a rule. Throws FormatError.
         std::uint64_t CountExcess();
 
     private:

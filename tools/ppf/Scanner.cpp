@@ -1,4 +1,3 @@
-// One table of character classes and one rule per first character.
 #include "ppf/Scanner.h"
 
 #include "ppf/Failure.h"
@@ -158,7 +157,7 @@ namespace Ppf
         {
             if (DigitOf(bytes[i]) >= 16 && !IsWhiteSpace(bytes[i]))
             {
-                throw FormatError(i, "hexadecimal string holds a character that is no digit");
+                throw FormatError(i, "hexadecimal string holds a character that is not a digit");
             }
         }
         return end + 1;

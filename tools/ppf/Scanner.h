@@ -11,7 +11,7 @@ namespace Ppf
 {
     enum class TokenKind
     {
-        End,            ///< behind the last token
+        End,            ///< after the last token
         Comment,        ///< from "%" to the end of its line, without it
         Number,         ///< an integer, a real or a radix number
         LiteralName,    ///< with its slash, or both for an immediately evaluated one
@@ -50,7 +50,7 @@ namespace Ppf
         /// cannot hold, and a closing delimiter of a string that was not opened.
         Token Next();
 
-        /// Offset behind the last token.
+        /// Offset after the last token.
         std::uint64_t Position() const { return position; }
         void MoveTo(std::uint64_t thePosition) { position = static_cast<std::size_t>(thePosition); }
 
@@ -64,7 +64,7 @@ namespace Ppf
         std::size_t position;
     };
 
-    /// The tokens of a value, comments left out; an empty list if the text is no sequence of tokens or holds more than
+    /// The tokens of a value, comments left out; an empty list if the text is not a sequence of tokens or holds more than
     /// `most`.
     std::vector<Token> TokensOf(std::string_view text, std::size_t most);
 }

@@ -1,4 +1,3 @@
-// Escapes, hexadecimal digits and base 85 to the bytes that they stand for.
 #include "ppf/StringLiteral.h"
 
 #include "ppf/Number.h"
@@ -89,7 +88,7 @@ namespace Ppf
             return bytes;
         }
 
-        /// Nothing if the content is no ASCII85.
+        /// Nothing if the content is not ASCII85.
         std::optional<std::string> Ascii85Content(std::string_view content)
         {
             std::string bytes;

@@ -1,16 +1,13 @@
-// File names from ink names, and a PNG written for each.
 #include "ppfinfo/Extract.h"
 
+#include "host/Output.h"
+#include "host/Paths.h"
 #include "ppf/Pictures.h"
 #include "ppf/PngWriter.h"
 #include "ppfinfo/InkMeasure.h"
-#include "ppfinfo/OutputFile.h"
 
+#include <algorithm>
 #include <array>
-#include <filesystem>
-#include <stdexcept>
-#include <system_error>
-#include <vector>
 
 namespace PpfInfo
 {
@@ -33,35 +30,34 @@ namespace PpfInfo
         void WritePicture(
             const Ppf::Document& document, const Ppf::Preview& preview, unsigned component, const std::string& path)
         {
-            OutputFile file(path);
-            Ppf::PngWriter png(
-                file.Stream(), preview.UprightWidth(), preview.UprightHeight(), Ppf::PngWriter::Colours::Grey,
-                preview.UprightResolution());
-            std::vector<unsigned char> line(static_cast<std::size_t>(preview.UprightWidth()));
+            std::optional<Host::Output> file;
+            std::optional<Ppf::PngWriter> png;
             Ppf::DrawUpright(
                 document, preview, component,
-                [&](const unsigned char* ink)
+                [&](unsigned char* row)
                 {
-                    for (std::size_t x = 0; x < line.size(); ++x)
+                    // Only now is it known that the data can hold so wide a row.
+                    if (!png)
                     {
-                        line[x] = static_cast<unsigned char>(255 - ink[x]);
+                        file.emplace(path, Host::Durability::OnDisk);
+                        png.emplace(
+                            file->Stream(), preview.UprightWidth(), preview.UprightHeight(),
+                            Ppf::PngWriter::Colours::Grey, preview.UprightResolution());
                     }
-                    png.WriteRow(line.data());
+                    std::transform(
+                        row, row + preview.UprightWidth(), row,
+                        [](unsigned char ink) { return static_cast<unsigned char>(255 - ink); });
+                    png->WriteRow(row);
                 });
-            png.Finish();
-            file.Commit();
+            png->Finish();
+            file->Publish();
         }
     }
 
     std::optional<Ppf::Finding> ExtractPictures(const Ppf::Document& document, const std::string& folder)
     {
-        std::error_code failure;
-        std::filesystem::create_directories(folder, failure);
-        if (failure)
-        {
-            throw std::runtime_error("cannot make the folder " + folder + ": " + failure.message());
-        }
-        std::optional<Ppf::Finding> fault;
+        Host::MakeFolders(folder, true);
+        std::optional<Ppf::Finding> finding;
         for (std::size_t sheet = 0; sheet < document.sheets.size(); ++sheet)
         {
             // Counted per side, should a sheet have two sections of one.
@@ -76,16 +72,16 @@ namespace PpfInfo
                         const std::string name = FileName(sheet + 1, surface.side, ++position, preview.inks[i]);
                         try
                         {
-                            WritePicture(document, preview, i, (std::filesystem::path(folder) / name).string());
+                            WritePicture(document, preview, i, folder + '/' + name);
                         }
                         catch (const Ppf::FormatError& error)
                         {
-                            KeepFirst(fault, error.AsFinding());
+                            KeepFirst(finding, error.AsFinding());
                         }
                     }
                 }
             }
         }
-        return fault;
+        return finding;
     }
 }

@@ -1,4 +1,3 @@
-// The few phrases that text, tables and report share.
 #include "ppfinfo/Headings.h"
 
 #include "ppfinfo/Text.h"

@@ -1,4 +1,3 @@
-// Escapes for text, and the style sheet of the page.
 #include "ppfinfo/Html.h"
 
 #include "ppfinfo/Text.h"

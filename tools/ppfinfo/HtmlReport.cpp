@@ -1,4 +1,3 @@
-// The page from top to bottom, side by side, each written as soon as it is measured.
 #include "ppfinfo/HtmlReport.h"
 
 #include "ppf/Pictures.h"
@@ -67,7 +66,7 @@ namespace PpfInfo
 
             void Write(const std::string& fileName);
 
-            const std::optional<Ppf::Finding>& Fault() const { return fault; }
+            const std::optional<Ppf::Finding>& FirstFinding() const { return firstFinding; }
 
         private:
             void WriteHead(const std::string& fileName);
@@ -85,7 +84,7 @@ namespace PpfInfo
             const Ppf::Document& document;
             const ZoneChoice& zones;
             std::ostream& out;
-            std::optional<Ppf::Finding> fault;
+            std::optional<Ppf::Finding> firstFinding;
         };
 
         void ReportWriter::Write(const std::string& fileName)
@@ -130,7 +129,7 @@ namespace PpfInfo
             if (document.damage)
             {
                 findings.push_back(*document.damage);
-                findings.back().text += "; nothing behind this byte was read";
+                findings.back().text += "; nothing after this byte was read";
             }
             if (findings.empty())
             {
@@ -207,7 +206,7 @@ namespace PpfInfo
             for (const Ppf::Preview& preview : surface.previews)
             {
                 const InkMeasure measure = MeasureInks(document, preview);
-                KeepFirst(fault, measure.fault);
+                KeepFirst(firstFinding, measure.finding);
                 for (unsigned i = 0; i < preview.components; ++i)
                 {
                     SideInk ink = {&preview, i, colours[inks.size()], std::nullopt, {}, Observations(preview, measure)};
@@ -216,12 +215,12 @@ namespace PpfInfo
                     if (!measure.inks.empty())
                     {
                         ink.coverage = measure.inks[i].Coverage();
-                        std::optional<Ppf::Finding> zonesFault;
-                        ink.zones.edges = ZoneEdges(preview, ZonesFor(preview), zonesFault);
-                        if (zonesFault)
+                        std::optional<Ppf::Finding> zonesFinding;
+                        ink.zones.edges = ZoneEdges(preview, ZonesFor(preview), zonesFinding);
+                        if (zonesFinding)
                         {
-                            ink.notes.push_back(*zonesFault);
-                            KeepFirst(fault, zonesFault);
+                            ink.notes.push_back(*zonesFinding);
+                            KeepFirst(firstFinding, zonesFinding);
                         }
                         ink.zones.coverage = measure.inks[i].Zones(ink.zones.edges);
                     }
@@ -382,6 +381,6 @@ namespace PpfInfo
     {
         ReportWriter writer(document, zones, out);
         writer.Write(fileName);
-        return writer.Fault();
+        return writer.FirstFinding();
     }
 }

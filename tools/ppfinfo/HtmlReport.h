@@ -11,7 +11,7 @@
 namespace PpfInfo
 {
     /// Writes the page. Without a choice, zones are 32.5 mm wide where the resolution is known. Returns the first
-    /// fault among the previews, each of which the page shows in its place.
+    /// finding among the previews, each of which the page shows in its place.
     std::optional<Ppf::Finding> WriteHtmlReport(
         const std::string& fileName, const Ppf::Document& document, const ZoneChoice& zones, std::ostream& out);
 }

@@ -1,4 +1,3 @@
-// The process inks by name, and hues for the others from their names.
 #include "ppfinfo/InkColours.h"
 
 #include <algorithm>

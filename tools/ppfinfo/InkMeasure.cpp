@@ -1,4 +1,3 @@
-// The one place where a fault of a preview is caught instead of passed on.
 #include "ppfinfo/InkMeasure.h"
 
 #include <utility>
@@ -16,7 +15,7 @@ namespace PpfInfo
         }
         catch (const Ppf::FormatError& error)
         {
-            measure.fault = error.AsFinding();
+            measure.finding = error.AsFinding();
         }
         return measure;
     }

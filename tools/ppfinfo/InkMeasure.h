@@ -1,4 +1,4 @@
-// A preview measured for output: its inks where it can be decoded, its fault where it cannot. Every form of output
+// A preview measured for output: its inks where it can be decoded, its finding where it cannot. Every form of output
 // shows what it can and goes on.
 #pragma once
 
@@ -15,11 +15,11 @@ namespace PpfInfo
         /// One per component; empty if the preview cannot be decoded.
         std::vector<Ppf::InkColumns> inks;
         std::uint64_t excess = 0;
-        std::optional<Ppf::Finding> fault;
+        std::optional<Ppf::Finding> finding;
     };
 
     InkMeasure MeasureInks(const Ppf::Document& document, const Ppf::Preview& preview);
 
-    /// Keeps the fault that stands first in the file.
+    /// Keeps the finding that stands first in the file.
     void KeepFirst(std::optional<Ppf::Finding>& first, const std::optional<Ppf::Finding>& other);
 }

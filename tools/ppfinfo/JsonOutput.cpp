@@ -1,153 +1,172 @@
-// The document sheet by sheet, so that no more than one is in memory as JSON.
 #include "ppfinfo/JsonOutput.h"
 
 #include "ppfinfo/InkMeasure.h"
+#include "ppfinfo/JsonWriter.h"
 #include "ppfinfo/Text.h"
-
-#include <nlohmann/json.hpp>
 
 #include <cmath>
 #include <string>
+#include <unordered_map>
+#include <vector>
 
 namespace PpfInfo
 {
     namespace
     {
-        using Json = nlohmann::ordered_json;
-
-        /// Whole numbers without a point.
-        Json NumberOf(double value)
-        {
-            constexpr double GreatestExact = 9007199254740992.0;
-            if (value == std::floor(value) && std::abs(value) <= GreatestExact)
-            {
-                return static_cast<std::int64_t>(value);
-            }
-            return value;
-        }
-
-        /// Entry by entry: a directory has as many as there are sheets.
-        void WriteDirectory(const Ppf::Document& document, std::ostream& out)
-        {
-            const char* separator = "";
-            for (const Ppf::DirectoryEntry& entry : document.directory)
-            {
-                const Json json = {
-                    {"offset", entry.offset}, {"length", entry.length}, {"sheetName", ToUtf8(entry.sheetName)}};
-                out << separator << json.dump();
-                separator = ",";
-            }
-        }
-
-        class SheetWriter
+        class DocumentWriter
         {
         public:
-            SheetWriter(const Ppf::Document& theDocument, const ZoneChoice& theZones)
+            DocumentWriter(const Ppf::Document& theDocument, const ZoneChoice& theZones, std::ostream& out)
                 : document(theDocument)
                 , zones(theZones)
+                , json(out)
             {
             }
 
-            Json JsonOf(const Ppf::Sheet& sheet)
+            void Write()
             {
-                Json parameters = Json::object();
-                for (const Ppf::Entry& entry : sheet.Parameters())
+                json.BeginObject();
+                json.Text("version", document.version);
+                json.Name("directory");
+                json.BeginArray();
+                for (const Ppf::DirectoryEntry& entry : document.directory)
                 {
-                    parameters[ToUtf8(entry.key)] = ToUtf8(entry.value);
+                    json.BeginObject();
+                    json.Whole("offset", entry.offset);
+                    json.Whole("length", entry.length);
+                    json.Text("sheetName", entry.sheetName);
+                    json.EndObject();
                 }
-                Json surfaces = Json::array();
-                for (const Ppf::Surface& surface : sheet.surfaces)
+                json.EndArray();
+                json.Name("sheets");
+                json.BeginArray();
+                for (const Ppf::Sheet& sheet : document.sheets)
                 {
-                    surfaces.push_back({{"side", NameOf(surface.side)}, {"separations", SeparationsOf(surface)}});
+                    WriteSheet(sheet);
                 }
-                return {
-                    {"offset", sheet.offset},
-                    {"length", sheet.length},
-                    {"jobName", ToUtf8(sheet.JobName())},
-                    {"sheetName", ToUtf8(sheet.SheetName())},
-                    {"extent", ToUtf8(sheet.Extent())},
-                    {"parameters", std::move(parameters)},
-                    {"surfaces", std::move(surfaces)}};
+                json.EndArray();
+                json.EndObject();
             }
 
-            const std::optional<Ppf::Finding>& Fault() const { return fault; }
+            const std::optional<Ppf::Finding>& FirstFinding() const { return firstFinding; }
 
         private:
-            Json SeparationsOf(const Ppf::Surface& surface)
+            void WriteSheet(const Ppf::Sheet& sheet)
             {
-                Json separations = Json::array();
+                json.BeginObject();
+                json.Whole("offset", sheet.offset);
+                json.Whole("length", sheet.length);
+                json.Text("jobName", sheet.JobName());
+                json.Text("sheetName", sheet.SheetName());
+                json.Text("extent", sheet.Extent());
+                WriteParameters(sheet);
+                json.Name("surfaces");
+                json.BeginArray();
+                for (const Ppf::Surface& surface : sheet.surfaces)
+                {
+                    WriteSurface(surface);
+                }
+                json.EndArray();
+                json.EndObject();
+            }
+
+            /// The last definition of a key counts, at the place of the first.
+            void WriteParameters(const Ppf::Sheet& sheet)
+            {
+                std::vector<Ppf::Entry> parameters;
+                std::unordered_map<std::string, std::size_t> places;
+                for (const Ppf::Entry& entry : sheet.Parameters())
+                {
+                    const auto [place, isNew] = places.emplace(ToUtf8(entry.key), parameters.size());
+                    if (isNew)
+                    {
+                        parameters.push_back(entry);
+                    }
+                    parameters[place->second].value = entry.value;
+                }
+                json.Name("parameters");
+                json.BeginObject();
+                for (const Ppf::Entry& entry : parameters)
+                {
+                    json.Text(entry.key, entry.value);
+                }
+                json.EndObject();
+            }
+
+            void WriteSurface(const Ppf::Surface& surface)
+            {
+                json.BeginObject();
+                json.Text("side", NameOf(surface.side));
+                json.Name("separations");
+                json.BeginArray();
                 for (const Ppf::Preview& preview : surface.previews)
                 {
                     const InkMeasure measure = MeasureInks(document, preview);
-                    KeepFirst(fault, measure.fault);
+                    KeepFirst(firstFinding, measure.finding);
                     for (unsigned i = 0; i < preview.components; ++i)
                     {
-                        const Ppf::InkColumns* ink = measure.inks.empty() ? nullptr : &measure.inks[i];
-                        separations.push_back(SeparationOf(preview, preview.inks[i], ink));
+                        WriteSeparation(preview, preview.inks[i], measure.inks.empty() ? nullptr : &measure.inks[i]);
                     }
                 }
-                return separations;
+                json.EndArray();
+                json.EndObject();
             }
 
-            Json SeparationOf(const Ppf::Preview& preview, const std::string& name, const Ppf::InkColumns* ink)
+            void WriteSeparation(const Ppf::Preview& preview, const std::string& name, const Ppf::InkColumns* ink)
             {
-                Json resolution = nullptr;
-                if (preview.resolution)
-                {
-                    resolution = {NumberOf(preview.resolution->x), NumberOf(preview.resolution->y)};
-                }
-                Json separation = {
-                    {"name", ToUtf8(name)},
-                    {"width", preview.width},
-                    {"height", preview.height},
-                    {"resolution", std::move(resolution)},
-                    {"compression", ToUtf8(preview.compressionName)},
-                    {"encoding", ToUtf8(preview.encodingName)},
-                    {"dataBytes", preview.data.size()},
-                    {"coverage", nullptr}};
-                if (ink != nullptr)
-                {
-                    separation["coverage"] = ink->Coverage();
-                }
+                json.BeginObject();
+                json.Text("name", name);
+                json.Whole("width", preview.width);
+                json.Whole("height", preview.height);
+                json.Name("resolution");
+                WriteResolution(preview.resolution);
+                json.Text("compression", preview.compressionName);
+                json.Text("encoding", preview.encodingName);
+                json.Whole("dataBytes", preview.data.size());
+                json.Name("coverage");
+                ink == nullptr ? json.Null() : json.Number(ink->Coverage());
                 if (zones.IsGiven())
                 {
-                    separation["zones"] =
-                        ink == nullptr ? std::vector<double>() : ink->Zones(ZoneEdges(preview, zones, fault));
+                    json.Name("zones");
+                    json.BeginArray();
+                    for (const double zone :
+                         ink == nullptr ? std::vector<double>() : ink->Zones(ZoneEdges(preview, zones, firstFinding)))
+                    {
+                        json.Number(zone);
+                    }
+                    json.EndArray();
                 }
-                return separation;
+                json.EndObject();
+            }
+
+            void WriteResolution(const std::optional<Ppf::Resolution>& resolution)
+            {
+                if (!resolution)
+                {
+                    json.Null();
+                    return;
+                }
+                json.BeginArray();
+                for (const double number : {resolution->x, resolution->y})
+                {
+                    constexpr double GreatestExact = 9007199254740992.0;
+                    const bool isWhole = number == std::floor(number) && number >= 0 && number <= GreatestExact;
+                    isWhole ? json.Whole(static_cast<std::uint64_t>(number)) : json.Number(number);
+                }
+                json.EndArray();
             }
 
             const Ppf::Document& document;
             const ZoneChoice& zones;
-            std::optional<Ppf::Finding> fault;
+            JsonWriter json;
+            std::optional<Ppf::Finding> firstFinding;
         };
-
-        /// Text of a value that stands two levels deep.
-        std::string Indented(const Json& json)
-        {
-            std::string text;
-            for (const char c : json.dump(2))
-            {
-                text += c;
-                text += c == '\n' ? "    " : "";
-            }
-            return text;
-        }
     }
 
     std::optional<Ppf::Finding> WriteJson(const Ppf::Document& document, const ZoneChoice& zones, std::ostream& out)
     {
-        SheetWriter writer(document, zones);
-        out << "{\n  \"version\": " << Json(ToUtf8(document.version)).dump() << ",\n  \"directory\": [";
-        WriteDirectory(document, out);
-        out << "],\n  \"sheets\": [";
-        const char* separator = "";
-        for (const Ppf::Sheet& sheet : document.sheets)
-        {
-            out << separator << "\n    " << Indented(writer.JsonOf(sheet));
-            separator = ",";
-        }
-        out << (document.sheets.empty() ? "]" : "\n  ]") << "\n}\n";
-        return writer.Fault();
+        DocumentWriter writer(document, zones, out);
+        writer.Write();
+        return writer.FirstFinding();
     }
 }

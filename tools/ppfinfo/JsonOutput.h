@@ -10,6 +10,6 @@
 namespace PpfInfo
 {
     /// Writes the document sheet by sheet. A separation that cannot be decoded has null as its coverage and no zones.
-    /// Returns the first fault among the previews.
+    /// Returns the first finding among the previews.
     std::optional<Ppf::Finding> WriteJson(const Ppf::Document& document, const ZoneChoice& zones, std::ostream& out);
 }

@@ -1,4 +1,3 @@
-// What is allowed and still worth a look: differences within a side, and inks without ink.
 #include "ppfinfo/Observations.h"
 
 #include "ppf/Check.h"
@@ -46,7 +45,7 @@ namespace PpfInfo
                         {preview.offset, "separation " + Quoted(preview.inks[0]) +
                                              " has another resolution than the first of its side"});
                 }
-                if (!preview.Lie().IsUpright())
+                if (!preview.OrientationOnSheet().IsUpright())
                 {
                     findings.push_back(
                         {preview.offset,
@@ -94,16 +93,15 @@ namespace PpfInfo
     std::vector<Ppf::Finding> Observations(const Ppf::Preview& preview, const InkMeasure& measure)
     {
         std::vector<Ppf::Finding> findings;
-        if (measure.fault)
+        if (measure.finding)
         {
-            findings.push_back(*measure.fault);
+            findings.push_back(*measure.finding);
         }
         if (measure.excess > 0)
         {
             findings.push_back(
                 {preview.offset, "data of separation " + Quoted(preview.inks[0]) + " goes on for " +
-                                     std::to_string(measure.excess) +
-                                     " bytes behind its last row, which are left out"});
+                                     std::to_string(measure.excess) + " bytes after its last row, which are left out"});
         }
         for (std::size_t i = 0; i < measure.inks.size(); ++i)
         {

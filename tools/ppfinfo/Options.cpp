@@ -1,5 +1,6 @@
-// The command line and the help text.
 #include "ppfinfo/Options.h"
+
+#include "host/Failure.h"
 
 #include <CLI/CLI.hpp>
 
@@ -63,7 +64,7 @@ namespace PpfInfo
 
     CommandLine ReadCommandLine(int argc, const char* const* argv)
     {
-        CommandLine line = {CommandLine::Outcome::Run, {}, ""};
+        CommandLine line;
         Options& options = line.options;
         std::string zoneWidth;
 
@@ -95,27 +96,28 @@ namespace PpfInfo
                "--zone-width", zoneWidth, "The same with zones of this width: a number with mm, cm, inch or point")
             ->type_name("WIDTH")
             ->check(CLI::Validator(CheckLength, ""));
+        std::string problem;
         try
         {
             app.parse(argc, argv);
             options.zones.width = ParseLength(zoneWidth).value_or(0);
-            line.text = file->empty() ? "no file: name the one to look into" : Contradiction(options);
-            line.outcome = line.text.empty() ? CommandLine::Outcome::Run : CommandLine::Outcome::UsageError;
+            problem = file->empty() ? "no file: name the one to look into" : Contradiction(options);
         }
         catch (const CLI::CallForHelp&)
         {
-            line.outcome = CommandLine::Outcome::Answer;
-            line.text = app.help();
+            line.answer = app.help();
         }
         catch (const CLI::CallForVersion& version)
         {
-            line.outcome = CommandLine::Outcome::Answer;
-            line.text = std::string(version.what()) + "\n";
+            line.answer = std::string(version.what()) + "\n";
         }
         catch (const CLI::ParseError& error)
         {
-            line.outcome = CommandLine::Outcome::UsageError;
-            line.text = error.what();
+            problem = error.what();
+        }
+        if (!problem.empty())
+        {
+            throw Host::UsageError(problem + "; see ppfinfo --help");
         }
         return line;
     }

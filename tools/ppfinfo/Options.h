@@ -19,22 +19,13 @@ namespace PpfInfo
         ZoneChoice zones;
     };
 
-    /// What reading the command line came to.
     struct CommandLine
     {
-        enum class Outcome
-        {
-            Run,
-            /// `text` is the answer to --help or --version.
-            Answer,
-            /// `text` says what is wrong.
-            UsageError
-        };
-
-        Outcome outcome;
         Options options;
-        std::string text;
+        /// What --help or --version ask for; empty if there is a file to look into.
+        std::string answer;
     };
 
+    /// Throws Host::UsageError.
     CommandLine ReadCommandLine(int argc, const char* const* argv);
 }

@@ -1,8 +1,8 @@
-// Inks multiplied over paper, and pictures as URLs within the page.
 #include "ppfinfo/ReportPictures.h"
 
 #include "ppf/PngWriter.h"
 
+#include <new>
 #include <sstream>
 
 namespace PpfInfo
@@ -29,8 +29,13 @@ namespace PpfInfo
             return text;
         }
 
+        /// Throws std::bad_alloc if the stream could not take the picture.
         std::string Url(const std::ostringstream& png)
         {
+            if (!png)
+            {
+                throw std::bad_alloc();
+            }
             return "data:image/png;base64," + Base64(png.str());
         }
     }

@@ -1,24 +1,20 @@
-// One file, one form of output, and one line for the first fault.
 #include "ppfinfo/Run.h"
 
+#include "host/InputFile.h"
+#include "host/Output.h"
 #include "ppf/Check.h"
 #include "ppf/DocumentReader.h"
-#include "ppf/FileMap.h"
+#include "ppf/Keywords.h"
 #include "ppfinfo/Extract.h"
 #include "ppfinfo/HtmlReport.h"
 #include "ppfinfo/InkMeasure.h"
 #include "ppfinfo/JsonOutput.h"
-#include "ppfinfo/OutputFile.h"
 #include "ppfinfo/Text.h"
 #include "ppfinfo/TextOutput.h"
 #include "ppfinfo/ZoneTable.h"
 
-#include <exception>
 #include <filesystem>
 #include <fstream>
-#include <new>
-#include <stdexcept>
-#include <string_view>
 #include <system_error>
 #include <vector>
 
@@ -44,77 +40,61 @@ namespace PpfInfo
         /// Whether the file at `path` begins as PostScript files do.
         bool IsPostScript(const std::string& path)
         {
-            constexpr std::string_view Mark = "%!PS";
+            std::error_code none;
+            if (!std::filesystem::is_regular_file(path, none))
+            {
+                return false;
+            }
             std::ifstream file(path, std::ios::binary);
-            std::string begin(Mark.size(), '\0');
-            return file.read(begin.data(), static_cast<std::streamsize>(begin.size())) && begin == Mark;
+            std::string begin(Ppf::Word::Magic.size(), '\0');
+            return file.read(begin.data(), static_cast<std::streamsize>(begin.size())) && begin == Ppf::Word::Magic;
         }
 
         std::optional<Ppf::Finding> WriteReportFile(const Options& options, const Ppf::Document& document)
         {
             // The place of the page is easily forgotten, and the next argument taken for it.
-            if (std::filesystem::is_regular_file(options.reportTo) && IsPostScript(options.reportTo))
+            if (IsPostScript(options.reportTo))
             {
-                throw std::runtime_error(
+                throw Host::Failure(
                     "--report: " + options.reportTo +
                     " is a PostScript or PPF file, which the page would replace; name the page, as in report.html");
             }
-            OutputFile file(options.reportTo);
-            auto fault = WriteHtmlReport(options.file, document, options.zones, file.Stream());
-            file.Commit();
-            return fault;
+            Host::Output file(options.reportTo, Host::Durability::OnDisk);
+            std::optional<Ppf::Finding> finding = WriteHtmlReport(options.file, document, options.zones, file.Stream());
+            file.Publish();
+            return finding;
         }
 
-        /// The first fault in the order of the file, or nothing.
+        /// The first finding in the order of the file, or nothing.
         std::optional<Ppf::Finding> Write(const Options& options, const Ppf::Document& document, std::ostream& out)
         {
             if (options.check)
             {
                 return WriteFindings(document, out);
             }
-            std::optional<Ppf::Finding> fault = !options.extractTo.empty()
-                                                    ? ExtractPictures(document, options.extractTo)
-                                                : !options.reportTo.empty() ? WriteReportFile(options, document)
-                                                : options.json              ? WriteJson(document, options.zones, out)
-                                                : options.zones.IsGiven() ? WriteZoneTable(document, options.zones, out)
-                                                                          : WriteText(options.file, document, out);
-            KeepFirst(fault, document.damage);
-            return fault;
+            std::optional<Ppf::Finding> finding =
+                !options.extractTo.empty()  ? ExtractPictures(document, options.extractTo)
+                : !options.reportTo.empty() ? WriteReportFile(options, document)
+                : options.json              ? WriteJson(document, options.zones, out)
+                : options.zones.IsGiven()   ? WriteZoneTable(document, options.zones, out)
+                                            : WriteText(options.file, document, out);
+            KeepFirst(finding, document.damage);
+            return finding;
         }
     }
 
-    ExitStatus Run(const Options& options, std::ostream& out, std::ostream& errors)
+    Host::ExitStatus Run(const Options& options, Host::DescriptorStream& out)
     {
-        const auto fail = [&](const std::string& text)
+        const Host::InputFile file(options.file == "-" ? "/dev/stdin" : options.file, Ppf::Word::Magic);
+        const Ppf::Document document = Ppf::ReadDocument(file.Bytes());
+        // Of a file that does not begin as one there is nothing to show.
+        const bool isForeign = document.version.empty() && document.damage && !options.check;
+        const std::optional<Ppf::Finding> finding = isForeign ? document.damage : Write(options, document, out);
+        out.Finish("standard output");
+        if (finding && !options.check)
         {
-            out.flush();
-            errors << "ppfinfo: error: " << text << '\n';
-            return Failure;
-        };
-        try
-        {
-            const Ppf::FileMap file(options.file == "-" ? "/dev/stdin" : options.file);
-            const Ppf::Document document = Ppf::ReadDocument(file.Bytes());
-            // Of a file that does not begin as one there is nothing to show.
-            if (document.version.empty() && document.damage && !options.check)
-            {
-                return fail(ToPrintable(options.file) + ": " + At(*document.damage));
-            }
-            const std::optional<Ppf::Finding> fault = Write(options, document, out);
-            out.flush();
-            if (!out)
-            {
-                return fail("cannot write to standard output");
-            }
-            return fault ? fail(ToPrintable(options.file) + ": " + At(*fault)) : Success;
+            throw Host::Failure(options.file + ": " + At(*finding));
         }
-        catch (const std::bad_alloc&)
-        {
-            return fail(ToPrintable(options.file) + ": not enough memory for a preview of this size");
-        }
-        catch (const std::exception& error)
-        {
-            return fail(ToPrintable(error.what()));
-        }
+        return finding ? Host::ExitFailed : Host::ExitDone;
     }
 }

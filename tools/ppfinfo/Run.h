@@ -1,21 +1,15 @@
 // What the program does once the command line is read.
 #pragma once
 
+#include "host/DescriptorStream.h"
+#include "host/Failure.h"
 #include "ppfinfo/Options.h"
-
-#include <ostream>
 
 namespace PpfInfo
 {
-    /// The program's exit statuses.
-    enum ExitStatus
-    {
-        Success = 0,
-        Failure = 1,
-        UsageError = 2
-    };
-
-    /// Looks into the file as the options ask. What was asked for goes to `out`; a fault becomes one line on `errors`,
-    /// after everything that can be read was written. Does not throw for what a file or the file system may do.
-    ExitStatus Run(const Options& options, std::ostream& out, std::ostream& errors);
+    /// Looks into the file as the options ask. What was asked for goes to `out`, all of it when this returns or throws.
+    /// Throws Host::Failure with the error line if the file or an output cannot be dealt with, and about the first thing
+    /// wrong with the file after everything that can be read was written. What --check finds is no failure of the program:
+    /// the result is ExitFailed then.
+    Host::ExitStatus Run(const Options& options, Host::DescriptorStream& out);
 }

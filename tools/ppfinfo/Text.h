@@ -19,7 +19,7 @@ namespace PpfInfo
     std::string PaddedLeft(const std::string& text, std::size_t width);
     std::string PaddedRight(const std::string& text, std::size_t width);
 
-    /// With so many digits behind the point.
+    /// With so many digits after the point.
     std::string Fixed(double value, int digits);
 
     /// The shortest text that reads back as the same number: "2", "50.8".

@@ -1,4 +1,3 @@
-// Lines in columns, sheet by sheet.
 #include "ppfinfo/TextOutput.h"
 
 #include "ppfinfo/Headings.h"
@@ -66,7 +65,7 @@ namespace PpfInfo
                 }
             }
 
-            const std::optional<Ppf::Finding>& Fault() const { return fault; }
+            const std::optional<Ppf::Finding>& FirstFinding() const { return firstFinding; }
 
         private:
             void WriteEntry(const std::string& name, std::string_view value)
@@ -99,7 +98,7 @@ namespace PpfInfo
                 for (const Ppf::Preview& preview : surface.previews)
                 {
                     const InkMeasure measure = MeasureInks(document, preview);
-                    KeepFirst(fault, measure.fault);
+                    KeepFirst(firstFinding, measure.finding);
                     const std::vector<Ppf::Finding> seen = Observations(preview, measure);
                     unusual.insert(unusual.end(), seen.begin(), seen.end());
                     for (std::size_t i = 0; i < preview.inks.size(); ++i)
@@ -117,7 +116,7 @@ namespace PpfInfo
             const Ppf::Document& document;
             std::ostream& out;
             std::vector<Ppf::Finding> unusual;
-            std::optional<Ppf::Finding> fault;
+            std::optional<Ppf::Finding> firstFinding;
         };
     }
 
@@ -131,6 +130,6 @@ namespace PpfInfo
             writer.WriteSheet(i);
         }
         writer.WriteUnusual();
-        return writer.Fault();
+        return writer.FirstFinding();
     }
 }

@@ -9,7 +9,7 @@
 
 namespace PpfInfo
 {
-    /// Writes the summary. Returns the first fault among the previews.
+    /// Writes the summary. Returns the first finding among the previews.
     std::optional<Ppf::Finding>
     WriteText(const std::string& fileName, const Ppf::Document& document, std::ostream& out);
 }

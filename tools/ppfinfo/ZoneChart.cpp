@@ -1,4 +1,3 @@
-// Bars in per cents of the chart, so that it stretches with the picture.
 #include "ppfinfo/ZoneChart.h"
 
 #include "ppfinfo/Html.h"

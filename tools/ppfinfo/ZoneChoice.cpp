@@ -1,4 +1,3 @@
-// Units of length, and the reasons for which there may be no zones.
 #include "ppfinfo/ZoneChoice.h"
 
 #include "ppf/InkColumns.h"
@@ -44,7 +43,7 @@ namespace PpfInfo
     }
 
     std::vector<double>
-    ZoneEdges(const Ppf::Preview& preview, const ZoneChoice& choice, std::optional<Ppf::Finding>& fault)
+    ZoneEdges(const Ppf::Preview& preview, const ZoneChoice& choice, std::optional<Ppf::Finding>& finding)
     {
         const std::uint64_t columns = preview.UprightWidth();
         if (choice.width <= 0)
@@ -56,7 +55,7 @@ namespace PpfInfo
         if (!resolution)
         {
             KeepFirst(
-                fault,
+                finding,
                 Ppf::Finding{
                     preview.offset,
                     separation + " has no resolution, so its zones have no width; give their number with --zones"});
@@ -66,9 +65,9 @@ namespace PpfInfo
         if (!(Ppf::CountOfZones(columns, width) <= static_cast<double>(MostZones)))
         {
             KeepFirst(
-                fault, Ppf::Finding{
-                           preview.offset, separation + " would have more than " + std::to_string(MostZones) +
-                                               " zones; give a greater --zone-width"});
+                finding, Ppf::Finding{
+                             preview.offset, separation + " would have more than " + std::to_string(MostZones) +
+                                                 " zones; give a greater --zone-width"});
             return {};
         }
         return Ppf::EdgesOfZones(columns, width);

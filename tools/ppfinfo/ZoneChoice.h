@@ -12,7 +12,7 @@
 namespace PpfInfo
 {
     /// A length as it is given on the command line, "32.5mm", "3 cm", "1.28inch" or "92point", in inches. Nothing if
-    /// the text is no such length or not above 0.
+    /// the text is not such a length or not above 0.
     std::optional<double> ParseLength(std::string_view text);
 
     /// Neither field: no zones are wanted.
@@ -30,10 +30,10 @@ namespace PpfInfo
     constexpr std::uint64_t MostZones = 100000;
 
     /// The edges of the zones in an upright preview, in its columns. None if zones have a width but the preview no
-    /// resolution, or if there would be more than `mostZones`; `fault` then says so, unless it has one that stands
-    /// further in front.
+    /// resolution, or if there would be more than `mostZones`; `finding` then says so, unless it has one that stands
+    /// further ahead.
     std::vector<double>
-    ZoneEdges(const Ppf::Preview& preview, const ZoneChoice& choice, std::optional<Ppf::Finding>& fault);
+    ZoneEdges(const Ppf::Preview& preview, const ZoneChoice& choice, std::optional<Ppf::Finding>& finding);
 
     /// So many pixels at so many per inch, in millimetres.
     double Millimetres(double pixels, double perInch);

@@ -1,4 +1,3 @@
-// One table per side, with a column for each ink.
 #include "ppfinfo/ZoneTable.h"
 
 #include "ppfinfo/Headings.h"
@@ -45,14 +44,14 @@ namespace PpfInfo
                 std::vector<double> edges;
                 for (const Ppf::Preview& preview : surface.previews)
                 {
-                    const std::vector<double> own = ZoneEdges(preview, zones, fault);
+                    const std::vector<double> own = ZoneEdges(preview, zones, firstFinding);
                     if (own.size() > edges.size())
                     {
                         edges = own;
                         widest = &preview;
                     }
                     const InkMeasure measure = MeasureInks(document, preview);
-                    KeepFirst(fault, measure.fault);
+                    KeepFirst(firstFinding, measure.finding);
                     for (std::size_t i = 0; i < preview.inks.size(); ++i)
                     {
                         columns.push_back(
@@ -66,7 +65,7 @@ namespace PpfInfo
                 }
             }
 
-            const std::optional<Ppf::Finding>& Fault() const { return fault; }
+            const std::optional<Ppf::Finding>& FirstFinding() const { return firstFinding; }
 
         private:
             void WriteTable(
@@ -97,7 +96,7 @@ namespace PpfInfo
             const Ppf::Document& document;
             const ZoneChoice& zones;
             std::ostream& out;
-            std::optional<Ppf::Finding> fault;
+            std::optional<Ppf::Finding> firstFinding;
         };
     }
 
@@ -116,6 +115,6 @@ namespace PpfInfo
                 gap = "\n";
             }
         }
-        return writer.Fault();
+        return writer.FirstFinding();
     }
 }

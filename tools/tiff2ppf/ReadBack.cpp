@@ -88,7 +88,7 @@ namespace Tiff2Ppf
     std::string FaultOnReadingBack(std::string_view file, const Job& job)
     {
         // The file's records are no more than what the job has in memory already.
-        const Ppf::Document document = Ppf::ReadDocument(file, Ppf::AnyMemory);
+        const Ppf::Document document = Ppf::ReadDocument(file, Ppf::NoLimits);
         const auto findings = Ppf::Check(document, Ppf::CheckDepth::Structure);
         return findings.empty() ? FaultAgainstJob(document, job)
                                 : FaultAt(findings.front().offset, findings.front().text);

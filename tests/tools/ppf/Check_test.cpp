@@ -10,8 +10,10 @@
 
 #include <unistd.h>
 
-namespace Ppf::Test
+namespace PpfTest
 {
+    using namespace Ppf;
+
     namespace
     {
         using testing::ElementsAre;
@@ -66,10 +68,10 @@ namespace Ppf::Test
         {
             EXPECT_THAT(
                 Findings(Damaged(1232, "fe")),
-                ElementsAre(HasSubstr("1227: preview's data goes on for 1 bytes behind the 8 that 4 x 2")));
+                ElementsAre(HasSubstr("1227: preview's data goes on for 1 bytes after the 8 that 4 x 2")));
             EXPECT_THAT(Findings(Damaged(1232, "00")), ElementsAre("1245: preview's data ends in row 2 of 2"));
             EXPECT_THAT(
-                Findings(Damaged(1230, "g")), ElementsAre("1230: ASCIIHex data holds a character that is no digit"));
+                Findings(Damaged(1230, "g")), ElementsAre("1230: ASCIIHex data holds a character that is not a digit"));
             // Decoding is what the cheap check leaves out.
             EXPECT_THAT(Findings(Damaged(1232, "fe"), CheckDepth::Structure), IsEmpty());
         }
@@ -118,8 +120,7 @@ namespace Ppf::Test
         TEST(Check, BytesBehindTheClosingCommentAreTold)
         {
             EXPECT_THAT(Findings(TwoSheets() + "\r\n\x04"), IsEmpty());
-            EXPECT_THAT(
-                Findings(TwoSheets() + "\nmore"), ElementsAre("2040: 4 bytes stand behind the closing comment"));
+            EXPECT_THAT(Findings(TwoSheets() + "\nmore"), ElementsAre("2040: 4 bytes stand after the closing comment"));
         }
 
         TEST(Check, FindingsComeInTheOrderOfTheFile)
@@ -133,7 +134,7 @@ namespace Ppf::Test
 
         TEST(Check, WhatADamageMayHaveTakenIsNotMissed)
         {
-            // In the second sheet, in front of all its entries; then behind its name.
+            // In the second sheet, before all its entries; then after its name.
             EXPECT_THAT(
                 Findings(TwoSheets().substr(0, 1333)),
                 ElementsAre("1333: file ends within the section CIP3BeginSheet that begins at byte 1313"));

@@ -6,8 +6,10 @@
 
 #include <functional>
 
-namespace Ppf::Test
+namespace PpfTest
 {
+    using namespace Ppf;
+
     namespace
     {
         using testing::ElementsAre;
@@ -80,7 +82,7 @@ namespace Ppf::Test
             }
         }
 
-        /// A file as another maker might write it: entries in any order and in outer sections, names behind the
+        /// A file as another maker might write it: entries in any order and in outer sections, names after the
         /// pictures, procedures, dictionaries and sections of its own, a directory without padding.
         TEST(DocumentReader, FileOfAnotherMakerIsRead)
         {
@@ -188,12 +190,12 @@ namespace Ppf::Test
                 {"RunLengthDecode", lineFeed, ""},
                 {"None", "\n23456789 1\n", ""},
                 {"None", "\r\n3456789 1\r", "\r"},
-                // A gap of two blanks would leave one line end behind the data.
+                // A gap of two blanks would leave one line end after the data.
                 {"None", " 23456789 1 ", " "}};
-            for (const auto& [compression, data, behind] : forms)
+            for (const auto& [compression, data, after] : forms)
             {
                 const std::string file = Replaced(
-                    FrontOf("(K)", Separation(12, 1, compression, "Binary", data + behind)), "CIP3PreviewImage\n",
+                    FrontOf("(K)", Separation(12, 1, compression, "Binary", data + after)), "CIP3PreviewImage\n",
                     "CIP3PreviewImage ");
                 const Document document = ReadDocument(file);
                 ASSERT_EQ(Text(document.damage), "");
@@ -241,7 +243,8 @@ namespace Ppf::Test
                 {"CIP3PreviewImage\n00ff>\n", "", "separation has no preview image"},
                 {"00ff>\n", "00ff>\n17 ", "preview image data is not followed by the end of its section"},
                 {"00ff>\nCIP3EndSeparation", "00ff", "stands where CIP3EndSeparation is due"},
-                {"/CIP3AdmSeparationNames [(K)]", "/CIP3AdmSeparationNames (K)", "is no array of names"},
+                {"/CIP3AdmSeparationNames [(K)]", "/CIP3AdmSeparationNames (K)",
+                 "is not an array of 1000 names at most"},
                 {"CIP3BeginSheet\n", "CIP3BeginPPFDirectory 1 (x) CIP3PPFDirEntry\n",
                  "directory entry is not an offset, a length and a name"},
             };
@@ -317,8 +320,8 @@ namespace Ppf::Test
             const std::string bytes = Header() + sheets + Closing();
             const Document document = ReadDocument(bytes);
             EXPECT_THAT(Text(document.damage), HasSubstr("more sections and entries than any job"));
-            EXPECT_LT(document.sheets.capacity() * sizeof(Sheet), UsualMemory);
-            EXPECT_EQ(Text(ReadDocument(bytes, AnyMemory).damage), "");
+            EXPECT_LT(document.sheets.capacity() * sizeof(Sheet), UsualLimits.memory);
+            EXPECT_EQ(Text(ReadDocument(bytes, NoLimits).damage), "");
         }
 
         TEST(DocumentReader, LargeJobIsRead)
@@ -369,7 +372,8 @@ namespace Ppf::Test
             const std::string bytes = Front("/CIP3AdmPicture (" + std::string(100000, 'x') + ") def\n");
             const Document document = ReadDocument(bytes);
             EXPECT_EQ(Text(document.damage), "");
-            EXPECT_THAT(document.sheets[0].surfaces[0].entries, IsEmpty());
+            ASSERT_EQ(document.sheets[0].surfaces[0].entries.size(), 1u);
+            EXPECT_EQ(document.sheets[0].surfaces[0].entries[0].value, "");
             ASSERT_EQ(document.remarks.size(), 1u);
             EXPECT_EQ(document.remarks[0].text, "value of /CIP3AdmPicture has 100002 bytes and is left out");
         }

@@ -2,8 +2,10 @@
 
 #include "ppf/ScanLineReader.h"
 
-namespace Ppf::Test
+namespace PpfTest
 {
+    using namespace Ppf;
+
     namespace
     {
         std::string DirectoryLine(const std::string& offset, const std::string& length, const std::string& name)

@@ -6,13 +6,13 @@
 
 #include <string>
 
-namespace Ppf::Test
+namespace PpfTest
 {
     /// A complete file of 2039 bytes: a job of two sheets, S1 with a front and S2 with a back, each with one separation
     /// of 4 x 2 pixels whose rows are FF FF FF FF and 00 00 FF 7F.
     std::string TwoSheets();
 
-    /// What stands in front of the first section, and behind the last.
+    /// What stands before the first section, and after the last.
     std::string Header();
     std::string Closing();
 
@@ -20,7 +20,7 @@ namespace Ppf::Test
     std::string Front(const std::string& content);
 
     /// A separation of 8-bit pixels with the data given, which follows the word and a line end at once. `entries`
-    /// stand behind the others and so replace them.
+    /// stand after the others and so replace them.
     std::string Separation(
         int width, int height, const std::string& compression, const std::string& encoding, const std::string& data,
         const std::string& entries = "");
@@ -29,8 +29,8 @@ namespace Ppf::Test
     std::string FrontOf(const std::string& names, const std::string& separations);
 
     /// The samples of all rows as they are stored, in hexadecimal and with "/" between rows.
-    std::string Rows(const Document& document, const Preview& preview);
+    std::string Rows(const Ppf::Document& document, const Ppf::Preview& preview);
 
     /// The damage or finding as "offset: text", or an empty string.
-    std::string Text(const std::optional<Finding>& finding);
+    std::string Text(const std::optional<Ppf::Finding>& finding);
 }

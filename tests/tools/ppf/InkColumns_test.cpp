@@ -4,8 +4,10 @@
 
 #include <gmock/gmock.h>
 
-namespace Ppf::Test
+namespace PpfTest
 {
+    using namespace Ppf;
+
     namespace
     {
         using testing::DoubleNear;

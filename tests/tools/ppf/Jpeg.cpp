@@ -6,7 +6,7 @@
 
 #include <jpeglib.h>
 
-namespace Ppf::Test
+namespace PpfTest
 {
     std::string FlatJpeg(unsigned width, unsigned height, unsigned components, unsigned char value, bool progressive)
     {

@@ -3,7 +3,7 @@
 
 #include <string>
 
-namespace Ppf::Test
+namespace PpfTest
 {
     /// A picture whose samples all have one value, of 1 or 4 components.
     std::string FlatJpeg(unsigned width, unsigned height, unsigned components, unsigned char value, bool progressive);

@@ -7,8 +7,10 @@
 #include <random>
 #include <string>
 
-namespace Ppf::Test
+namespace PpfTest
 {
+    using namespace Ppf;
+
     namespace
     {
         constexpr char EndMark = '\x80';
@@ -33,7 +35,7 @@ namespace Ppf::Test
             return tokens;
         }
 
-        /// Asserts that `place` is what a walk of one token after the other comes to, with no end mark in front of it.
+        /// Asserts that `place` is what a walk of one token after the other comes to, with no end mark before it.
         void ExpectIsPlace(RunLengthPlace place, const std::string& tokens, std::size_t begin)
         {
             std::uint64_t passed = 0;
@@ -79,7 +81,7 @@ namespace Ppf::Test
 
         TEST(RunLengthLanes, TokensThatNoOtherWalkFallsIntoStepWithArePassedToo)
         {
-            // Literals of one byte, each a zero: lanes begin at odd places behind the first token, and stay there.
+            // Literals of one byte, each a zero: lanes begin at odd places after the first token, and stay there.
             const std::string tokens = std::string("\x01xy", 3) + std::string(200000, '\0');
             const RunLengthPlace place = PassTokens(tokens, 0, Unbounded);
             ExpectIsPlace(place, tokens, 0);

@@ -5,8 +5,10 @@
 
 #include <gmock/gmock.h>
 
-namespace Ppf::Test
+namespace PpfTest
 {
+    using namespace Ppf;
+
     namespace
     {
         using testing::HasSubstr;
@@ -122,7 +124,8 @@ namespace Ppf::Test
             EXPECT_THAT(
                 RowsOf(Separation(20, 10, "DCTDecode", "ASCIIHexDecode", "ffd8ffd9>")), HasSubstr("DCT data: "));
             EXPECT_THAT(RowsOf(Separation(20, 10, "DCTDecode", "ASCIIHexDecode", "ffd8ff>")), HasSubstr("cut off"));
-            EXPECT_THAT(RowsOf(Separation(20, 10, "DCTDecode", "ASCIIHexDecode", "ffd8qq>")), HasSubstr("no digit"));
+            EXPECT_THAT(
+                RowsOf(Separation(20, 10, "DCTDecode", "ASCIIHexDecode", "ffd8qq>")), HasSubstr("is not a digit"));
         }
 
         TEST(ScanLineReader, DataThatEndsEarlyNamesTheRow)
@@ -148,7 +151,7 @@ namespace Ppf::Test
         {
             EXPECT_EQ(
                 RowsOf(Separation(1, 1, "LZWDecode", "ASCIIHexDecode", "00>")),
-                "compression /LZWDecode is none that this reader knows");
+                "compression /LZWDecode is not one that this reader knows");
         }
 
         TEST(ScanLineReader, DataBehindTheLastRowIsCounted)

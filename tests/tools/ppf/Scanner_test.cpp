@@ -5,8 +5,10 @@
 
 #include <gmock/gmock.h>
 
-namespace Ppf::Test
+namespace PpfTest
 {
+    using namespace Ppf;
+
     namespace
     {
         using testing::ElementsAre;

@@ -11,8 +11,10 @@
 #include <algorithm>
 #include <random>
 
-namespace Ppf::Test
+namespace PpfTest
 {
+    using namespace Ppf;
+
     namespace
     {
         using testing::HasSubstr;
@@ -26,7 +28,7 @@ namespace Ppf::Test
                 got = source.Read(piece.data(), step);
                 all.append(reinterpret_cast<const char*>(piece.data()), got);
             }
-            EXPECT_EQ(source.Read(piece.data(), step), 0u) << "data goes on behind its end";
+            EXPECT_EQ(source.Read(piece.data(), step), 0u) << "data goes on after its end";
             return all;
         }
 
@@ -118,7 +120,7 @@ namespace Ppf::Test
         TEST(ASCII85Source, RefusesWhatIsNoGroup)
         {
             const auto failure = [](std::string_view text) { return Failure([&] { Decoded<ASCII85Source>(text); }); };
-            EXPECT_EQ(failure("!<N?+!<v"), "7: ASCII85 data holds a character that is none of its digits");
+            EXPECT_EQ(failure("!<N?+!<v"), "7: ASCII85 data holds a character that is not one of its digits");
             EXPECT_EQ(failure("!!z!!~>"), "2: ASCII85 data has \"z\" within a group");
             EXPECT_THAT(failure("s8W-\"~>"), HasSubstr("above 4294967295"));
             EXPECT_THAT(failure("zzzzzzzzzuuuuuzzzz~>"), HasSubstr("above 4294967295"));
@@ -150,7 +152,7 @@ namespace Ppf::Test
             }
             EXPECT_EQ(
                 Failure([] { Decoded<ASCIIHexSource>("41g1>"); }),
-                "2: ASCIIHex data holds a character that is no digit");
+                "2: ASCIIHex data holds a character that is not a digit");
             EXPECT_EQ(Failure([] { Decoded<ASCIIHexSource>("4142"); }), "4: ASCIIHex data has no end mark \">\"");
         }
 

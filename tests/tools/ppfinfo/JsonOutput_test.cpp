@@ -4,14 +4,14 @@
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
-namespace PpfInfo::Test
+namespace PpfInfoTest
 {
     namespace
     {
         using Json = nlohmann::ordered_json;
-        using Ppf::Test::FrontOf;
-        using Ppf::Test::Separation;
-        using Ppf::Test::TwoSheets;
+        using PpfTest::FrontOf;
+        using PpfTest::Separation;
+        using PpfTest::TwoSheets;
 
         Json JsonOf(const std::string& bytes, std::vector<std::string> arguments = {})
         {
@@ -108,7 +108,7 @@ namespace PpfInfo::Test
             bytes.replace(bytes.find("/CIP3PreviewImageResolution"), 6, "/CIP4A");
             const Outcome outcome = RunOn(bytes, {"--json", "--zone-width", "1.5inch"});
             EXPECT_EQ(outcome.status, 1);
-            EXPECT_THAT(outcome.errors, testing::HasSubstr("byte 1209: separation \"Black\" has no resolution"));
+            EXPECT_THAT(outcome.error, testing::HasSubstr("byte 1209: separation \"Black\" has no resolution"));
             Json json = Json::parse(outcome.out);
             EXPECT_EQ(SeparationOf(json, 0)["zones"].dump(), "[]");
             EXPECT_TRUE(SeparationOf(json, 0)["coverage"].is_number());
@@ -120,7 +120,7 @@ namespace PpfInfo::Test
             const std::string bytes = FrontOf("(K)", Separation(2, 1, "None", "ASCIIHexDecode", "0>"));
             const Outcome outcome = RunOn(bytes, {"--json", "--zones", "2"});
             EXPECT_EQ(outcome.status, 1);
-            EXPECT_THAT(outcome.errors, testing::HasSubstr("preview's data ends in row 1 of 1"));
+            EXPECT_THAT(outcome.error, testing::HasSubstr("preview's data ends in row 1 of 1"));
             Json json = Json::parse(outcome.out);
             EXPECT_TRUE(SeparationOf(json, 0)["coverage"].is_null());
             EXPECT_EQ(SeparationOf(json, 0)["zones"].dump(), "[]");

@@ -1,74 +1,79 @@
 #include "tests/tools/ppfinfo/Program.h"
 
+#include "host/Descriptor.h"
+#include "host/Text.h"
 #include "ppfinfo/Options.h"
 #include "ppfinfo/Run.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <sstream>
+#include <new>
 
+#include <sys/mman.h>
 #include <unistd.h>
 
-namespace PpfInfo::Test
+namespace PpfInfoTest
 {
-    Folder::Folder()
-        : path(testing::TempDir() + "ppfinfo-XXXXXX")
-    {
-        EXPECT_NE(mkdtemp(path.data()), nullptr);
-    }
+    using namespace PpfInfo;
 
-    Folder::~Folder()
+    namespace
     {
-        std::filesystem::remove_all(path);
-    }
-
-    std::string Folder::Write(const std::string& name, const std::string& bytes) const
-    {
-        std::ofstream(Path(name), std::ios::binary) << bytes;
-        return Path(name);
-    }
-
-    std::string Folder::Read(const std::string& name) const
-    {
-        std::ifstream file(Path(name), std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-    }
-
-    std::vector<std::string> Folder::Names() const
-    {
-        std::vector<std::string> names;
-        for (const auto& entry : std::filesystem::directory_iterator(path))
+        /// A file in memory in place of standard output.
+        class Capture
         {
-            names.push_back(entry.path().filename().string());
+        public:
+            Capture()
+                : file(memfd_create("standard output", MFD_CLOEXEC))
+            {
+                EXPECT_TRUE(file.IsOpen());
+            }
+
+            int Number() const { return file.Number(); }
+            std::string Text() const { return Folder::BytesOf("/proc/self/fd/" + std::to_string(file.Number())); }
+
+        private:
+            Host::Descriptor file;
+        };
+
+        Host::ExitStatus Run(const std::vector<std::string>& arguments, int output, std::string& answer)
+        {
+            std::vector<const char*> argv = {"ppfinfo"};
+            for (const std::string& argument : arguments)
+            {
+                argv.push_back(argument.c_str());
+            }
+            const CommandLine line = ReadCommandLine(static_cast<int>(argv.size()), argv.data());
+            if (!line.answer.empty())
+            {
+                answer = line.answer;
+                return Host::ExitDone;
+            }
+            Host::DescriptorStream out(output);
+            return PpfInfo::Run(line.options, out);
         }
-        std::sort(names.begin(), names.end());
-        return names;
     }
 
     Outcome RunWith(const std::vector<std::string>& arguments)
     {
-        std::vector<const char*> argv = {"ppfinfo"};
-        for (const std::string& argument : arguments)
+        const Capture output;
+        Outcome outcome;
+        std::string answer;
+        try
         {
-            argv.push_back(argument.c_str());
+            outcome.status = Run(arguments, output.Number(), answer);
         }
-        const CommandLine line = ReadCommandLine(static_cast<int>(argv.size()), argv.data());
-        if (line.outcome == CommandLine::Outcome::Answer)
+        catch (const Host::UsageError& error)
         {
-            return {0, line.text, ""};
+            outcome.status = Host::ExitUsage;
+            outcome.error = Host::OneLine(error.what());
         }
-        if (line.outcome == CommandLine::Outcome::UsageError)
+        catch (const std::exception& error)
         {
-            return {UsageError, "", line.text};
+            outcome.status = Host::ExitFailed;
+            outcome.error = Host::OneLine(error.what());
         }
-        std::ostringstream out;
-        std::ostringstream errors;
-        const int status = PpfInfo::Run(line.options, out, errors);
-        return {status, out.str(), errors.str()};
+        outcome.out = answer + output.Text();
+        return outcome;
     }
 
     Outcome RunOn(const std::string& bytes, std::vector<std::string> arguments)
@@ -78,7 +83,7 @@ namespace PpfInfo::Test
         arguments.push_back(file);
         Outcome outcome = RunWith(arguments);
         // The folder's name is another in each run.
-        for (std::string* text : {&outcome.out, &outcome.errors})
+        for (std::string* text : {&outcome.out, &outcome.error})
         {
             for (std::size_t at = text->find(file); at != std::string::npos; at = text->find(file))
             {

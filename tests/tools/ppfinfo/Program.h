@@ -1,35 +1,21 @@
 // Running the program without a process: a file's bytes and a command line in, what it writes and its status out.
 #pragma once
 
+#include "tests/support/Folder.h"
+
 #include <string>
 #include <vector>
 
-namespace PpfInfo::Test
+namespace PpfInfoTest
 {
+    using TestSupport::Folder;
+
     struct Outcome
     {
         int status = 0;
         std::string out;
-        std::string errors;
-    };
-
-    /// A folder of its own, removed with everything in it.
-    class Folder
-    {
-    public:
-        Folder();
-        ~Folder();
-        Folder(const Folder&) = delete;
-        Folder& operator=(const Folder&) = delete;
-
-        std::string Path(const std::string& name) const { return path + "/" + name; }
-        std::string Write(const std::string& name, const std::string& bytes) const;
-        std::string Read(const std::string& name) const;
-        /// Names of what is in it, sorted.
-        std::vector<std::string> Names() const;
-
-    private:
-        std::string path;
+        /// The error line without the program's name.
+        std::string error;
     };
 
     /// The program with these arguments.

@@ -1,5 +1,6 @@
 // The program as a whole: what stands on standard output, the one error line, and the exit status.
 
+#include "host/Descriptor.h"
 #include "ppfinfo/Run.h"
 #include "tests/tools/ppf/Files.h"
 #include "tests/tools/ppfinfo/Program.h"
@@ -8,13 +9,17 @@
 
 #include <sstream>
 
-namespace PpfInfo::Test
+#include <fcntl.h>
+
+namespace PpfInfoTest
 {
+    using namespace PpfInfo;
+
     namespace
     {
-        using Ppf::Test::FrontOf;
-        using Ppf::Test::Separation;
-        using Ppf::Test::TwoSheets;
+        using PpfTest::FrontOf;
+        using PpfTest::Separation;
+        using PpfTest::TwoSheets;
         using testing::ElementsAre;
         using testing::HasSubstr;
         using testing::Not;
@@ -45,7 +50,7 @@ namespace PpfInfo::Test
         {
             const Outcome outcome = RunOn(TwoSheets(), {});
             EXPECT_EQ(outcome.status, 0);
-            EXPECT_EQ(outcome.errors, "");
+            EXPECT_EQ(outcome.error, "");
             EXPECT_THAT(outcome.out, StartsWith("job.ppf: print production file, version 3.0, 2 sheets, 2039 bytes\n"));
             EXPECT_THAT(outcome.out, HasSubstr("\nSheet 2, \"S2\"\n"));
             EXPECT_THAT(Line(outcome.out, "back"), HasSubstr("1 ink, 4 x 2 pixels, 50.8 x 25.4 mm, 2 ppi"));
@@ -67,7 +72,7 @@ namespace PpfInfo::Test
             EXPECT_THAT(unusual, HasSubstr("side has two separations named \"Cyan\""));
             EXPECT_THAT(unusual, HasSubstr("has 1 x 1 pixels, the first of its side 2 x 1"));
             EXPECT_THAT(unusual, HasSubstr("another resolution than the first"));
-            EXPECT_THAT(unusual, HasSubstr("goes on for 1 bytes behind its last row"));
+            EXPECT_THAT(unusual, HasSubstr("goes on for 1 bytes after its last row"));
             EXPECT_THAT(unusual, HasSubstr("separation \"Cyan\" has no ink"));
         }
 
@@ -76,7 +81,7 @@ namespace PpfInfo::Test
             const std::string bytes =
                 FrontOf("(\\033[2J\x9B\x31m\\377)", Separation(1, 1, "None", "ASCIIHexDecode", "00>"));
             const Outcome outcome = RunOn(bytes, {});
-            EXPECT_THAT(outcome.out, HasSubstr("\\x1B[2J\\x9B1m\xC3\xBF"));
+            EXPECT_THAT(outcome.out, HasSubstr("\\x1b[2J\\xc2\\x9b1m\xC3\xBF"));
             EXPECT_THAT(outcome.out, Not(HasSubstr("\x1B")));
         }
 
@@ -90,9 +95,9 @@ namespace PpfInfo::Test
                 EXPECT_EQ(outcome.status, 1) << form;
                 EXPECT_THAT(outcome.out, HasSubstr("S2")) << form;
                 EXPECT_EQ(
-                    outcome.errors, "ppfinfo: error: job.ppf: byte 1995: file ends within the section CIP3BeginBack "
-                                    "that begins at byte "
-                                    "1518\n");
+                    outcome.error, "job.ppf: byte 1995: file ends within the section CIP3BeginBack "
+                                   "that begins at byte "
+                                   "1518");
             }
         }
 
@@ -102,7 +107,7 @@ namespace PpfInfo::Test
             EXPECT_EQ(text.status, 1);
             EXPECT_THAT(Line(text.out, "Cyan"), HasSubstr("50.00 %"));
             EXPECT_THAT(Line(text.out, "Gold"), HasSubstr("damaged"));
-            EXPECT_THAT(text.errors, HasSubstr("ASCIIHex data holds a character that is no digit\n"));
+            EXPECT_THAT(text.error, HasSubstr("ASCIIHex data holds a character that is not a digit"));
             const Outcome zones = RunOn(BrokenSecond(), {"--zones", "2"});
             EXPECT_EQ(zones.status, 1);
             EXPECT_EQ(Line(zones.out, "   1 "), "   1       0.0       0.4   100.00        -");
@@ -112,7 +117,7 @@ namespace PpfInfo::Test
         {
             const Outcome good = RunOn(TwoSheets(), {"--check"});
             EXPECT_EQ(good.status, 0);
-            EXPECT_EQ(good.out + good.errors, "");
+            EXPECT_EQ(good.out + good.error, "");
 
             std::string bytes = TwoSheets();
             bytes.replace(68, 10, "0000000600");
@@ -121,8 +126,8 @@ namespace PpfInfo::Test
             EXPECT_EQ(bad.status, 1);
             EXPECT_EQ(
                 bad.out, "byte 68: directory entry of sheet \"S1\" gives offset 600, but the section begins at 601\n"
-                         "byte 1230: ASCIIHex data holds a character that is no digit\n");
-            EXPECT_EQ(bad.errors, "ppfinfo: error: job.ppf: " + bad.out.substr(0, bad.out.find('\n') + 1));
+                         "byte 1230: ASCIIHex data holds a character that is not a digit\n");
+            EXPECT_EQ(bad.error, "") << "a finding is said once";
         }
 
         TEST(Run, ZonesOfANumberAndOfAWidthAreTables)
@@ -143,13 +148,13 @@ namespace PpfInfo::Test
 
         TEST(Run, ZoneWidthsThatCannotBeAreFailuresWithAnAnswer)
         {
-            EXPECT_THAT(RunOn(TwoSheets(), {"--zone-width", "0.0000001mm"}).errors, HasSubstr("give a greater"));
+            EXPECT_THAT(RunOn(TwoSheets(), {"--zone-width", "0.0000001mm"}).error, HasSubstr("give a greater"));
             std::string bytes = TwoSheets();
             bytes.replace(bytes.find("/CIP3PreviewImageResolution"), 6, "/CIP4A");
             const Outcome outcome = RunOn(bytes, {"--zone-width", "10mm"});
             EXPECT_EQ(outcome.status, 1);
-            EXPECT_THAT(outcome.errors, HasSubstr("job.ppf: byte 1209: separation \"Black\" has no resolution"));
-            EXPECT_THAT(outcome.errors, HasSubstr("give their number with --zones"));
+            EXPECT_THAT(outcome.error, HasSubstr("job.ppf: byte 1209: separation \"Black\" has no resolution"));
+            EXPECT_THAT(outcome.error, HasSubstr("give their number with --zones"));
             EXPECT_THAT(outcome.out, HasSubstr("\"S2\", back: ink coverage per zone in per cent\nzone "));
         }
 
@@ -174,8 +179,8 @@ namespace PpfInfo::Test
             {
                 const Outcome outcome = RunWith(line);
                 EXPECT_EQ(outcome.status, 2) << testing::PrintToString(line);
-                EXPECT_NE(outcome.errors, "");
-                EXPECT_THAT(outcome.errors, Not(HasSubstr("\n"))) << testing::PrintToString(line);
+                EXPECT_NE(outcome.error, "");
+                EXPECT_THAT(outcome.error, Not(HasSubstr("\n"))) << testing::PrintToString(line);
             }
             EXPECT_THAT(RunWith({"--help"}).out, HasSubstr("--zone-width"));
             EXPECT_THAT(RunWith({"--version"}).out, StartsWith("ppfinfo "));
@@ -185,24 +190,28 @@ namespace PpfInfo::Test
         {
             const Outcome outcome = RunWith({"/nowhere/job.ppf"});
             EXPECT_EQ(outcome.status, 1);
-            EXPECT_EQ(outcome.errors, "ppfinfo: error: /nowhere/job.ppf: No such file or directory\n");
-            EXPECT_THAT(RunOn("", {}).errors, HasSubstr("byte 0: not a print production file"));
+            EXPECT_EQ(outcome.error, "/nowhere/job.ppf: No such file or directory");
+            EXPECT_THAT(RunOn("", {}).error, HasSubstr("byte 0: not a print production file"));
             EXPECT_EQ(RunOn("II*", {}).out, "");
-            EXPECT_THAT(
-                RunWith({"/dev/zero"}).errors,
-                StartsWith("ppfinfo: error: /dev/zero: byte 0: not a print production file"));
+            EXPECT_THAT(RunWith({"/dev/zero"}).error, StartsWith("/dev/zero: byte 0: not a print production file"));
         }
 
-        TEST(Run, OutputThatCannotBeWrittenIsAFailure)
+        TEST(Run, OutputThatCannotBeWrittenIsAFailureWithItsReason)
         {
             const Folder folder;
             Options options;
             options.file = folder.Write("job.ppf", TwoSheets());
-            std::ostringstream out;
-            out.setstate(std::ios::badbit);
-            std::ostringstream errors;
-            EXPECT_EQ(PpfInfo::Run(options, out, errors), Failure);
-            EXPECT_EQ(errors.str(), "ppfinfo: error: cannot write to standard output\n");
+            const Host::Descriptor full(open("/dev/full", O_WRONLY | O_CLOEXEC));
+            Host::DescriptorStream out(full.Number());
+            try
+            {
+                PpfInfo::Run(options, out);
+                FAIL() << "a full device took it";
+            }
+            catch (const Host::Failure& failure)
+            {
+                EXPECT_STREQ(failure.what(), "standard output cannot be written: No space left on device");
+            }
         }
     }
 }

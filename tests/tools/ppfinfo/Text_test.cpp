@@ -7,8 +7,10 @@
 
 #include <cmath>
 
-namespace PpfInfo::Test
+namespace PpfInfoTest
 {
+    using namespace PpfInfo;
+
     namespace
     {
         TEST(Text, Utf8StaysAndEveryOtherByteIsLatin1)

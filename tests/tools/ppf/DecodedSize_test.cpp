@@ -1,0 +1,94 @@
+#include "ppf/DecodedSize.h"
+#include "ppf/DocumentReader.h"
+#include "tests/tools/ppf/Files.h"
+
+#include <gmock/gmock.h>
+
+#include <random>
+
+namespace PpfTest
+{
+    using namespace Ppf;
+
+    namespace
+    {
+        std::string Hex(const std::string& bytes)
+        {
+            constexpr char Digits[] = "0123456789abcdef";
+            std::string text;
+            for (const char c : bytes)
+            {
+                text += Digits[static_cast<unsigned char>(c) >> 4];
+                text += Digits[c & 15];
+            }
+            return text + ">";
+        }
+
+        DecodedSize
+        SizeOf(const std::string& compression, const std::string& encoding, const std::string& data, int width)
+        {
+            const std::string bytes = FrontOf("(K)", Separation(width, 1, compression, encoding, data));
+            const Document document = ReadDocument(bytes);
+            EXPECT_EQ(Text(document.damage), "");
+            return CountDecoded(document, document.sheets.at(0).surfaces.at(0).previews.at(0));
+        }
+
+        TEST(DecodedSize, PlainDataCountsItsBytes)
+        {
+            EXPECT_EQ(SizeOf("None", "Binary", "abc", 3).bytes, 3u);
+            EXPECT_EQ(SizeOf("None", "ASCIIHexDecode", "00 11\n2>", 3).bytes, 3u);
+            EXPECT_EQ(SizeOf("None", "ASCII85Decode", "z!!~>", 5).bytes, 5u);
+        }
+
+        TEST(DecodedSize, EndMarkOfRunsIsToldAndWhatStandsAfterIt)
+        {
+            EXPECT_TRUE(SizeOf("RunLengthDecode", "ASCIIHexDecode", "0211223380>", 3).hasEndMark);
+            EXPECT_FALSE(SizeOf("RunLengthDecode", "ASCIIHexDecode", "02112233>", 3).hasEndMark);
+            EXPECT_EQ(SizeOf("RunLengthDecode", "ASCIIHexDecode", "02112233800000>", 3).bytesAfterMark, 2u);
+            EXPECT_FALSE(SizeOf("RunLengthDecode", "Binary", "\x02zzz", 3).hasEndMark);
+        }
+
+        /// Runs of all lengths over more than one block, so that runs are cut at every place of one.
+        TEST(DecodedSize, RunsAreCountedAsTheDecoderExpandsThem)
+        {
+            std::minstd_rand random(7);
+            for (int shift = 0; shift < 3; ++shift)
+            {
+                std::string data(static_cast<std::size_t>(shift) * 2, '\xFF');
+                std::size_t size = static_cast<std::size_t>(shift) * 2;
+                while (data.size() < 700000)
+                {
+                    const auto length = static_cast<unsigned char>(random() >> 8);
+                    if (length == 0x80)
+                    {
+                        continue;
+                    }
+                    data += static_cast<char>(length);
+                    data.append(length < 0x80 ? length + 1u : 1u, static_cast<char>(random() >> 8));
+                    size += length < 0x80 ? length + 1u : 257u - length;
+                }
+                const DecodedSize counted = SizeOf("RunLengthDecode", "ASCIIHexDecode", Hex(data + '\x80'), 1);
+                EXPECT_EQ(counted.bytes, size) << shift;
+                EXPECT_TRUE(counted.hasEndMark) << shift;
+                EXPECT_EQ(counted.bytesAfterMark, 0u) << shift;
+            }
+        }
+
+        TEST(DecodedSize, RunThatIsCutOffIsDamage)
+        {
+            for (const char* const encoding : {"ASCIIHexDecode", "ASCII85Decode"})
+            {
+                const std::string data = encoding[5] == 'H' ? "0511>" : "\"onW~>";
+                try
+                {
+                    SizeOf("RunLengthDecode", encoding, data, 6);
+                    FAIL() << encoding;
+                }
+                catch (const FormatError& error)
+                {
+                    EXPECT_STREQ(error.what(), "run-length data ends within a run") << encoding;
+                }
+            }
+        }
+    }
+}

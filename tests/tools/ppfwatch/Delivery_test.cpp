@@ -1,0 +1,246 @@
+// Results and sources on their way, stopped at every step.
+#include "host/Failure.h"
+#include "ppfwatch/Delivery.h"
+#include "tests/support/Folder.h"
+#include "tests/support/SystemFaults.h"
+
+#include <gmock/gmock.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <map>
+#include <optional>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace PpfWatchTest
+{
+    namespace
+    {
+        using namespace PpfWatch;
+        using ::testing::AnyOf;
+        using ::testing::ElementsAre;
+        using ::testing::HasSubstr;
+        using ::testing::IsEmpty;
+        namespace fs = std::filesystem;
+
+        class DeliveryTest : public ::testing::Test
+        {
+        protected:
+            DeliveryTest()
+            {
+                for (const char* const name : {"in", "in/sub", "out", "done", "failed"})
+                {
+                    fs::create_directory(folder / name);
+                }
+            }
+
+            /// A delivery, as a new process has one.
+            Delivery NewDelivery() const
+            {
+                return Delivery(
+                    {folder / "in", folder / "out", doneFolder.value_or(folder / "done"), folder / "failed"}, "1",
+                    [](Level, const std::string&) {});
+            }
+
+            /// Drops files, each with its name as its bytes; gives the sources.
+            std::vector<Order::Source> Drop(const std::vector<std::string>& names) const
+            {
+                std::vector<Order::Source> sources;
+                for (const std::string& name : names)
+                {
+                    folder.Write("in/" + name, name);
+                    sources.push_back({name, StampOf(AT_FDCWD, folder / "in" + '/' + name).value()});
+                }
+                return sources;
+            }
+
+            /// The files at and below `path`, hidden ones too, with their bytes.
+            static std::map<std::string, std::string> Files(const std::string& path)
+            {
+                std::map<std::string, std::string> files;
+                for (const fs::directory_entry& entry : fs::recursive_directory_iterator(path))
+                {
+                    if (entry.is_regular_file())
+                    {
+                        files[fs::relative(entry.path(), path)] = TestSupport::Folder::BytesOf(entry.path());
+                    }
+                }
+                return files;
+            }
+
+            /// Names in the folder, hidden ones too.
+            std::vector<std::string> Names(const std::string& name) const
+            {
+                std::vector<std::string> names;
+                for (const fs::directory_entry& entry : fs::directory_iterator(folder / name))
+                {
+                    names.push_back(entry.path().filename());
+                }
+                std::sort(names.begin(), names.end());
+                return names;
+            }
+
+            /// Converts and delivers the job J, as a watcher does.
+            void Run(Delivery& delivery, const std::vector<Order::Source>& sources) const
+            {
+                const std::string result = delivery.NewResult();
+                std::FILE* const file = std::fopen(result.c_str(), "w");
+                ASSERT_NE(file, nullptr);
+                std::fputs("result", file);
+                std::fclose(file);
+                delivery.Publish(result, "J");
+                delivery.TidyOut();
+                delivery.MoveToDone("J", sources);
+            }
+
+            TestSupport::Folder folder;
+            std::optional<std::string> doneFolder;
+        };
+
+        TEST_F(DeliveryTest, ResultIsOnTheDiskBeforeASourceMoves)
+        {
+            const auto sources = Drop({"a", "b"});
+            Delivery delivery = NewDelivery();
+            TestSupport::TakeCalls();
+            Run(delivery, sources);
+            // The steps that rename what may not replace anything are no calls that are recorded.
+            EXPECT_THAT(
+                TestSupport::TakeCalls(), ElementsAre(
+                                              "fsync of a file", "rename", "fsync of a folder", // the result
+                                              "fsync of a folder", "fsync of a folder",         // the moved sources
+                                              "fsync of a folder"));                            // the job's folder
+            EXPECT_EQ(folder.Read("out/J.ppf"), "result");
+            EXPECT_THAT(Names("done/J"), ElementsAre("a", "b"));
+            EXPECT_THAT(Names("done"), ElementsAre("J"));
+            EXPECT_THAT(Names("out"), ElementsAre("J.ppf"));
+        }
+
+        TEST_F(DeliveryTest, TakenFolderIsNotTouched)
+        {
+            fs::create_directory(folder / "done/J");
+            fs::create_directory(folder / "done/J-2");
+            folder.Write("done/J/a", "older");
+            EXPECT_EQ(NewDelivery().MoveToDone("J", Drop({"a"})), folder / "done/J-3");
+            EXPECT_EQ(folder.Read("done/J/a"), "older");
+        }
+
+        TEST_F(DeliveryTest, FailedJobHasItsLineBesideItsFiles)
+        {
+            NewDelivery().MoveToFailed("J", Drop({"a", "sub/b"}), "tiff2ppf: error: because\nof \xFF");
+            EXPECT_EQ(folder.Read("failed/J/error.txt"), "tiff2ppf: error: because\\x0aof \\xff\n");
+            EXPECT_THAT(Names("failed/J"), ElementsAre("a", "error.txt", "sub"));
+            EXPECT_EQ(folder.Read("failed/J/sub/b"), "sub/b");
+        }
+
+        TEST_F(DeliveryTest, SourceThatHasChangedKeepsAllWhereTheyWere)
+        {
+            const auto sources = Drop({"a", "b"});
+            folder.Write("in/b", "longer than it was");
+            EXPECT_THROW(NewDelivery().MoveToDone("J", sources), Delivery::Changed);
+            EXPECT_THAT(Names("in"), ElementsAre("a", "b", "sub"));
+            EXPECT_THAT(Names("done"), IsEmpty());
+        }
+
+        /// Each function fails at each of its calls in turn, and from there on, as if the process had been killed there: it can
+        /// tidy up nothing. Then another one starts.
+        TEST_F(DeliveryTest, RunThatIsStoppedAnywhereIsMadeGoodByTheNext)
+        {
+            const std::vector<std::string> names = {"a", "b", "sub/c"};
+            int stops = 0;
+            for (const bool isElsewhere : {false, true})
+            {
+                std::optional<TestSupport::Folder> elsewhere;
+                if (isElsewhere)
+                {
+                    struct stat here = {};
+                    struct stat there = {};
+                    if (stat(folder.Path().c_str(), &here) != 0 || stat("/dev/shm", &there) != 0 ||
+                        here.st_dev == there.st_dev || access("/dev/shm", W_OK) != 0)
+                    {
+                        break; // this machine has no second file system to write to
+                    }
+                    doneFolder = "/dev/shm/ppfwatch-test-" + std::to_string(getpid());
+                    fs::create_directory(*doneFolder);
+                }
+                const std::string done = doneFolder.value_or(folder / "done");
+                for (const std::string function : {"rename", "fsync", "unlink", "mkdir", "open", "write", "close"})
+                {
+                    for (int nth = 1;; ++nth)
+                    {
+                        const std::string when = function + " from call " + std::to_string(nth) + ", elsewhere " +
+                                                 std::to_string(static_cast<int>(isElsewhere));
+                        const auto sources = Drop(names);
+                        bool hasHappened = false;
+                        {
+                            Delivery stopped = NewDelivery();
+                            const TestSupport::SystemFault fault(function, EIO, nth, 1000);
+                            try
+                            {
+                                Run(stopped, sources);
+                            }
+                            catch (const std::exception&)
+                            {
+                            }
+                            hasHappened = fault.HasHappened();
+                        }
+                        for (const std::string& name : Names("out"))
+                        {
+                            EXPECT_THAT(name, AnyOf("J.ppf", ::testing::StartsWith("."))) << when;
+                        }
+
+                        Delivery next = NewDelivery();
+                        ASSERT_NO_THROW(next.Recover()) << when;
+                        const auto left = Files(folder / "in");
+                        if (!left.empty())
+                        {
+                            ASSERT_EQ(left.size(), names.size()) << "a part of the job is left, " << when;
+                            ASSERT_NO_FATAL_FAILURE(Run(next, Drop(names))) << when;
+                        }
+                        const std::map<std::string, std::string> whole = {{"a", "a"}, {"b", "b"}, {"sub/c", "sub/c"}};
+                        ASSERT_EQ(Files(done + "/J"), whole) << when;
+                        ASSERT_THAT(Names("out"), ElementsAre("J.ppf")) << when;
+                        ASSERT_EQ(std::distance(fs::directory_iterator(done), fs::directory_iterator()), 1) << when;
+                        ASSERT_TRUE(Files(folder / "in").empty()) << when;
+                        fs::remove_all(done + "/J");
+                        fs::remove(folder / "out/J.ppf");
+                        stops += hasHappened ? 1 : 0;
+                        if (!hasHappened)
+                        {
+                            break;
+                        }
+                    }
+                }
+                if (isElsewhere)
+                {
+                    fs::remove_all(done);
+                }
+            }
+            EXPECT_GT(stops, 10);
+        }
+
+        TEST_F(DeliveryTest, NewFileInThePlaceOfAMovedOneIsNotLost)
+        {
+            fs::create_directories(folder / "done/.ppfwatch-1/J");
+            folder.Write("done/.ppfwatch-1/J/a", "converted");
+            folder.Write("done/.ppfwatch-1/J/b", "converted, too");
+            folder.Write("in/a", "new");
+            NewDelivery().Recover();
+            EXPECT_EQ(folder.Read("in/a"), "new");
+            EXPECT_EQ(folder.Read("in/b"), "converted, too");
+            EXPECT_EQ(folder.Read("done/J/a"), "converted");
+            EXPECT_THAT(Names("done"), ElementsAre("J"));
+        }
+
+        TEST_F(DeliveryTest, ObstacleIsFoundByTrying)
+        {
+            EXPECT_EQ(NewDelivery().Obstacle(), "");
+            NewDelivery().TidyOut();
+            EXPECT_THAT(Names("out"), IsEmpty());
+            fs::remove(folder / "out");
+            EXPECT_THAT(NewDelivery().Obstacle(), HasSubstr("No such file or directory"));
+        }
+    }
+}

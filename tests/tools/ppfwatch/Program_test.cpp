@@ -1,0 +1,275 @@
+// The built program, with a folder of its own: what it does in it, when it ends, and what is there after it was killed.
+#include "tests/support/Folder.h"
+#include "tests/tools/ppfwatch/SmallTiff.h"
+
+#include <gmock/gmock.h>
+
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <thread>
+
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace PpfWatchTest
+{
+    namespace
+    {
+        using namespace std::chrono_literals;
+        using ::testing::ContainsRegex;
+        using ::testing::ElementsAre;
+        using ::testing::HasSubstr;
+        using ::testing::IsEmpty;
+        using ::testing::MatchesRegex;
+        namespace fs = std::filesystem;
+
+        class WatchTest : public ::testing::Test
+        {
+        protected:
+            WatchTest()
+            {
+                Configure(R"("settleSeconds":0.1)");
+                fs::create_directory(folder / "in");
+                fs::create_directory(folder / "tmp");
+            }
+
+            ~WatchTest() override
+            {
+                if (process > 0)
+                {
+                    kill(process, SIGKILL);
+                    waitpid(process, nullptr, 0);
+                }
+            }
+
+            void Configure(const std::string& members)
+            {
+                folder.Write("c.json", R"({"names":"{job}_{ink}.tif",)" + members + '}');
+            }
+
+            void Drop(const std::string& name) const { folder.Write("in/" + name, SmallTiff(7)); }
+
+            void Start(const std::vector<std::string>& options = {})
+            {
+                std::vector<std::string> arguments = {"ppfwatch"};
+                arguments.insert(arguments.end(), options.begin(), options.end());
+                arguments.push_back(folder / "c.json");
+                std::vector<char*> pointers;
+                for (std::string& argument : arguments)
+                {
+                    pointers.push_back(argument.data());
+                }
+                pointers.push_back(nullptr);
+                const std::string temporary = folder / "tmp";
+                const std::string log = folder / "log";
+                process = fork();
+                if (process == 0)
+                {
+                    setenv("TMPDIR", temporary.c_str(), 1);
+                    dup2(open(log.c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600), STDERR_FILENO);
+                    execv(PPFWATCH_PROGRAM, pointers.data());
+                    _exit(127);
+                }
+            }
+
+            int End(int signal = 0)
+            {
+                if (signal != 0)
+                {
+                    kill(process, signal);
+                }
+                int status = 0;
+                waitpid(process, &status, 0);
+                process = -1;
+                return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+            }
+
+            int RunOnce()
+            {
+                Start({"--once"});
+                return End();
+            }
+
+            /// Waits until it is so, but not for ever.
+            static bool Until(const std::function<bool()>& isSo)
+            {
+                for (int i = 0; i < 2000 && !isSo(); ++i)
+                {
+                    std::this_thread::sleep_for(10ms);
+                }
+                return isSo();
+            }
+
+            bool UntilThere(const std::string& name) const
+            {
+                return Until([&] { return fs::exists(folder / name); });
+            }
+
+            bool UntilSaid(const std::string& text) const
+            {
+                return Until(
+                    [&] { return fs::exists(folder / "log") && folder.Read("log").find(text) != std::string::npos; });
+            }
+
+            std::vector<std::string> Names(const std::string& name) const
+            {
+                std::vector<std::string> names;
+                for (const fs::directory_entry& entry : fs::directory_iterator(folder / name))
+                {
+                    names.push_back(entry.path().filename());
+                }
+                std::sort(names.begin(), names.end());
+                return names;
+            }
+
+            TestSupport::Folder folder;
+            pid_t process = -1;
+        };
+
+        TEST_F(WatchTest, OnceConvertsWhatIsThere)
+        {
+            Drop("J_C.tif");
+            Drop("J_K.tif");
+            Drop("\xFF_K.tif");
+            folder.Write("in/cut_K.tif", SmallTiff().substr(0, 100));
+            EXPECT_EQ(RunOnce(), 0) << folder.Read("log");
+            EXPECT_THAT(Names("out"), ElementsAre("J.ppf", "\xFF.ppf"));
+            EXPECT_THAT(Names("done"), ElementsAre("J", "\xFF"));
+            EXPECT_THAT(Names("done/J"), ElementsAre("J_C.tif", "J_K.tif"));
+            EXPECT_THAT(Names("in"), ElementsAre("cut_K.tif"));
+            EXPECT_THAT(Names("tmp"), IsEmpty());
+            EXPECT_THAT(folder.Read("log"), HasSubstr(" cut_K.tif: the TIFF is not there to its end"));
+        }
+
+        TEST_F(WatchTest, JobThatFailsMovesWithItsLine)
+        {
+            folder.Write("in/J.json", R"({"jobName":"J","sheets":[{"front":[{"separation":"K","file":"k.tif"}]}]})");
+            folder.Write("in/k.tif", "no TIFF");
+            folder.Write("in/broken.json", "{");
+            EXPECT_EQ(RunOnce(), 1);
+            EXPECT_THAT(Names("failed"), ElementsAre("J", "broken"));
+            EXPECT_THAT(Names("failed/J"), ElementsAre("J.json", "error.txt", "k.tif"));
+            EXPECT_THAT(folder.Read("failed/J/error.txt"), MatchesRegex("tiff2ppf: error: [^\n]*k.tif[^\n]*\n"));
+            EXPECT_THAT(
+                folder.Read("failed/broken/error.txt"), MatchesRegex("tiff2ppf: error: [^\n]*broken.json[^\n]*\n"));
+            EXPECT_THAT(Names("out"), IsEmpty());
+            EXPECT_THAT(Names("in"), IsEmpty());
+        }
+
+        TEST_F(WatchTest, DroppedJobIsConvertedAndTermEndsWell)
+        {
+            Start();
+            ASSERT_TRUE(UntilSaid("watching"));
+            const auto dropped = std::chrono::steady_clock::now();
+            Drop("J_C.tif");
+            ASSERT_TRUE(UntilThere("done/J/J_C.tif"));
+            EXPECT_LT(std::chrono::steady_clock::now() - dropped, 5s) << "a look would come after ten";
+            EXPECT_TRUE(fs::exists(folder / "out/J.ppf"));
+            EXPECT_EQ(End(SIGTERM), 0);
+            EXPECT_THAT(folder.Read("log"), MatchesRegex("([0-9-]+T[0-9:]+[+-][0-9]+ [^\n]+\n)+"));
+            EXPECT_THAT(Names("out"), ElementsAre("J.ppf"));
+        }
+
+        TEST_F(WatchTest, SecondProcessIsRefused)
+        {
+            Start();
+            ASSERT_TRUE(UntilSaid("watching"));
+            EXPECT_EQ(
+                WEXITSTATUS(
+                    std::system((PPFWATCH_PROGRAM " " + (folder / "c.json") + " 2>" + (folder / "said")).c_str())),
+                1);
+            EXPECT_THAT(
+                folder.Read("said"), MatchesRegex("ppfwatch: error: [^\n]*/in is watched by another process[^\n]*\n"));
+            EXPECT_EQ(End(SIGINT), 0);
+        }
+
+        TEST_F(WatchTest, WrongConfigurationEndsWithItsPlace)
+        {
+            Configure(R"("workers":0)");
+            EXPECT_EQ(RunOnce(), 2);
+            EXPECT_THAT(folder.Read("log"), MatchesRegex("ppfwatch: error: [^\n]*c.json: workers: [^\n]*\n"));
+        }
+
+        TEST_F(WatchTest, HangUpReadsTheConfigurationAgain)
+        {
+            Start();
+            ASSERT_TRUE(UntilSaid("watching"));
+            Configure(R"("out":"in")");
+            kill(process, SIGHUP);
+            ASSERT_TRUE(UntilSaid("out: this is the same folder as \"in\""));
+            Drop("J_C.tif");
+            ASSERT_TRUE(UntilThere("out/J.ppf")) << "the old one is gone";
+
+            Configure(R"("out":"other","settleSeconds":0.1)");
+            kill(process, SIGHUP);
+            Drop("L_C.tif");
+            ASSERT_TRUE(UntilThere("other/L.ppf"));
+            EXPECT_EQ(End(SIGTERM), 0);
+        }
+
+        TEST_F(WatchTest, FolderThatVanishesIsReportedAndMayComeBack)
+        {
+            Start();
+            ASSERT_TRUE(UntilSaid("watching"));
+            fs::rename(folder / "in", folder / "gone");
+            ASSERT_TRUE(UntilSaid("/in cannot be looked at: No such file or directory; it is tried again"));
+            kill(process, SIGHUP); // it starts anew, and makes what is missing
+            ASSERT_TRUE(UntilThere("in"));
+            Drop("J_C.tif");
+            ASSERT_TRUE(UntilThere("out/J.ppf"));
+            EXPECT_EQ(End(SIGTERM), 0);
+        }
+
+        TEST_F(WatchTest, JournalGetsPriorities)
+        {
+            setenv("JOURNAL_STREAM", "1:2", 1);
+            setenv("INVOCATION_ID", "x", 1);
+            folder.Write("in/J.json", "{");
+            EXPECT_EQ(RunOnce(), 1);
+            unsetenv("JOURNAL_STREAM");
+            unsetenv("INVOCATION_ID");
+            EXPECT_THAT(
+                folder.Read("log"), ContainsRegex("^<6>watching [^\n]*\n<6>J: converting [^\n]*\n<3>J: failed: "));
+        }
+
+        TEST_F(WatchTest, KilledAtAnyMomentItLosesNothing)
+        {
+            Configure(R"("settleSeconds":0,"workers":3)");
+            constexpr int Jobs = 60;
+            for (int i = 0; i < Jobs; ++i)
+            {
+                Drop('J' + std::to_string(i) + "_C.tif");
+                Drop('J' + std::to_string(i) + "_K.tif");
+            }
+            for (int i = 0; i < 12; ++i)
+            {
+                Start();
+                std::this_thread::sleep_for(std::chrono::milliseconds(10 + 17 * i % 50));
+                EXPECT_EQ(End(SIGKILL), -SIGKILL);
+                for (const std::string& name : fs::exists(folder / "out") ? Names("out") : std::vector<std::string>())
+                {
+                    if (name.front() != '.')
+                    {
+                        const std::string bytes = folder.Read("out/" + name);
+                        EXPECT_THAT(bytes, ::testing::EndsWith("%%CIP3EndOfFile\n")) << name;
+                    }
+                }
+            }
+            EXPECT_EQ(RunOnce(), 0) << folder.Read("log");
+            EXPECT_THAT(Names("in"), IsEmpty());
+            EXPECT_THAT(Names("tmp"), IsEmpty());
+            EXPECT_EQ(Names("out").size(), static_cast<std::size_t>(Jobs));
+            EXPECT_EQ(Names("done").size(), static_cast<std::size_t>(Jobs));
+            for (const std::string& name : Names("done"))
+            {
+                EXPECT_THAT(Names("done/" + name), ElementsAre(name + "_C.tif", name + "_K.tif"));
+                EXPECT_THAT(folder.Read("out/" + name + ".ppf"), HasSubstr("[ (Cyan) (Black) ]")) << name;
+            }
+        }
+    }
+}

@@ -1,0 +1,265 @@
+#include "ppfwatch/Config.h"
+
+#include "host/Failure.h"
+#include "host/Paths.h"
+#include "host/Text.h"
+#include "tiff2ppf/Failure.h"
+#include "tiff2ppf/Job.h"
+#include "tiff2ppf/JobFile.h"
+#include "tiff2ppf/StrictJson.h"
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <charconv>
+#include <cmath>
+#include <fstream>
+#include <sstream>
+#include <type_traits>
+#include <variant>
+
+namespace PpfWatch
+{
+    namespace
+    {
+        using Json = nlohmann::json;
+        using Tiff2Ppf::JsonFault;
+
+        constexpr std::array<const char*, 10> Members = {"in",         "out",           "done",        "failed",
+                                                         "names",      "settleSeconds", "separations", "workers",
+                                                         "resolution", "parameters"};
+
+        constexpr double MaxSettleSeconds = 86400;
+        constexpr std::uint64_t MaxSeparations = 1000000;
+        constexpr std::uint64_t MaxWorkers = 256;
+
+        // What a converter takes for the resolution of previews, in pixels per inch.
+        constexpr double MinResolution = 1;
+        constexpr double MaxResolution = 2400;
+
+        std::string TextOf(const Json& config, const char* key, const char* absent)
+        {
+            if (!config.contains(key))
+            {
+                return absent;
+            }
+            if (!config[key].is_string())
+            {
+                throw JsonFault(key, std::string("a string is needed, not ") + config[key].type_name());
+            }
+            const auto& text = config[key].get_ref<const std::string&>();
+            if (text.empty() || text.find('\0') != std::string::npos)
+            {
+                throw JsonFault(key, "this may not be empty or hold the character \\u0000");
+            }
+            return text;
+        }
+
+        /// Without "." and empty parts, so that a folder has one spelling; ".." stays, as links give it its meaning.
+        std::string Tidied(const std::string& path)
+        {
+            std::string tidied;
+            std::istringstream parts(path);
+            for (std::string part; std::getline(parts, part, '/');)
+            {
+                if (!part.empty() && part != ".")
+                {
+                    tidied += '/' + part;
+                }
+            }
+            return tidied.empty() ? "/" : tidied;
+        }
+
+        std::uint64_t
+        CountOf(const Json& config, const char* key, std::uint64_t absent, std::uint64_t least, std::uint64_t most)
+        {
+            if (!config.contains(key))
+            {
+                return absent;
+            }
+            const Json& value = config[key];
+            if (!value.is_number_unsigned() || value.get<std::uint64_t>() < least || value.get<std::uint64_t>() > most)
+            {
+                throw JsonFault(
+                    key, "an integer from " + std::to_string(least) + " to " + std::to_string(most) + " is needed");
+            }
+            return value.get<std::uint64_t>();
+        }
+
+        std::chrono::milliseconds SettleOf(const Json& config)
+        {
+            constexpr double Absent = 5;
+            constexpr double MillisecondsPerSecond = 1000;
+            double seconds = Absent;
+            if (config.contains("settleSeconds"))
+            {
+                const Json& value = config["settleSeconds"];
+                seconds = value.is_number() ? value.get<double>() : -1;
+                if (!(seconds >= 0 && seconds <= MaxSettleSeconds))
+                {
+                    throw JsonFault("settleSeconds", "a number of seconds from 0 to 86400 is needed");
+                }
+            }
+            return std::chrono::milliseconds(std::llround(seconds * MillisecondsPerSecond));
+        }
+
+        std::string ResolutionOf(const Json& config)
+        {
+            if (!config.contains("resolution"))
+            {
+                return "auto";
+            }
+            const Json& value = config["resolution"];
+            const bool isWord = value.is_string() && (value == "auto" || value == "keep");
+            const bool isNumber =
+                value.is_number() && value.get<double>() >= MinResolution && value.get<double>() <= MaxResolution;
+            if (!isWord && !isNumber)
+            {
+                throw JsonFault("resolution", "\"auto\", \"keep\", or a number from 1 to 2400 is needed");
+            }
+            return isWord ? value.get<std::string>() : value.dump();
+        }
+
+        /// The text that a value becomes in a PPF file.
+        std::string PostScriptOf(const Tiff2Ppf::Number& number)
+        {
+            constexpr int FractionDigits = 6;
+            return std::visit(
+                [](auto value)
+                {
+                    std::array<char, 400> text{}; // the largest double has 309 digits before its point
+                    char* end = nullptr;
+                    if constexpr (std::is_floating_point_v<decltype(value)>)
+                    {
+                        end = std::to_chars(text.begin(), text.end(), value, std::chars_format::fixed, FractionDigits)
+                                  .ptr;
+                    }
+                    else
+                    {
+                        end = std::to_chars(text.begin(), text.end(), value).ptr;
+                    }
+                    return std::string(text.begin(), end);
+                },
+                number);
+        }
+
+        std::string PostScriptOf(const Tiff2Ppf::ParameterValue& value)
+        {
+            if (const auto* const number = std::get_if<Tiff2Ppf::Number>(&value))
+            {
+                return PostScriptOf(*number);
+            }
+            if (const auto* const measure = std::get_if<Tiff2Ppf::Measure>(&value))
+            {
+                return PostScriptOf(measure->value) + ' ' + measure->units;
+            }
+            return std::get<std::string>(value);
+        }
+
+        /// A sheet's parameters in a job file obey the rules of job files, so that is where they are checked: in the smallest
+        /// job that has them.
+        void TakeParameters(const Json& parameters, Config& config)
+        {
+            const Json job = {
+                {"sheets", {{{"front", {{{"separation", "Black"}, {"file", "k.tif"}}}}, {"parameters", parameters}}}}};
+            std::istringstream text(job.dump());
+            try
+            {
+                const Tiff2Ppf::Job read = Tiff2Ppf::ReadJob(text, "/");
+                for (const auto& [key, value] : read.sheets.front().parameters)
+                {
+                    config.parameterText[key] = PostScriptOf(value);
+                }
+            }
+            catch (const Tiff2Ppf::UsageError& error)
+            {
+                const std::string what = error.what();
+                const std::string place = "sheets[0].";
+                throw JsonFault(what.rfind(place, 0) == 0 ? what.substr(place.size()) : what);
+            }
+            config.parameters = parameters.dump();
+        }
+
+        NamePattern NamesOf(const Json& json)
+        {
+            try
+            {
+                return NamePattern(TextOf(json, "names", "{job}_{sheet}_{side}_{ink}.tif"));
+            }
+            catch (const Host::UsageError& error)
+            {
+                throw JsonFault("names", error.what());
+            }
+        }
+
+        void CheckMembers(const Json& json)
+        {
+            if (!json.is_object())
+            {
+                throw JsonFault(std::string("an object is needed, not ") + json.type_name());
+            }
+            for (const auto& [key, value] : json.items())
+            {
+                if (std::find(Members.begin(), Members.end(), key) == Members.end())
+                {
+                    std::string why = "there is no such member here; known are";
+                    for (const char* const name : Members)
+                    {
+                        why += std::string(name == Members.front() ? " " : ", ") + name;
+                    }
+                    throw JsonFault(Tiff2Ppf::PlaceOfMember({}, key), why);
+                }
+            }
+        }
+
+        Config ConfigOf(const Json& json, const std::string& folder)
+        {
+            CheckMembers(json);
+            const auto folderOf = [&](const char* key)
+            { return Tidied(Host::AbsolutePath(TextOf(json, key, key), folder)); };
+
+            Config config{folderOf("in"),     folderOf("out"), folderOf("done"),
+                          folderOf("failed"), NamesOf(json),   SettleOf(json)};
+            const std::array<std::pair<const char*, const std::string*>, 3> others = {
+                {{"out", &config.out}, {"done", &config.done}, {"failed", &config.failed}}};
+            for (const auto& [key, path] : others)
+            {
+                if (*path == config.in)
+                {
+                    throw JsonFault(
+                        key, "this is the same folder as \"in\", which would take what comes out for a job");
+                }
+            }
+            constexpr std::uint64_t DefaultWorkers = 2;
+            config.separations = CountOf(json, "separations", 0, 0, MaxSeparations);
+            config.workers = CountOf(json, "workers", DefaultWorkers, 1, MaxWorkers);
+            config.resolution = ResolutionOf(json);
+            TakeParameters(json.contains("parameters") ? json["parameters"] : Json::object(), config);
+            return config;
+        }
+    }
+
+    Config LoadConfig(const std::string& path)
+    {
+        const std::string place = Host::AbsolutePath(path, Host::CurrentFolder());
+        try
+        {
+            std::ifstream file(place, std::ios::binary);
+            if (!file)
+            {
+                throw Host::UsageError(path + ": the configuration cannot be read: " + Host::SystemText(errno));
+            }
+            return ConfigOf(Tiff2Ppf::ReadStrictJson(file), Host::FolderOf(place));
+        }
+        catch (const JsonFault& fault)
+        {
+            throw Host::UsageError(path + ": " + fault.what());
+        }
+        catch (const std::ios_base::failure&)
+        {
+            throw Host::UsageError(path + ": the configuration cannot be read: " + Host::SystemText(errno));
+        }
+    }
+}

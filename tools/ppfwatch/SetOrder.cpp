@@ -1,0 +1,82 @@
+#include "ppfwatch/SetOrder.h"
+
+#include <algorithm>
+#include <array>
+#include <tuple>
+
+#include <strings.h>
+
+namespace PpfWatch
+{
+    namespace
+    {
+        constexpr std::array<const char*, 4> ProcessInks = {"Cyan", "Magenta", "Yellow", "Black"};
+        constexpr std::array<const char*, 4> ShortWords = {"C", "M", "Y", "K"};
+
+        std::size_t RankOf(const std::string& ink)
+        {
+            return static_cast<std::size_t>(
+                std::find(ProcessInks.begin(), ProcessInks.end(), ink) - ProcessInks.begin());
+        }
+
+        bool IsDigit(char c)
+        {
+            return c >= '0' && c <= '9';
+        }
+
+        /// Takes the run of digits that `text` begins with, and gives it without leading zeros.
+        std::string_view TakeNumber(std::string_view& text)
+        {
+            const auto end =
+                static_cast<std::size_t>(std::find_if_not(text.begin(), text.end(), &IsDigit) - text.begin());
+            std::string_view digits = text.substr(0, end);
+            text.remove_prefix(end);
+            digits.remove_prefix(std::min(digits.find_first_not_of('0'), digits.size()));
+            return digits;
+        }
+    }
+
+    std::string InkOfWord(const std::string& word)
+    {
+        for (std::size_t i = 0; i < ProcessInks.size(); ++i)
+        {
+            if (strcasecmp(word.c_str(), ProcessInks[i]) == 0 || strcasecmp(word.c_str(), ShortWords[i]) == 0)
+            {
+                return ProcessInks[i];
+            }
+        }
+        return word;
+    }
+
+    bool IsInkBefore(const std::string& first, const std::string& second)
+    {
+        return std::make_tuple(RankOf(first), std::string_view(first)) <
+               std::make_tuple(RankOf(second), std::string_view(second));
+    }
+
+    bool IsNaturallyBefore(std::string_view first, std::string_view second)
+    {
+        std::string_view a = first;
+        std::string_view b = second;
+        while (!a.empty() && !b.empty())
+        {
+            if (IsDigit(a.front()) && IsDigit(b.front()))
+            {
+                const std::string_view x = TakeNumber(a);
+                const std::string_view y = TakeNumber(b);
+                if (x != y)
+                {
+                    return x.size() != y.size() ? x.size() < y.size() : x < y;
+                }
+                continue;
+            }
+            if (a.front() != b.front())
+            {
+                return static_cast<unsigned char>(a.front()) < static_cast<unsigned char>(b.front());
+            }
+            a.remove_prefix(1);
+            b.remove_prefix(1);
+        }
+        return a.empty() != b.empty() ? a.empty() : first < second;
+    }
+}
