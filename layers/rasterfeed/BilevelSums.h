@@ -6,8 +6,8 @@
 // Group 4, where decoding is most of the time, takes a twentieth (halftone) to a tenth (text) less.
 #pragma once
 
-#include "rasterfeed/BilevelCount.h"
 #include "rasterfeed/CellSums.h"
+#include "rasterfeed/RowSums.h"
 
 #include <cstddef>
 

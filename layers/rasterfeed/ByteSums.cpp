@@ -2,6 +2,7 @@
 
 #include "rasterfeed/CellEdges.h"
 #include "rasterfeed/MeanPixel.h"
+#include "rasterfeed/RowSums.h"
 
 #include <algorithm>
 
@@ -40,20 +41,12 @@ namespace RasterFeed
             {
                 Spill();
             }
-            std::uint16_t* const sums = wholeRows.data();
-            for (std::uint32_t i = 0; i < width; ++i)
-            {
-                sums[i] = static_cast<std::uint16_t>(sums[i] + line[i]);
-            }
+            AddBytes(wholeRows.data(), line, width);
             ++rows;
         }
         else
         {
-            std::uint32_t* const sums = partialRows.data();
-            for (std::uint32_t i = 0; i < width; ++i)
-            {
-                sums[i] += line[i] * weight;
-            }
+            AddWeightedBytes(partialRows.data(), line, weight, width);
         }
         added += weight;
     }

@@ -1,11 +1,11 @@
 // Plain code: what differs from machine to machine is how wide the compiler's vectors are, and whether the bits of a word are
 // counted in one instruction.
-#include "rasterfeed/BilevelCount.h"
+#include "rasterfeed/RowSums.h"
 
 #include <endian.h>
 
 #undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "rasterfeed/BilevelCount.cpp"
+#define HWY_TARGET_INCLUDE "rasterfeed/RowSums.cpp"
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
@@ -49,6 +49,24 @@ namespace RasterFeed
                     ones[i] = (whole << 16) + (upTo & 1) * edge.fraction;
                 }
             }
+
+            void AddRow(std::uint16_t* __restrict sums, const unsigned char* __restrict bytes, std::size_t count)
+            {
+                for (std::size_t i = 0; i < count; ++i)
+                {
+                    sums[i] = static_cast<std::uint16_t>(sums[i] + bytes[i]);
+                }
+            }
+
+            void AddWeightedRow(
+                std::uint32_t* __restrict sums, const unsigned char* __restrict bytes, std::uint32_t weight,
+                std::size_t count)
+            {
+                for (std::size_t i = 0; i < count; ++i)
+                {
+                    sums[i] += bytes[i] * weight;
+                }
+            }
         }
     }
 }
@@ -61,6 +79,8 @@ namespace RasterFeed
     {
         HWY_EXPORT(AddWords);
         HWY_EXPORT(CountRow);
+        HWY_EXPORT(AddRow);
+        HWY_EXPORT(AddWeightedRow);
     }
 
     void AddBits(std::uint64_t* sum, std::uint64_t* carry, const std::uint64_t* third, std::size_t words)
@@ -73,6 +93,16 @@ namespace RasterFeed
         std::uint64_t* ones)
     {
         HWY_DYNAMIC_DISPATCH(CountRow)(row, words, before, edges, count, ones);
+    }
+
+    void AddBytes(std::uint16_t* sums, const unsigned char* bytes, std::size_t count)
+    {
+        HWY_DYNAMIC_DISPATCH(AddRow)(sums, bytes, count);
+    }
+
+    void AddWeightedBytes(std::uint32_t* sums, const unsigned char* bytes, std::uint32_t weight, std::size_t count)
+    {
+        HWY_DYNAMIC_DISPATCH(AddWeightedRow)(sums, bytes, weight, count);
     }
 }
 #endif

@@ -1,5 +1,5 @@
-// Adding and counting bilevel rows as they are stored: the inner loops of the reduction of a plate. They stand apart because
-// they see every row of an image of 10^9 pixels, and are compiled once for every kind of machine.
+// The inner loops of the reduction, over rows as they are stored. They stand apart because they see every row of an image of
+// 10^9 pixels, and are compiled once for every kind of machine.
 #pragma once
 
 #include <cstddef>
@@ -25,4 +25,10 @@ namespace RasterFeed
     void CountOnes(
         const std::uint64_t* row, std::size_t words, std::uint32_t* before, const BilevelEdge* edges, std::size_t count,
         std::uint64_t* ones);
+
+    /// Adds `count` bytes to as many sums, which may not overlap them and wrap around above 65535. Never throws.
+    void AddBytes(std::uint16_t* sums, const unsigned char* bytes, std::size_t count);
+
+    /// The same of each byte times `weight`, into sums that wrap around above 2^32 - 1.
+    void AddWeightedBytes(std::uint32_t* sums, const unsigned char* bytes, std::uint32_t weight, std::size_t count);
 }
