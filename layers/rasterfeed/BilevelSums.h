@@ -10,6 +10,7 @@
 #include "rasterfeed/RowSums.h"
 
 #include <cstddef>
+#include <vector>
 
 namespace RasterFeed
 {

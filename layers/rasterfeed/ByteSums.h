@@ -6,6 +6,7 @@
 #include "rasterfeed/SampleExpansion.h"
 
 #include <cstddef>
+#include <vector>
 
 namespace RasterFeed
 {

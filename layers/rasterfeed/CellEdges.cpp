@@ -1,6 +1,5 @@
 #include "rasterfeed/CellEdges.h"
 
-#include <algorithm>
 #include <cmath>
 
 namespace RasterFeed
@@ -10,33 +9,32 @@ namespace RasterFeed
         // An image has up to 2^47 units. A cell of 2^58 is paper, to the nearest whole number, whatever it holds; and the area
         // of two such sides, times 511, fits 128 bits.
         constexpr std::int64_t FarEdge = std::int64_t{1} << 58;
-
-        std::int64_t CellEdge(std::uint32_t cell, double pixelsPerCell)
-        {
-            if (cell == 0)
-            {
-                return 0;
-            }
-            const double edge = std::floor(cell * pixelsPerCell * EdgeUnits + 0.5);
-            return edge < static_cast<double>(FarEdge) ? static_cast<std::int64_t>(edge) : FarEdge;
-        }
     }
 
-    std::vector<std::int64_t> CellEdges(std::uint32_t pixels, std::uint32_t cells, double pixelsPerCell, bool isFlipped)
+    CellEdges::CellEdges(std::uint32_t pixelCount, std::uint32_t cellCount, double ratio, bool fromFarEnd)
+        : pixels(pixelCount)
+        , cells(cellCount)
+        , pixelsPerCell(ratio)
+        , isFlipped(fromFarEnd)
     {
-        std::vector<std::int64_t> edges(std::size_t{cells} + 1);
-        for (std::uint32_t i = 0; i <= cells; ++i)
+    }
+
+    std::int64_t CellEdges::operator[](std::size_t index) const
+    {
+        const std::size_t cell = isFlipped ? cells - index : index;
+        std::int64_t edge = 0; // also where the ratio is infinite
+        if (cell > 0)
         {
-            edges[i] = CellEdge(i, pixelsPerCell);
+            const double exact = std::floor(static_cast<double>(cell) * pixelsPerCell * EdgeUnits + 0.5);
+            edge = exact < static_cast<double>(FarEdge) ? static_cast<std::int64_t>(exact) : FarEdge;
         }
-        if (isFlipped)
-        {
-            std::reverse(edges.begin(), edges.end());
-            for (std::int64_t& edge : edges)
-            {
-                edge = pixels * EdgeUnits - edge;
-            }
-        }
-        return edges;
+        return isFlipped ? pixels * EdgeUnits - edge : edge;
+    }
+
+    std::uint64_t CellEdges::GreatestCell() const
+    {
+        // Two roundings, of which each moves an edge by up to a unit.
+        const double exact = std::ceil(pixelsPerCell * EdgeUnits) + 2;
+        return exact < static_cast<double>(FarEdge) ? static_cast<std::uint64_t>(exact) : std::uint64_t{FarEdge};
     }
 }

@@ -3,13 +3,18 @@
 #include "rasterfeed/BilevelSums.h"
 #include "rasterfeed/ByteSums.h"
 #include "rasterfeed/MeanPixel.h"
+#include "rasterfeed/Refusal.h"
 
-#include <algorithm>
+#include <string>
+#include <vector>
 
 namespace RasterFeed
 {
     namespace
     {
+        // What the sums of one reduction may take: those of rows of 17 million bytes, or of 28 million bits.
+        constexpr std::uint64_t MostMemory = 256ull * 1024 * 1024;
+
         template <class Sum>
         std::unique_ptr<CellSums> Make(const SeparationForm& form, const std::vector<std::int64_t>& edges)
         {
@@ -22,24 +27,27 @@ namespace RasterFeed
     }
 
     std::unique_ptr<CellSums>
-    MakeCellSums(const SeparationForm& form, const std::vector<std::int64_t>& edges, std::uint64_t greatestHeight)
+    MakeCellSums(const SeparationForm& form, const CellEdges& columns, std::uint64_t greatestHeight)
     {
-        std::int64_t greatestWidth = 0;
-        for (std::size_t i = 1; i < edges.size(); ++i)
+        // At the most of digits and the widest sums; see the members of the two classes.
+        const std::uint64_t memory =
+            std::uint64_t{form.width} * (form.bits == 1 ? 9 : 15) + std::uint64_t{columns.Cells()} * 48;
+        if (memory > MostMemory)
         {
-            greatestWidth = std::max(greatestWidth, edges[i] - edges[i - 1]);
+            throw Refusal(
+                "rows of " + std::to_string(form.width) + " pixels to be reduced, which takes " +
+                std::to_string(memory) + " bytes of memory; up to " + std::to_string(MostMemory) + " are accepted");
         }
-        const WideSum greatestArea = WideSum{static_cast<std::uint64_t>(greatestWidth)} * greatestHeight;
-        if (greatestArea <= LargestArea<std::uint64_t>)
+        std::vector<std::int64_t> edges;
+        edges.reserve(std::size_t{columns.Cells()} + 1);
+        for (std::size_t i = 0; i <= columns.Cells(); ++i)
+        {
+            edges.push_back(columns[i]);
+        }
+        if (WideSum{columns.GreatestCell()} * greatestHeight <= LargestArea<std::uint64_t>)
         {
             return Make<std::uint64_t>(form, edges);
         }
         return Make<WideSum>(form, edges);
-    }
-
-    std::uint64_t CellSumsMemory(const SeparationForm& form, std::uint64_t edges)
-    {
-        // At the most of digits and the widest sums; see the members of the two classes.
-        return std::uint64_t{form.width} * (form.bits == 1 ? 9 : 15) + edges * 48;
     }
 }

@@ -2,11 +2,11 @@
 // reduction does not care how rows are stored; one class sums bits, one bytes.
 #pragma once
 
+#include "rasterfeed/CellEdges.h"
 #include "rasterfeed/SeparationForm.h"
 
 #include <cstdint>
 #include <memory>
-#include <vector>
 
 namespace RasterFeed
 {
@@ -24,11 +24,8 @@ namespace RasterFeed
         virtual void Finish(std::uint64_t height, unsigned char* line) = 0;
     };
 
-    /// Sums for rows of an image of that form over cells with these edges (see CellEdges), none of them higher than
-    /// `greatestHeight`. Exact whatever the sizes.
+    /// Sums for rows of an image of that form over these cells, none of them higher than `greatestHeight`. Exact whatever the
+    /// sizes. Throws Refusal if they would take more than 256 MiB.
     std::unique_ptr<CellSums>
-    MakeCellSums(const SeparationForm& form, const std::vector<std::int64_t>& edges, std::uint64_t greatestHeight);
-
-    /// Bytes that MakeCellSums takes for images of that form with so many edges.
-    std::uint64_t CellSumsMemory(const SeparationForm& form, std::uint64_t edges);
+    MakeCellSums(const SeparationForm& form, const CellEdges& columns, std::uint64_t greatestHeight);
 }

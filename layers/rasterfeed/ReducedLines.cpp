@@ -1,6 +1,5 @@
 #include "rasterfeed/ReducedLines.h"
 
-#include "rasterfeed/CellEdges.h"
 #include "rasterfeed/Refusal.h"
 
 #include <algorithm>
@@ -8,27 +7,14 @@
 
 namespace RasterFeed
 {
-    namespace
-    {
-        std::uint64_t GreatestStep(const std::vector<std::int64_t>& edges)
-        {
-            std::int64_t greatest = 0;
-            for (std::size_t i = 1; i < edges.size(); ++i)
-            {
-                greatest = std::max(greatest, edges[i] - edges[i - 1]);
-            }
-            return static_cast<std::uint64_t>(greatest);
-        }
-    }
-
     ReducedLines::ReducedLines(
-        RowOrder imageRows, const SeparationForm& form, const std::vector<std::int64_t>& columnEdges,
-        std::vector<std::int64_t> rowEdges, bool fromRight)
+        RowOrder imageRows, const SeparationForm& form, const CellEdges& columns, const CellEdges& lines,
+        bool fromRight)
         : rows(std::move(imageRows))
-        , edges(std::move(rowEdges))
-        , cells(columnEdges.size() - 1)
+        , edges(lines)
+        , cells(columns.Cells())
         , isMirrored(fromRight)
-        , sums(MakeCellSums(form, columnEdges, GreatestStep(edges)))
+        , sums(MakeCellSums(form, columns, edges.GreatestCell()))
         , space(new unsigned char[static_cast<std::size_t>(form.RowBytes())])
     {
     }
@@ -40,7 +26,7 @@ namespace RasterFeed
 
     void ReducedLines::Next(unsigned char* line)
     {
-        if (done + 1 >= edges.size())
+        if (done >= edges.Cells())
         {
             throw Refusal("no line is left; as many are read as there are");
         }
@@ -66,7 +52,7 @@ namespace RasterFeed
         }
         ++done;
         // Rows after the last cell count for nothing but damage.
-        while (done + 1 == edges.size() && rows.Taken() < rows.Height())
+        while (done == edges.Cells() && rows.Taken() < rows.Height())
         {
             NextRow();
         }

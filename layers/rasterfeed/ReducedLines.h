@@ -1,24 +1,24 @@
 // A reduced image, line by line: every row of the image is read once and added to the cells that it lies in.
 #pragma once
 
+#include "rasterfeed/CellEdges.h"
 #include "rasterfeed/CellSums.h"
 #include "rasterfeed/LineSource.h"
 #include "rasterfeed/RowOrder.h"
 
 #include <cstdint>
 #include <memory>
-#include <vector>
 
 namespace RasterFeed
 {
     class ReducedLines : public LineSource
     {
     public:
-        /// `columnEdges`, `rowEdges`: see CellEdges; the rows' in the order in which they are read. `isMirrored`: lines run from
-        /// right to left.
+        /// `columns` and `lines` are the cells along the rows and across them, the latter in the order in which rows are read.
+        /// `isMirrored`: lines run from right to left.
         ReducedLines(
-            RowOrder rows, const SeparationForm& form, const std::vector<std::int64_t>& columnEdges,
-            std::vector<std::int64_t> rowEdges, bool isMirrored);
+            RowOrder rows, const SeparationForm& form, const CellEdges& columns, const CellEdges& lines,
+            bool isMirrored);
 
         void Next(unsigned char* line) override;
 
@@ -26,8 +26,8 @@ namespace RasterFeed
         void NextRow();
 
         RowOrder rows;
-        std::vector<std::int64_t> edges; ///< of the rows of cells
-        std::size_t cells;               ///< in a line
+        CellEdges edges;   ///< of the lines
+        std::size_t cells; ///< in a line
         bool isMirrored;
         std::unique_ptr<CellSums> sums;
         std::unique_ptr<unsigned char[]> space; ///< holds a row, if its source does not

@@ -14,9 +14,6 @@ namespace RasterFeed
 {
     namespace
     {
-        // What the sums of a reduction may take: those of rows of 17 million bytes, or of a thousand million bits.
-        constexpr std::uint64_t MostSumsMemory = 256ull * 1024 * 1024;
-
         void CheckHeldSize(const View& view)
         {
             const std::uint64_t bytes = std::uint64_t{view.across.cells} * view.down.cells;
@@ -30,7 +27,7 @@ namespace RasterFeed
             }
         }
 
-        std::vector<std::int64_t> EdgesOf(const ViewSide& side, bool isFlipped)
+        CellEdges EdgesOf(const ViewSide& side, bool isFlipped)
         {
             return CellEdges(side.pixels, side.cells, side.pixelsPerCell, isFlipped);
         }
@@ -67,13 +64,6 @@ namespace RasterFeed
         const ViewSide& down = view.turn.isTransposed ? view.across : view.down;
         if (view.isReduced)
         {
-            if (CellSumsMemory(form, columns.cells) > MostSumsMemory)
-            {
-                throw Refusal(
-                    "rows of " + std::to_string(form.width) + " pixels to be reduced, which takes " +
-                    std::to_string(CellSumsMemory(form, columns.cells)) + " bytes of memory; up to " +
-                    std::to_string(MostSumsMemory) + " are accepted");
-            }
             lines = std::make_unique<ReducedLines>(
                 std::move(rows), form, EdgesOf(columns, view.turn.flipsColumns),
                 EdgesOf(down, view.turn.flipsRows && isHeld), view.turn.flipsColumns);

@@ -403,16 +403,25 @@ namespace RasterFeedTest
 
     TEST(Reduction, EdgesAreRoundedWhereTheDefinitionPutsThem)
     {
-        using RasterFeed::CellEdges;
-        EXPECT_THAT(CellEdges(10, 3, 3.0, false), ElementsAre(0, 3 << 16, 6 << 16, 9 << 16));
-        EXPECT_THAT(CellEdges(10, 3, 3.0, true), ElementsAre(1 << 16, 4 << 16, 7 << 16, 10 << 16));
+        const auto edges = [](std::uint32_t pixels, std::uint32_t cells, double ratio, bool isFlipped)
+        {
+            const RasterFeed::CellEdges rule(pixels, cells, ratio, isFlipped);
+            std::vector<std::int64_t> all;
+            for (std::size_t i = 0; i <= cells; ++i)
+            {
+                all.push_back(rule[i]);
+            }
+            return all;
+        };
+        EXPECT_THAT(edges(10, 3, 3.0, false), ElementsAre(0, 3 << 16, 6 << 16, 9 << 16));
+        EXPECT_THAT(edges(10, 3, 3.0, true), ElementsAre(1 << 16, 4 << 16, 7 << 16, 10 << 16));
         // Beyond the image's end, which is before its begin from the other side.
-        EXPECT_THAT(CellEdges(5, 2, 3.0, false), ElementsAre(0, 3 << 16, 6 << 16));
-        EXPECT_THAT(CellEdges(5, 2, 3.0, true), ElementsAre(-(1 << 16), 2 << 16, 5 << 16));
+        EXPECT_THAT(edges(5, 2, 3.0, false), ElementsAre(0, 3 << 16, 6 << 16));
+        EXPECT_THAT(edges(5, 2, 3.0, true), ElementsAre(-(1 << 16), 2 << 16, 5 << 16));
         // A half upwards, from either side: 1.5 and 2.5 of 65536, and a hair less.
-        EXPECT_THAT(CellEdges(5, 2, 1 + 1.5 / 65536, false), ElementsAre(0, 65538, 131075));
-        EXPECT_THAT(CellEdges(5, 1, 1 + 1.4999 / 65536, false), ElementsAre(0, 65537));
-        EXPECT_THAT(CellEdges(1, 1, 1e300, false), ElementsAre(0, std::int64_t{1} << 58));
+        EXPECT_THAT(edges(5, 2, 1 + 1.5 / 65536, false), ElementsAre(0, 65538, 131075));
+        EXPECT_THAT(edges(5, 1, 1 + 1.4999 / 65536, false), ElementsAre(0, 65537));
+        EXPECT_THAT(edges(1, 1, 1e300, false), ElementsAre(0, std::int64_t{1} << 58));
     }
 
     TEST(Reduction, LargestAreaOf64BitsIsExact)
