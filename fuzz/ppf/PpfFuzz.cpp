@@ -38,14 +38,20 @@ namespace
                 Require(IsPerCent(zone));
             }
             Require(IsPerCent(ink.Zones(Ppf::EdgesOfZones(columns, ZoneWidth)).back()));
-        }
-        for (const Ppf::Picture& picture : Ppf::ScaledPictures(document, preview, LongestSide))
-        {
-            Require(picture.ink.size() == picture.width * picture.height);
+            Require(IsPerCent(ink.Zones({-3.5, 0.25, 1e9}).front()));
         }
         std::uint64_t rows = 0;
-        Ppf::DrawUpright(document, preview, preview.components - 1, [&](const unsigned char*) { ++rows; });
+        Ppf::Scaler scaler(columns, preview.UprightHeight(), LongestSide);
+        Ppf::DrawUpright(
+            document, preview, preview.components - 1,
+            [&](const unsigned char* row)
+            {
+                ++rows;
+                scaler.Add(row);
+            });
         Require(rows == preview.UprightHeight());
+        const Ppf::Picture picture = scaler.Finish();
+        Require(picture.ink.size() == picture.width * picture.height && picture.width <= LongestSide);
     }
 }
 

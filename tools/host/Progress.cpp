@@ -24,23 +24,6 @@ namespace Host
 
         // What runs on the thread takes no memory: nothing that it throws could be caught.
 
-        /// Bytes that this process has read so far; 0 if the system does not say.
-        std::uint64_t BytesRead()
-        {
-            const Descriptor counters(open("/proc/self/io", O_RDONLY | O_CLOEXEC));
-            std::array<char, 512> text{};
-            const ssize_t size = counters.IsOpen() ? ReadAll(counters.Number(), text.data(), text.size()) : 0;
-            const std::string_view all(text.data(), static_cast<std::size_t>(std::max<ssize_t>(size, 0)));
-            constexpr std::string_view Key = "rchar: ";
-            const auto at = all.find(Key);
-            std::uint64_t value = 0;
-            if (at != std::string_view::npos)
-            {
-                std::from_chars(all.data() + at + Key.size(), all.data() + all.size(), value);
-            }
-            return value;
-        }
-
         /// A thread that is started from here takes no signals: those are for the thread that does the work.
         class SignalsBlocked
         {
@@ -60,11 +43,30 @@ namespace Host
         };
     }
 
+    // Runs on the thread, too.
+    std::uint64_t Progress::BytesRead() noexcept
+    {
+        const Descriptor counters(open("/proc/self/io", O_RDONLY | O_CLOEXEC));
+        std::array<char, 512> text{};
+        const ssize_t size = counters.IsOpen() ? ReadAll(counters.Number(), text.data(), text.size()) : 0;
+        const std::string_view all(text.data(), static_cast<std::size_t>(std::max<ssize_t>(size, 0)));
+        constexpr std::string_view Key = "rchar: ";
+        const auto at = all.find(Key);
+        std::uint64_t value = 0;
+        if (at != std::string_view::npos)
+        {
+            std::from_chars(all.data() + at + Key.size(), all.data() + all.size(), value);
+        }
+        return value;
+    }
+
     Progress::Progress(
-        int theTerminal, std::uint64_t theBytesToRead, std::string theWhat, std::chrono::milliseconds delay) noexcept
+        int theTerminal, std::uint64_t theBytesToRead, std::string theWhat, std::chrono::milliseconds delay,
+        std::uint64_t (*theBytesRead)() noexcept) noexcept
         : terminal(theTerminal)
         , bytesToRead(theBytesToRead)
-        , bytesBefore(BytesRead())
+        , bytesRead(theBytesRead)
+        , bytesBefore(theBytesRead())
         , what(std::move(theWhat))
     {
         try
@@ -113,9 +115,10 @@ namespace Host
     {
         std::array<char, 200> line{};
         std::array<char, 100> part{};
-        if (bytesToRead > 0 && bytesBefore > 0)
+        const bool isKnown = bytesBefore > 0 || bytesRead != &BytesRead;
+        if (bytesToRead > 0 && isKnown)
         {
-            const std::uint64_t done = std::min(BytesRead() - bytesBefore, bytesToRead);
+            const std::uint64_t done = std::min(bytesRead() - bytesBefore, bytesToRead);
             std::snprintf(
                 part.data(), part.size(), ", %d %% %s read", static_cast<int>(done * 100 / bytesToRead), what.c_str());
         }

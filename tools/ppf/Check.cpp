@@ -4,6 +4,7 @@
 #include "ppf/DocumentReader.h"
 #include "ppf/FileMap.h"
 #include "ppf/Keywords.h"
+#include "ppf/Number.h"
 #include "ppf/ScanLineReader.h"
 #include "ppf/Scanner.h"
 
@@ -17,6 +18,31 @@ namespace Ppf
         std::string Quoted(const std::string& name)
         {
             return "\"" + name.substr(0, 100) + "\"";
+        }
+
+        /// Two numbers between brackets, each with a unit of length or, in points, without.
+        bool IsExtent(std::string_view value)
+        {
+            constexpr std::array<std::string_view, 6> Units = {"inch", "mm", "cm", "m", "point", "pt"};
+            const std::vector<Token> tokens = TokensOf(value, 2 + 2 * 2);
+            if (tokens.size() < 2 || tokens.front().kind != TokenKind::Open || tokens.back().kind != TokenKind::Close)
+            {
+                return false;
+            }
+            int numbers = 0;
+            for (std::size_t i = 1; i + 1 < tokens.size(); ++i)
+            {
+                const bool isUnit = std::find(Units.begin(), Units.end(), tokens[i].text) != Units.end();
+                if (tokens[i].kind == TokenKind::Number && *NumberOf(tokens[i].text) >= 0)
+                {
+                    ++numbers;
+                }
+                else if (!isUnit || tokens[i - 1].kind != TokenKind::Number)
+                {
+                    return false;
+                }
+            }
+            return numbers == 2;
         }
 
         class Checker
@@ -54,6 +80,7 @@ namespace Ppf
             bool IsOpen(const Sheet& sheet) const;
             void CheckDirectoryEntry(const DirectoryEntry& entry, const Sheet& sheet, std::uint64_t sectionEnd);
             void CheckSheet(const Sheet& sheet);
+            void CheckValues(const Sheet& sheet);
             void CheckSurface(const Surface& surface);
             void CheckPreview(const Preview& preview);
             void CheckEndMark(const Preview& preview);
@@ -147,9 +174,31 @@ namespace Ppf
             {
                 Add(sheet.offset, "sheet has no /CIP3AdmPSExtent");
             }
+            if (depth == CheckDepth::Everything)
+            {
+                CheckValues(sheet);
+            }
             for (const Surface& surface : sheet.surfaces)
             {
                 CheckSurface(surface);
+            }
+        }
+
+        void Checker::CheckValues(const Sheet& sheet)
+        {
+            for (const std::string_view key : {Key::JobName, Key::SheetName})
+            {
+                const std::string_view value = sheet.Find(key).value_or("()");
+                const std::vector<Token> tokens = TokensOf(value, 1);
+                if (tokens.size() != 1 || tokens[0].kind != TokenKind::String)
+                {
+                    Add(document.OffsetOf(value), "value of /" + std::string(key) + " is not a string");
+                }
+            }
+            const std::optional<std::string_view> extent = sheet.Find(Key::Extent);
+            if (extent && !IsExtent(*extent))
+            {
+                Add(document.OffsetOf(*extent), "value of /CIP3AdmPSExtent is not an array of two lengths");
             }
         }
 
@@ -186,7 +235,7 @@ namespace Ppf
             }
             const std::size_t before = findings.size();
             CheckEndMark(preview);
-            if (depth == CheckDepth::Everything && findings.size() == before)
+            if (depth != CheckDepth::Structure && findings.size() == before)
             {
                 CheckSize(preview);
             }
@@ -231,6 +280,16 @@ namespace Ppf
                     return;
                 }
                 const DecodedSize size = CountDecoded(document, preview);
+                const bool isRunLength = preview.compression == Compression::RunLength;
+                if (isRunLength && depth == CheckDepth::Everything && !size.hasEndMark)
+                {
+                    Add(EndOfData(preview), "run-length data has no end mark 128");
+                }
+                if (depth == CheckDepth::Everything && size.bytesAfterMark > 0)
+                {
+                    Add(document.OffsetOf(preview.data),
+                        std::to_string(size.bytesAfterMark) + " bytes stand after the end mark of run-length data");
+                }
                 const std::uint64_t needed = preview.StoredBytes();
                 if (size.bytes < needed)
                 {

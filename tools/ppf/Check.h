@@ -16,7 +16,9 @@ namespace Ppf
         /// writer can afford it after each file.
         Structure,
         /// The same, and the decoded size of every preview is held against its width and height. Pixels are made of JPEG
-        /// data only.
+        /// data only. What a writer can hold its own file against, whatever values it was given to write.
+        Sizes,
+        /// The same, and the values of entries and the end of run-length data are what the format asks for.
         Everything
     };
 

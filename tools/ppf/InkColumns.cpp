@@ -111,11 +111,12 @@ namespace Ppf
         return zones;
     }
 
-    /// Mean coverage of the columns from `left` to `right`, both in columns and within the picture.
+    /// Mean coverage from `left` to `right`, both in columns.
     double InkColumns::MeanBetween(double left, double right) const
     {
         double ink = 0;
-        for (auto i = static_cast<std::size_t>(left); i < sums.size() && static_cast<double>(i) < right; ++i)
+        for (auto i = static_cast<std::size_t>(std::clamp(left, 0.0, static_cast<double>(sums.size())));
+             i < sums.size() && static_cast<double>(i) < right; ++i)
         {
             const auto begin = static_cast<double>(i);
             const double share = std::min(right, begin + 1) - std::max(left, begin);

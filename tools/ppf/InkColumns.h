@@ -19,8 +19,8 @@ namespace Ppf
         /// Mean coverage of the whole picture, in per cent of full ink.
         double Coverage() const;
 
-        /// Mean coverage of each zone between two neighbouring edges, in per cent. Edges are in columns from the left,
-        /// ascending and within the picture. A column that an edge cuts counts in both zones by its parts.
+        /// Mean coverage of each zone between two neighbouring edges, in per cent. Edges are in columns from the left and
+        /// ascending. A column that an edge cuts counts in both zones by its parts; beyond the picture there is paper.
         std::vector<double> Zones(const std::vector<double>& edges) const;
 
     private:

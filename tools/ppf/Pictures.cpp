@@ -3,6 +3,7 @@
 #include "ppf/ScanLineReader.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace Ppf
 {
@@ -20,103 +21,6 @@ namespace Ppf
                 out[x] = stored.ink[static_cast<std::size_t>(row * stored.width + column)];
             }
         }
-
-        /// A stored picture turned upright.
-        Picture Upright(Picture stored, const Orientation& orientation)
-        {
-            if (orientation.IsUpright())
-            {
-                return stored;
-            }
-            Picture upright = stored;
-            if (orientation.transposed)
-            {
-                std::swap(upright.width, upright.height);
-            }
-            for (std::uint64_t y = 0; y < upright.height; ++y)
-            {
-                CopyUprightRow(stored, orientation, y, upright.width, upright.ink.data() + y * upright.width);
-            }
-            return upright;
-        }
-
-        /// Adds up squares of pixels, rows of squares at a time.
-        class Scaler
-        {
-        public:
-            Scaler(const Preview& thePreview, std::uint64_t theFactor)
-                : preview(thePreview)
-                , factor(static_cast<std::size_t>(theFactor))
-                , columns(static_cast<std::size_t>((thePreview.width + theFactor - 1) / theFactor))
-                , sums(columns * thePreview.components)
-                , pictures(thePreview.components)
-            {
-                for (Picture& picture : pictures)
-                {
-                    picture.width = columns;
-                    picture.height = (thePreview.height + theFactor - 1) / theFactor;
-                    picture.ink.reserve(columns * static_cast<std::size_t>(picture.height));
-                }
-            }
-
-            void Add(const unsigned char* row)
-            {
-                const std::size_t components = pictures.size();
-                const auto samples = static_cast<std::size_t>(preview.RowSamples());
-                const std::size_t square = factor * components;
-                for (std::size_t begin = 0, column = 0; begin < samples; begin += square, ++column)
-                {
-                    const std::size_t end = std::min(begin + square, samples);
-                    for (std::size_t component = 0; component < components; ++component)
-                    {
-                        std::uint64_t sum = 0;
-                        for (std::size_t i = begin + component; i < end; i += components)
-                        {
-                            sum += row[i];
-                        }
-                        sums[column * components + component] += sum;
-                    }
-                }
-                if (++rows == factor)
-                {
-                    EndRow();
-                }
-            }
-
-            std::vector<Picture> Pictures()
-            {
-                if (rows > 0)
-                {
-                    EndRow();
-                }
-                return std::move(pictures);
-            }
-
-        private:
-            void EndRow()
-            {
-                const std::size_t components = pictures.size();
-                for (std::size_t column = 0; column < columns; ++column)
-                {
-                    const auto width = static_cast<std::size_t>(preview.width);
-                    const std::uint64_t pixels = std::min(factor, width - column * factor) * rows;
-                    for (std::size_t component = 0; component < components; ++component)
-                    {
-                        std::uint64_t& sum = sums[column * components + component];
-                        pictures[component].ink.push_back(static_cast<unsigned char>((sum + pixels / 2) / pixels));
-                        sum = 0;
-                    }
-                }
-                rows = 0;
-            }
-
-            const Preview& preview;
-            std::size_t factor;
-            std::size_t columns;
-            std::size_t rows = 0;
-            std::vector<std::uint64_t> sums;
-            std::vector<Picture> pictures;
-        };
 
         /// One component of a row, the other way round if wanted.
         void CopyComponent(
@@ -160,20 +64,51 @@ namespace Ppf
         }
     }
 
-    std::vector<Picture> ScaledPictures(const Document& document, const Preview& preview, std::uint64_t longest)
+    Scaler::Scaler(std::uint64_t width, std::uint64_t height, std::uint64_t longest)
+        : factor(static_cast<std::size_t>((std::max(width, height) + longest - 1) / longest))
+        , columns(static_cast<std::size_t>(width))
+        , sums((columns + factor - 1) / factor)
     {
-        ScanLineReader rows(document, preview);
-        const std::uint64_t longer = std::max(preview.width, preview.height);
-        Scaler scaler(preview, (longer + longest - 1) / longest);
-        while (const unsigned char* row = rows.Next())
+        picture.width = sums.size();
+        picture.height = (height + factor - 1) / factor;
+        picture.ink.reserve(sums.size() * static_cast<std::size_t>(picture.height));
+    }
+
+    void Scaler::Add(const unsigned char* row)
+    {
+        for (std::size_t begin = 0, i = 0; begin < columns; begin += factor, ++i)
         {
-            scaler.Add(row);
+            const std::size_t end = std::min(begin + factor, columns);
+            std::uint64_t sum = 0;
+            for (std::size_t column = begin; column < end; ++column)
+            {
+                sum += row[column];
+            }
+            sums[i] += sum;
         }
-        std::vector<Picture> pictures = scaler.Pictures();
-        for (Picture& picture : pictures)
+        if (++rows == factor)
         {
-            picture = Upright(std::move(picture), preview.OrientationOnSheet());
+            EndRow();
         }
-        return pictures;
+    }
+
+    Picture Scaler::Finish()
+    {
+        if (rows > 0)
+        {
+            EndRow();
+        }
+        return std::move(picture);
+    }
+
+    void Scaler::EndRow()
+    {
+        for (std::size_t i = 0; i < sums.size(); ++i)
+        {
+            const std::uint64_t pixels = std::min(factor, columns - i * factor) * rows;
+            picture.ink.push_back(static_cast<unsigned char>((sums[i] + pixels / 2) / pixels));
+        }
+        std::fill(sums.begin(), sums.end(), 0);
+        rows = 0;
     }
 }

@@ -24,7 +24,27 @@ namespace Ppf
         const Document& document, const Preview& preview, unsigned component,
         const std::function<void(unsigned char*)>& takeRow);
 
-    /// The pictures of all components, scaled down by a whole number so that neither side is longer than `longest`
-    /// pixels. A pixel is the mean of those that it stands for. Throws FormatError if the data is damaged.
-    std::vector<Picture> ScaledPictures(const Document& document, const Preview& preview, std::uint64_t longest);
+    /// Scales a picture down by a whole number while its rows come. Calls: Add for each row, then Finish.
+    class Scaler
+    {
+    public:
+        /// So that neither side is longer than `longest` pixels.
+        Scaler(std::uint64_t width, std::uint64_t height, std::uint64_t longest);
+
+        /// The next row, a byte per pixel.
+        void Add(const unsigned char* row);
+
+        /// The picture. A pixel is the mean of those that it stands for.
+        Picture Finish();
+
+    private:
+        void EndRow();
+
+        std::size_t factor;
+        std::size_t columns;
+        std::size_t rows = 0;
+        /// Of the row that is being added up, one per pixel of the picture.
+        std::vector<std::uint64_t> sums;
+        Picture picture;
+    };
 }

@@ -4,7 +4,7 @@
 #include "host/Paths.h"
 #include "ppf/Pictures.h"
 #include "ppf/PngWriter.h"
-#include "ppfinfo/InkMeasure.h"
+#include "ppfinfo/MeasuredPreview.h"
 
 #include <algorithm>
 #include <array>
@@ -49,6 +49,7 @@ namespace PpfInfo
                         [](unsigned char ink) { return static_cast<unsigned char>(255 - ink); });
                     png->WriteRow(row);
                 });
+            CountDataRead(preview);
             png->Finish();
             file->Publish();
         }

@@ -1,7 +1,7 @@
 #include "ppfinfo/Headings.h"
 
 #include "ppfinfo/Text.h"
-#include "ppfinfo/ZoneChoice.h"
+#include "ppfinfo/Zones.h"
 
 namespace PpfInfo
 {
@@ -30,5 +30,19 @@ namespace PpfInfo
     std::string FilterText(const Ppf::Preview& preview)
     {
         return ToPrintable(preview.compressionName) + ", " + ToPrintable(preview.encodingName);
+    }
+
+    std::string FindingText(const Ppf::Finding& finding)
+    {
+        return "byte " + std::to_string(finding.offset) + ": " + ToPrintable(finding.text);
+    }
+
+    void WriteFindings(const std::string& heading, const std::vector<Ppf::Finding>& findings, std::ostream& out)
+    {
+        out << (findings.empty() ? "" : '\n' + heading + '\n');
+        for (const Ppf::Finding& finding : findings)
+        {
+            out << "  " << FindingText(finding) << '\n';
+        }
     }
 }

@@ -3,7 +3,9 @@
 
 #include "ppf/Document.h"
 
+#include <ostream>
 #include <string>
+#include <vector>
 
 namespace PpfInfo
 {
@@ -15,4 +17,10 @@ namespace PpfInfo
 
     /// "RunLengthDecode, ASCII85Decode".
     std::string FilterText(const Ppf::Preview& preview);
+
+    /// "byte 1230: ...", as all findings are said.
+    std::string FindingText(const Ppf::Finding& finding);
+
+    /// A heading after an empty line, and a line for each finding; nothing without findings.
+    void WriteFindings(const std::string& heading, const std::vector<Ppf::Finding>& findings, std::ostream& out);
 }

@@ -41,7 +41,7 @@ namespace PpfInfo
 @media (prefers-color-scheme: dark) {
   :root { --page: #14161a; --panel: #1d2026; --text: #e8eaee; --soft: #9aa2b1; --line: #343944; --paper: #e9e9e6; --track: #c9cdd5;
     --alert: #ff9c92; --alert-panel: #2c1a18; }
-  figure img { filter: brightness(.92); }
+  .picture { filter: brightness(.92); }
 }
 * { box-sizing: border-box; }
 body { margin: 0 auto; max-width: 84rem; padding: 1rem clamp(.6rem, 2.5vw, 2rem) 4rem; background: var(--page);
@@ -65,10 +65,17 @@ dd { margin: 0; overflow-wrap: anywhere; font-variant-numeric: tabular-nums; }
 .overview { display: grid; grid-template-columns: minmax(0, 1fr) 21rem; gap: 1.2rem; align-items: start; }
 .separations { display: grid; grid-template-columns: repeat(auto-fill, minmax(min(100%, 26rem), 1fr));
   gap: 1.2rem; margin-top: 1.2rem; }
-figure { margin: 0 auto; width: 100%; break-inside: avoid; }
-figure img { display: block; width: 100%; max-height: 300vh; background: var(--paper);
-  border: 1px solid var(--line); border-radius: .25rem .25rem 0 0; }
-figure img.small { image-rendering: pixelated; }
+figure { margin: 0 auto; width: 100%; max-width: calc(90vh * var(--ratio)); break-inside: avoid; }
+.picture { display: block; width: 100%; height: auto; isolation: isolate; background: var(--track);
+  border: 1px solid var(--line); border-radius: .25rem .25rem 0 0; print-color-adjust: exact; -webkit-print-color-adjust: exact; }
+.picture .paper { fill: var(--paper); }
+.picture image, .picture use { mix-blend-mode: multiply; }
+.picture.small image { image-rendering: pixelated; }
+.separation a { display: block; cursor: zoom-in; }
+.large { display: none; }
+.large:target { display: flex; flex-direction: column; gap: .5rem; position: fixed; inset: 0; z-index: 1; padding: .6rem;
+  background: var(--page); }
+.large .picture { flex: 1; min-height: 0; cursor: default; background: none; border: 0; }
 figcaption { display: flex; flex-wrap: wrap; align-items: baseline; gap: .15rem .6rem; margin: 0 0 .35rem; }
 figcaption b { overflow-wrap: anywhere; }
 figcaption .per { margin-left: auto; font-weight: 600; font-variant-numeric: tabular-nums; }
@@ -91,6 +98,11 @@ th, td { padding: .18rem .55rem; text-align: right; border-bottom: 1px solid var
 thead th { vertical-align: bottom; }
 th.name { text-align: left; white-space: normal; overflow-wrap: break-word; font-weight: 500; }
 .inks { width: 100%; }
+.inks label { cursor: pointer; display: flex; align-items: center; gap: .4em; }
+.inks input { margin: 0; flex: none; }
+.inks tfoot th { font-weight: 600; }
+.inks tfoot .soft { font-weight: 400; }
+.inks .switch td { border: 0; padding: .6rem 0 0; }
 .inks .meter { width: 34%; }
 .inks svg { display: block; width: 100%; height: .7rem; }
 .inks rect { stroke: #8888; }
@@ -98,6 +110,7 @@ th.name { text-align: left; white-space: normal; overflow-wrap: break-word; font
 @media (max-width: 60rem) { .overview { grid-template-columns: minmax(0, 1fr); } }
 @media (max-width: 38rem) { .chart .minor { display: none; } body { font-size: 15px; }
   dl { grid-template-columns: minmax(0, 1fr); } dd { margin-bottom: .4rem; } }
+@page { margin: 12mm; }
 @media print {
   :root { --page: #fff; --panel: #fff; --text: #000; --soft: #444; --line: #bbb; --paper: #fff; --alert: #900;
     --alert-panel: #fff; }
@@ -105,10 +118,13 @@ th.name { text-align: left; white-space: normal; overflow-wrap: break-word; font
   .sheet { border: 0; padding: 0; break-before: page; }
   .sheet:first-of-type { break-before: auto; }
   .overview { grid-template-columns: minmax(0, 1fr); }
+  figure { max-width: calc(215mm * var(--ratio)); }
   .separations { grid-template-columns: 1fr 1fr; }
+  .large, .large:target, .switch { display: none; }
   .separations .minor { display: none; }
   .inks { break-inside: avoid; }
   nav { display: none; }
+  h2, h3, h4 { break-after: avoid; }
   thead { display: table-header-group; }
   tr { break-inside: avoid; }
 }

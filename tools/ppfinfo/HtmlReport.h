@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ppf/Document.h"
-#include "ppfinfo/ZoneChoice.h"
+#include "ppfinfo/Zones.h"
 
 #include <optional>
 #include <ostream>

@@ -1,7 +1,7 @@
 #include "ppfinfo/JsonOutput.h"
 
-#include "ppfinfo/InkMeasure.h"
 #include "ppfinfo/JsonWriter.h"
+#include "ppfinfo/MeasuredPreview.h"
 #include "ppfinfo/Text.h"
 
 #include <cmath>
@@ -101,18 +101,18 @@ namespace PpfInfo
                 json.BeginArray();
                 for (const Ppf::Preview& preview : surface.previews)
                 {
-                    const InkMeasure measure = MeasureInks(document, preview);
-                    KeepFirst(firstFinding, measure.finding);
+                    const MeasuredPreview measured = MeasurePreview(document, preview, zones);
+                    KeepFirst(firstFinding, measured.findings);
                     for (unsigned i = 0; i < preview.components; ++i)
                     {
-                        WriteSeparation(preview, preview.inks[i], measure.inks.empty() ? nullptr : &measure.inks[i]);
+                        WriteSeparation(preview, preview.inks[i], measured.inks.empty() ? nullptr : &measured.inks[i]);
                     }
                 }
                 json.EndArray();
                 json.EndObject();
             }
 
-            void WriteSeparation(const Ppf::Preview& preview, const std::string& name, const Ppf::InkColumns* ink)
+            void WriteSeparation(const Ppf::Preview& preview, const std::string& name, const MeasuredInk* ink)
             {
                 json.BeginObject();
                 json.Text("name", name);
@@ -124,13 +124,12 @@ namespace PpfInfo
                 json.Text("encoding", preview.encodingName);
                 json.Whole("dataBytes", preview.data.size());
                 json.Name("coverage");
-                ink == nullptr ? json.Null() : json.Number(ink->Coverage());
+                ink == nullptr ? json.Null() : json.Number(ink->coverage);
                 if (zones.IsGiven())
                 {
                     json.Name("zones");
                     json.BeginArray();
-                    for (const double zone :
-                         ink == nullptr ? std::vector<double>() : ink->Zones(ZoneEdges(preview, zones, firstFinding)))
+                    for (const double zone : ink == nullptr ? std::vector<double>() : ink->zones)
                     {
                         json.Number(zone);
                     }

@@ -90,22 +90,19 @@ namespace PpfInfo
         return findings;
     }
 
-    std::vector<Ppf::Finding> Observations(const Ppf::Preview& preview, const InkMeasure& measure)
+    std::vector<Ppf::Finding> Observations(const Ppf::Preview& preview, const MeasuredPreview& measured)
     {
-        std::vector<Ppf::Finding> findings;
-        if (measure.finding)
-        {
-            findings.push_back(*measure.finding);
-        }
-        if (measure.excess > 0)
+        std::vector<Ppf::Finding> findings = measured.findings;
+        if (measured.excess > 0)
         {
             findings.push_back(
                 {preview.offset, "data of separation " + Quoted(preview.inks[0]) + " goes on for " +
-                                     std::to_string(measure.excess) + " bytes after its last row, which are left out"});
+                                     std::to_string(measured.excess) +
+                                     " bytes after its last row, which are left out"});
         }
-        for (std::size_t i = 0; i < measure.inks.size(); ++i)
+        for (std::size_t i = 0; i < measured.inks.size(); ++i)
         {
-            if (measure.inks[i].Coverage() <= 0)
+            if (measured.inks[i].coverage <= 0)
             {
                 findings.push_back({preview.offset, "separation " + Quoted(preview.inks[i]) + " has no ink"});
             }

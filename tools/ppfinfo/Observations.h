@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ppf/Document.h"
-#include "ppfinfo/InkMeasure.h"
+#include "ppfinfo/MeasuredPreview.h"
 
 #include <vector>
 
@@ -11,6 +11,6 @@ namespace PpfInfo
     /// What the structure shows, in the order of the file. The document's damage is not part of it.
     std::vector<Ppf::Finding> Observations(const Ppf::Document& document);
 
-    /// What decoding one preview shows.
-    std::vector<Ppf::Finding> Observations(const Ppf::Preview& preview, const InkMeasure& measure);
+    /// What measuring one preview shows, what is wrong with it first.
+    std::vector<Ppf::Finding> Observations(const Ppf::Preview& preview, const MeasuredPreview& measured);
 }

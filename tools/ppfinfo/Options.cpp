@@ -4,6 +4,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
+#include <array>
 #include <memory>
 
 namespace PpfInfo
@@ -18,17 +20,22 @@ namespace PpfInfo
         /// What the options ask for that cannot be had together, or nothing.
         std::string Contradiction(const Options& options)
         {
-            const bool extracts = !options.extractTo.empty();
-            const int answers = options.json + options.check + extracts + !options.reportTo.empty();
-            if (answers > 1)
+            const std::array<bool, 7> outputs = {options.json,
+                                                 options.check,
+                                                 options.csv,
+                                                 !options.extractTo.empty(),
+                                                 !options.reportTo.empty(),
+                                                 !options.jdfTo.empty(),
+                                                 !options.xjdfTo.empty()};
+            if (std::count(outputs.begin(), outputs.end(), true) > 1)
             {
-                return "only one of --json, --check, --extract and --report can be asked for";
+                return "only one of --json, --check, --csv, --extract, --report, --jdf and --xjdf can be asked for";
             }
-            if (options.zones.count > 0 && options.zones.width > 0)
+            if (options.zones.offset && !options.zones.IsPress())
             {
-                return "--zones and --zone-width cannot both be given";
+                return "--zone-offset is about a press: give --zones and --zone-width, too";
             }
-            if (options.zones.IsGiven() && (options.check || extracts))
+            if (options.zones.IsGiven() && (options.check || !options.extractTo.empty()))
             {
                 return "ink zones are not part of what --check and --extract give";
             }
@@ -45,8 +52,14 @@ namespace PpfInfo
 
         std::string CheckLength(const std::string& text)
         {
-            return ParseLength(text) ? ""
-                                     : "needs a length above 0 with its unit, as in 32.5mm (mm, cm, inch or point)";
+            return ParseLength(text).value_or(0) > 0
+                       ? ""
+                       : "needs a length above 0 with its unit, as in 32.5mm (mm, cm, inch or point)";
+        }
+
+        std::string CheckOffset(const std::string& text)
+        {
+            return ParseLength(text) ? "" : "needs a length with its unit, as in -12.5mm (mm, cm, inch or point)";
         }
 
         class HelpFormatter : public CLI::Formatter
@@ -54,10 +67,11 @@ namespace PpfInfo
         public:
             std::string make_usage(const CLI::App*, std::string) const override
             {
-                return "Usage: ppfinfo [--json] [--zones N | --zone-width WIDTH] FILE.ppf\n"
+                return "Usage: ppfinfo [ZONES] [--json | --csv] FILE.ppf\n"
+                       "       ppfinfo [ZONES] --report OUT.html | --jdf OUT.jdf | --xjdf OUT.xjdf FILE.ppf\n"
                        "       ppfinfo --check FILE.ppf\n"
                        "       ppfinfo --extract DIR FILE.ppf\n"
-                       "       ppfinfo --report OUT.html [--zones N | --zone-width WIDTH] FILE.ppf\n";
+                       "ZONES: --zones N | --zone-width WIDTH | --zones N --zone-width WIDTH [--zone-offset LENGTH]\n";
             }
         };
     }
@@ -67,6 +81,7 @@ namespace PpfInfo
         CommandLine line;
         Options& options = line.options;
         std::string zoneWidth;
+        std::string zoneOffset;
 
         CLI::App app(
             "Looks into a print production (PPF) file: what it holds, whether it is well formed, and how much "
@@ -89,18 +104,33 @@ namespace PpfInfo
         app.add_option("--report", options.reportTo, "Write a page with pictures and ink zones for a browser")
             ->type_name("OUT.html")
             ->check(CLI::Validator(CheckPlace, ""));
+        app.add_flag("--csv", options.csv, "Write the ink zones as CSV");
+        app.add_option("--jdf", options.jdfTo, "Write the ink zones as a JDF 1.5 document")
+            ->type_name("OUT.jdf")
+            ->check(CLI::Validator(CheckPlace, ""));
+        app.add_option("--xjdf", options.xjdfTo, "Write the ink zones as an XJDF 2.1 document")
+            ->type_name("OUT.xjdf")
+            ->check(CLI::Validator(CheckPlace, ""));
         app.add_option("--zones", options.zones.count, "Mean ink coverage of each of N equal zones")
             ->type_name("N")
             ->check(CLI::Validator(CheckCount, ""));
         app.add_option(
-               "--zone-width", zoneWidth, "The same with zones of this width: a number with mm, cm, inch or point")
+               "--zone-width", zoneWidth,
+               "The same with zones of this width, a number with mm, cm, inch or point; with --zones, the N zones "
+               "of this width of a press, the sheet in their middle")
             ->type_name("WIDTH")
             ->check(CLI::Validator(CheckLength, ""));
+        app.add_option(
+               "--zone-offset", zoneOffset,
+               "Of a press: how far right of zone 1's left edge the sheet's left edge lies, in place of the middle")
+            ->type_name("LENGTH")
+            ->check(CLI::Validator(CheckOffset, ""));
         std::string problem;
         try
         {
             app.parse(argc, argv);
             options.zones.width = ParseLength(zoneWidth).value_or(0);
+            options.zones.offset = ParseLength(zoneOffset);
             problem = file->empty() ? "no file: name the one to look into" : Contradiction(options);
         }
         catch (const CLI::CallForHelp&)

@@ -1,7 +1,7 @@
 // The command line, read into one record.
 #pragma once
 
-#include "ppfinfo/ZoneChoice.h"
+#include "ppfinfo/Zones.h"
 
 #include <string>
 
@@ -12,10 +12,14 @@ namespace PpfInfo
         std::string file;
         bool json = false;
         bool check = false;
+        bool csv = false;
         /// Folder for the pictures, or empty.
         std::string extractTo;
         /// Place of the report, or empty.
         std::string reportTo;
+        /// Places of the documents for presses, or empty.
+        std::string jdfTo;
+        std::string xjdfTo;
         ZoneChoice zones;
     };
 

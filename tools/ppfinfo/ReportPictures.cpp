@@ -2,6 +2,7 @@
 
 #include "ppf/PngWriter.h"
 
+#include <algorithm>
 #include <new>
 #include <sstream>
 
@@ -59,41 +60,45 @@ namespace PpfInfo
         return Url(stream);
     }
 
-    void Composite::Print(const Ppf::Picture& picture, const Colour& ink)
+    void InkTotal::BeginInk(std::uint64_t theWidth, std::uint64_t theHeight)
     {
-        if (IsEmpty())
+        // A sum has 16 bits.
+        constexpr unsigned MostInks = 65535 / 255;
+        constexpr std::uint64_t MostPixels = 1u << 27;
+        if (inks == 0)
         {
-            width = picture.width;
-            height = picture.height;
-            pixels.assign(static_cast<std::size_t>(width * height), White);
+            width = theWidth;
+            height = theHeight;
+            fits = width <= MostPixels / height;
+            sums.resize(fits ? static_cast<std::size_t>(width * height) : 0);
         }
-        for (std::uint64_t y = 0; y < height; ++y)
-        {
-            const unsigned char* const row = picture.ink.data() + y * picture.height / height * picture.width;
-            for (std::uint64_t x = 0; x < width; ++x)
-            {
-                Colour& pixel = pixels[static_cast<std::size_t>(y * width + x)];
-                pixel = Printed(pixel, ink, row[x * picture.width / width]);
-            }
-        }
+        ++inks;
+        row = 0;
+        fits = fits && inks <= MostInks && theWidth == width && theHeight == height;
     }
 
-    std::string Composite::Url() const
+    void InkTotal::Add(const unsigned char* samples)
     {
-        std::ostringstream stream;
-        Ppf::PngWriter png(stream, width, height, Ppf::PngWriter::Colours::Rgb, std::nullopt);
-        std::vector<unsigned char> line;
-        for (std::uint64_t y = 0; y < height; ++y)
+        if (!fits)
         {
-            line.clear();
-            for (std::uint64_t x = 0; x < width; ++x)
-            {
-                const Colour& pixel = pixels[static_cast<std::size_t>(y * width + x)];
-                line.insert(line.end(), {pixel.red, pixel.green, pixel.blue});
-            }
-            png.WriteRow(line.data());
+            return;
         }
-        png.Finish();
-        return PpfInfo::Url(stream);
+        std::uint16_t* const out = sums.data() + row * width;
+        for (std::uint64_t x = 0; x < width; ++x)
+        {
+            out[x] = static_cast<std::uint16_t>(out[x] + samples[x]);
+        }
+        ++row;
+    }
+
+    std::optional<InkTotal::Spot> InkTotal::Highest() const
+    {
+        if (!fits || sums.empty())
+        {
+            return std::nullopt;
+        }
+        const auto highest = std::max_element(sums.begin(), sums.end());
+        const auto place = static_cast<std::uint64_t>(highest - sums.begin());
+        return Spot{*highest / 255.0 * 100, place % width, place / width};
     }
 }

@@ -1,7 +1,7 @@
 #include "ppfinfo/TextOutput.h"
 
 #include "ppfinfo/Headings.h"
-#include "ppfinfo/InkMeasure.h"
+#include "ppfinfo/MeasuredPreview.h"
 #include "ppfinfo/Observations.h"
 #include "ppfinfo/Text.h"
 
@@ -52,18 +52,7 @@ namespace PpfInfo
                 }
             }
 
-            void WriteUnusual()
-            {
-                if (unusual.empty())
-                {
-                    return;
-                }
-                out << "\nUnusual\n";
-                for (const Ppf::Finding& finding : unusual)
-                {
-                    out << "  byte " << finding.offset << ": " << ToPrintable(finding.text) << '\n';
-                }
-            }
+            void WriteUnusual() { WriteFindings("Unusual", unusual, out); }
 
             const std::optional<Ppf::Finding>& FirstFinding() const { return firstFinding; }
 
@@ -97,17 +86,17 @@ namespace PpfInfo
                 std::size_t position = 0;
                 for (const Ppf::Preview& preview : surface.previews)
                 {
-                    const InkMeasure measure = MeasureInks(document, preview);
-                    KeepFirst(firstFinding, measure.finding);
-                    const std::vector<Ppf::Finding> seen = Observations(preview, measure);
+                    const MeasuredPreview measured = MeasurePreview(document, preview, {});
+                    KeepFirst(firstFinding, measured.findings);
+                    const std::vector<Ppf::Finding> seen = Observations(preview, measured);
                     unusual.insert(unusual.end(), seen.begin(), seen.end());
                     for (std::size_t i = 0; i < preview.inks.size(); ++i)
                     {
                         const std::string coverage =
-                            measure.inks.empty() ? "damaged" : Fixed(measure.inks[i].Coverage(), 2) + " %";
+                            measured.inks.empty() ? "damaged" : Fixed(measured.inks[i].coverage, 2) + " %";
                         out << "  " << PaddedLeft(std::to_string(++position), 4) << "  "
                             << PaddedRight(ToPrintable(preview.inks[i]), nameWidth) << PaddedLeft(coverage, 11) << "  "
-                            << PaddedRight(measure.inks.empty() ? "" : Bar(measure.inks[i].Coverage()), 25) << "  "
+                            << PaddedRight(measured.inks.empty() ? "" : Bar(measured.inks[i].coverage), 25) << "  "
                             << Plural(preview.data.size(), "byte") << ", " << FilterText(preview) << '\n';
                     }
                 }

@@ -2,7 +2,6 @@
 
 #include "ppfinfo/Html.h"
 #include "ppfinfo/Text.h"
-#include "ppfinfo/ZoneChoice.h"
 
 #include <algorithm>
 #include <array>
@@ -27,53 +26,67 @@ namespace PpfInfo
             return svg + "<text class=\"scale\" x=\"4\" y=\"11\">" + Shortest(top) + " %</text>";
         }
 
-        std::string Bar(const ZoneChart& chart, std::size_t ink, std::size_t zone)
+        /// Where an edge of a zone stands in the chart, as a share of its width.
+        double ShareAt(const ZoneChart& chart, const InkZones& ink, std::size_t edge)
         {
-            const InkZones& zones = chart.inks[ink];
-            const double columns = zones.edges.back();
-            const double left = zones.edges[zone] / columns;
-            const double width = (zones.edges[zone + 1] - zones.edges[zone]) / columns;
-            const auto inks = static_cast<double>(chart.inks.size());
-            // A tenth of a zone stays free between zones.
-            const double barWidth = width * 0.9 / inks;
-            const double x = left + width * 0.05 + barWidth * static_cast<double>(ink);
-            const double height = std::min(zones.coverage[zone] / chart.top, 1.0);
+            return chart.frame.ShareAt(ink.zones.edges[edge] / ink.columns);
+        }
 
-            std::string title = zones.name + ", zone " + std::to_string(zone + 1);
-            if (chart.resolution)
+        std::string Bar(const ZoneChart& chart, std::size_t position, std::size_t zone)
+        {
+            const InkZones& ink = *chart.inks[position];
+            const double left = ShareAt(chart, ink, zone);
+            const double width = ShareAt(chart, ink, zone + 1) - left;
+            // A tenth of a zone stays free between zones.
+            const double barWidth = width * 0.9 / static_cast<double>(chart.inks.size());
+            const double x = left + width * 0.05 + barWidth * static_cast<double>(position);
+            const double height = std::min(ink.coverage[zone] / chart.top, 1.0);
+
+            std::string title = ink.name + ", zone " + std::to_string(zone + 1);
+            if (ink.zones.perInch)
             {
-                title += " (" + Fixed(Millimetres(zones.edges[zone], *chart.resolution), 1) + " to " +
-                         Fixed(Millimetres(zones.edges[zone + 1], *chart.resolution), 1) + " mm)";
+                title +=
+                    " (" + Fixed(ink.zones.EdgeAt(zone), 1) + " to " + Fixed(ink.zones.EdgeAt(zone + 1), 1) + " mm)";
             }
-            title += ": " + Fixed(zones.coverage[zone], 2) + " %";
+            title += ": " + Fixed(ink.coverage[zone], 2) + " %";
             // The clear bar over the full height is there to be pointed at where there is little ink.
             const std::string place = "<rect x=\"" + Percent(x) + "\" width=\"" + Percent(barWidth) + "\" y=\"";
             return "<g><title>" + Escaped(title) + "</title>" + place + "0\" height=\"100%\" class=\"aim\"/>" + place +
-                   Percent(1 - height) + "\" height=\"" + Percent(height) + "\" class=\"bar\" fill=\"" +
-                   HexOf(zones.colour) + "\"/></g>";
+                   Percent(1 - height) + "\" height=\"" + Percent(height) + "\" class=\"bar\"/></g>";
         }
 
         /// Zone numbers under the bars; a narrow screen shows every fifth.
-        std::string Numbers(const InkZones& zones)
+        std::string Numbers(const ZoneChart& chart)
         {
             constexpr std::size_t MostNumbers = 40;
-            const std::size_t count = zones.coverage.size();
+            const InkZones& ink = *chart.inks.front();
+            const std::vector<double>& edges = ink.zones.edges;
+            const std::size_t count = ink.zones.Count();
             const std::size_t step = (count + MostNumbers - 1) / MostNumbers;
             std::string svg;
             for (std::size_t zone = 0; zone < count; ++zone)
             {
                 const std::size_t number = zone + 1;
                 // The last zone may be too narrow for a number of its own.
-                const bool isNarrow = (zones.edges[zone + 1] - zones.edges[zone]) * 2 < zones.edges[1] - zones.edges[0];
+                const bool isNarrow = (edges[zone + 1] - edges[zone]) * 2 < edges[1] - edges[0];
                 if (number % step != 0 || isNarrow)
                 {
                     continue;
                 }
-                const double middle = (zones.edges[zone] + zones.edges[zone + 1]) / 2 / zones.edges.back();
+                const double middle = (ShareAt(chart, ink, zone) + ShareAt(chart, ink, zone + 1)) / 2;
                 svg += "<text class=\"number" + std::string(number % (5 * step) == 0 || count <= 10 ? "" : " minor") +
                        "\" x=\"" + Percent(middle) + "\" y=\"112\">" + std::to_string(number) + "</text>";
             }
             return svg;
+        }
+    }
+
+    void Frame::Hold(const InkZones& ink)
+    {
+        if (ink.zones.Count() > 0)
+        {
+            begin = std::min(begin, ink.zones.edges.front() / ink.columns);
+            end = std::max(end, ink.zones.edges.back() / ink.columns);
         }
     }
 
@@ -88,20 +101,23 @@ namespace PpfInfo
 
     std::string SvgOf(const ZoneChart& chart)
     {
-        if (chart.inks.empty())
+        const auto hasZones = [](const InkZones* ink) { return ink->zones.Count() > 0; };
+        if (std::none_of(chart.inks.begin(), chart.inks.end(), hasZones))
         {
             return "";
         }
         std::string svg = "<svg class=\"chart\" role=\"img\" aria-label=\"Ink zones\" width=\"100%\" height=\"118\">"
                           "<svg width=\"100%\" height=\"100\">" +
-                          GridLines(chart.top);
+                          GridLines(chart.top) + "<g class=\"bars\">";
         for (std::size_t ink = 0; ink < chart.inks.size(); ++ink)
         {
-            for (std::size_t zone = 0; zone < chart.inks[ink].coverage.size(); ++zone)
+            svg += "<g fill=\"" + HexOf(chart.inks[ink]->colour) + "\">";
+            for (std::size_t zone = 0; zone < chart.inks[ink]->coverage.size(); ++zone)
             {
                 svg += Bar(chart, ink, zone);
             }
+            svg += "</g>";
         }
-        return svg + "</svg>" + Numbers(chart.inks.front()) + "</svg>\n";
+        return svg + "</g></svg>" + Numbers(chart) + "</svg>\n";
     }
 }

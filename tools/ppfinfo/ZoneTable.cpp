@@ -1,7 +1,7 @@
 #include "ppfinfo/ZoneTable.h"
 
 #include "ppfinfo/Headings.h"
-#include "ppfinfo/InkMeasure.h"
+#include "ppfinfo/MeasuredPreview.h"
 #include "ppfinfo/Text.h"
 
 #include <algorithm>
@@ -29,9 +29,9 @@ namespace PpfInfo
         class ZoneTableWriter
         {
         public:
-            ZoneTableWriter(const Ppf::Document& theDocument, const ZoneChoice& theZones, std::ostream& theOut)
+            ZoneTableWriter(const Ppf::Document& theDocument, const ZoneChoice& theChoice, std::ostream& theOut)
                 : document(theDocument)
-                , zones(theZones)
+                , choice(theChoice)
                 , out(theOut)
             {
             }
@@ -40,50 +40,41 @@ namespace PpfInfo
             {
                 std::vector<Column> columns;
                 // The zones of the separation that has most of them: as a rule all have the same.
-                const Ppf::Preview* widest = nullptr;
-                std::vector<double> edges;
+                Zones most;
                 for (const Ppf::Preview& preview : surface.previews)
                 {
-                    const std::vector<double> own = ZoneEdges(preview, zones, firstFinding);
-                    if (own.size() > edges.size())
-                    {
-                        edges = own;
-                        widest = &preview;
-                    }
-                    const InkMeasure measure = MeasureInks(document, preview);
-                    KeepFirst(firstFinding, measure.finding);
+                    const MeasuredPreview measured = MeasurePreview(document, preview, choice);
+                    KeepFirst(firstFinding, measured.findings);
+                    most = measured.zones.Count() > most.Count() ? measured.zones : most;
                     for (std::size_t i = 0; i < preview.inks.size(); ++i)
                     {
                         columns.push_back(
                             {ToPrintable(preview.inks[i]),
-                             measure.inks.empty() ? std::vector<double>() : measure.inks[i].Zones(own)});
+                             measured.inks.empty() ? std::vector<double>() : measured.inks[i].zones});
                     }
                 }
-                if (widest != nullptr)
+                if (most.Count() > 0)
                 {
-                    WriteTable(columns, edges, *widest);
+                    WriteTable(columns, most);
                 }
             }
 
             const std::optional<Ppf::Finding>& FirstFinding() const { return firstFinding; }
 
         private:
-            void WriteTable(
-                const std::vector<Column>& columns, const std::vector<double>& edges, const Ppf::Preview& preview)
+            void WriteTable(const std::vector<Column>& columns, const Zones& zones)
             {
-                const std::optional<Ppf::Resolution> resolution = preview.UprightResolution();
-                out << "zone" << PaddedLeft(resolution ? "from mm" : "from px", 10)
-                    << PaddedLeft(resolution ? "to mm" : "to px", 10);
+                out << "zone" << PaddedLeft(zones.perInch ? "from mm" : "from px", 10)
+                    << PaddedLeft(zones.perInch ? "to mm" : "to px", 10);
                 for (const Column& column : columns)
                 {
                     out << "  " << PaddedLeft(column.name, ColumnWidth(column));
                 }
                 out << '\n';
-                const auto place = [&](double edge)
-                { return PaddedLeft(Fixed(resolution ? Millimetres(edge, resolution->x) : edge, 1), 10); };
-                for (std::size_t zone = 0; zone + 1 < edges.size(); ++zone)
+                for (std::size_t zone = 0; zone < zones.Count(); ++zone)
                 {
-                    out << PaddedLeft(std::to_string(zone + 1), 4) << place(edges[zone]) << place(edges[zone + 1]);
+                    out << PaddedLeft(std::to_string(zone + 1), 4) << PaddedLeft(Fixed(zones.EdgeAt(zone), 1), 10)
+                        << PaddedLeft(Fixed(zones.EdgeAt(zone + 1), 1), 10);
                     for (const Column& column : columns)
                     {
                         const std::string value = zone < column.zones.size() ? Fixed(column.zones[zone], 2) : "-";
@@ -94,7 +85,7 @@ namespace PpfInfo
             }
 
             const Ppf::Document& document;
-            const ZoneChoice& zones;
+            const ZoneChoice& choice;
             std::ostream& out;
             std::optional<Ppf::Finding> firstFinding;
         };
@@ -115,6 +106,7 @@ namespace PpfInfo
                 gap = "\n";
             }
         }
+        WriteFindings("Unusual", SheetsBeyondZones(document, zones), out);
         return writer.FirstFinding();
     }
 }

@@ -97,6 +97,52 @@ namespace PpfTest
                 ElementsAre(HasSubstr("RunLengthDecode data does not lead to the end of its section")));
         }
 
+        TEST(Check, RunsNeedTheirEndMarkAndNothingAfterIt)
+        {
+            const auto file = [](const std::string& encoding, const std::string& data)
+            { return FrontOf("(K)", Separation(4, 1, "RunLengthDecode", encoding, data)); };
+            EXPECT_THAT(
+                Findings(file("Binary", "\xFDg")), ElementsAre(HasSubstr("run-length data has no end mark 128")));
+            EXPECT_THAT(Findings(file("Binary", "\xFDg\x80")), IsEmpty());
+            // The last byte is that of a run.
+            EXPECT_THAT(Findings(file("Binary", "\xFD\x80")), ElementsAre(HasSubstr("has no end mark 128")));
+            EXPECT_THAT(Findings(file("ASCIIHexDecode", "fd67>")), ElementsAre(HasSubstr("has no end mark 128")));
+            EXPECT_THAT(
+                Findings(file("ASCIIHexDecode", "fd67 80 00 00>")),
+                ElementsAre(HasSubstr("2 bytes stand after the end mark of run-length data")));
+            // A writer's check is about sizes alone.
+            EXPECT_THAT(Findings(file("ASCIIHexDecode", "fd67>"), CheckDepth::Sizes), IsEmpty());
+            EXPECT_THAT(
+                Findings(file("ASCIIHexDecode", "fe67 80>"), CheckDepth::Sizes), ElementsAre(HasSubstr("row 1 of 1")));
+        }
+
+        TEST(Check, ExtentIsTwoLengthsAndNamesAreStrings)
+        {
+            const auto with = [](const std::string& text, const std::string& other)
+            {
+                std::string bytes = FrontOf("(K)", Separation(2, 1, "None", "ASCIIHexDecode", "00ff>"));
+                return bytes.replace(bytes.find(text), text.size(), other);
+            };
+            const std::string extent = "[ 10 cm 10 cm ]";
+            for (const char* const good : {"[2 inch 1.5 mm]", "[595 842]", "[10 cm 300]", "{ 1 point 2 point }"})
+            {
+                EXPECT_THAT(Findings(with(extent, good)), IsEmpty()) << good;
+            }
+            for (const char* const bad :
+                 {"(10 cm 10 cm)", "[]", "[10 cm]", "[10 cm 10 cm 10 cm]", "[cm 10 cm 10]", "[10 10 cm cm]",
+                  "[10 miles 10 miles]", "[-10 cm 10 cm]", "10"})
+            {
+                EXPECT_THAT(
+                    Findings(with(extent, bad)),
+                    ElementsAre("104: value of /CIP3AdmPSExtent is not an array of two lengths"))
+                    << bad;
+                EXPECT_THAT(Findings(with(extent, bad), CheckDepth::Sizes), IsEmpty()) << bad;
+            }
+            EXPECT_THAT(
+                Findings(with("(Job)", "12")), ElementsAre(HasSubstr("value of /CIP3AdmJobName is not a string")));
+            EXPECT_THAT(Findings(with("(Job)", "<4A6F62>")), IsEmpty());
+        }
+
         TEST(Check, EntriesThatUsersNeedAreAskedFor)
         {
             const std::string good = FrontOf("(K) (Gold)", Separation(2, 1, "None", "ASCIIHexDecode", "00ff>"));

@@ -18,7 +18,7 @@ namespace PpfTest
         using testing::ElementsAre;
         using testing::ElementsAreArray;
 
-        struct Lie
+        struct Placement
         {
             const char* matrix;
             int width;
@@ -27,50 +27,52 @@ namespace PpfTest
         };
 
         /// One picture, 1 2 3 over 4 5 6, as it is stored in each of the eight orientations.
-        constexpr Lie Lies[] = {
+        constexpr Placement Placements[] = {
             {"3 0 0 -2 0 2", 3, 2, "010203 040506>"},  {"3 0 0 2 0 0", 3, 2, "040506 010203>"},
             {"-3 0 0 -2 3 2", 3, 2, "030201 060504>"}, {"-3 0 0 2 3 0", 3, 2, "060504 030201>"},
             {"0 3 2 0 0 0", 2, 3, "0401 0502 0603>"},  {"0 3 -2 0 2 0", 2, 3, "0104 0205 0306>"},
             {"0 -3 2 0 0 3", 2, 3, "0603 0502 0401>"}, {"0 -3 -2 0 2 3", 2, 3, "0306 0205 0104>"},
         };
 
-        std::string FileOf(const Lie& lie)
+        std::string FileOf(const Placement& placement)
         {
             return FrontOf(
                 "(K)", Separation(
-                           lie.width, lie.height, "None", "ASCIIHexDecode", lie.pixels,
-                           "/CIP3PreviewImageMatrix [" + std::string(lie.matrix) +
+                           placement.width, placement.height, "None", "ASCIIHexDecode", placement.pixels,
+                           "/CIP3PreviewImageMatrix [" + std::string(placement.matrix) +
                                "] def\n/CIP3PreviewImageResolution [10 20] def\n"));
         }
 
         TEST(Pictures, AllEightOrientationsComeOutUpright)
         {
-            for (const Lie& lie : Lies)
+            for (const Placement& placement : Placements)
             {
-                const std::string bytes = FileOf(lie);
+                const std::string bytes = FileOf(placement);
                 const Document document = ReadDocument(bytes);
-                ASSERT_EQ(Text(document.damage), "") << lie.matrix;
+                ASSERT_EQ(Text(document.damage), "") << placement.matrix;
                 const Preview& preview = document.sheets[0].surfaces[0].previews[0];
-                EXPECT_TRUE(Spans(*preview.matrix, preview.width, preview.height)) << lie.matrix;
-                EXPECT_EQ(preview.UprightWidth(), 3u) << lie.matrix;
-                EXPECT_EQ(preview.UprightHeight(), 2u) << lie.matrix;
-                EXPECT_EQ(preview.UprightResolution()->x, lie.width == 3 ? 10 : 20) << lie.matrix;
+                EXPECT_TRUE(Spans(*preview.matrix, preview.width, preview.height)) << placement.matrix;
+                EXPECT_EQ(preview.UprightWidth(), 3u) << placement.matrix;
+                EXPECT_EQ(preview.UprightHeight(), 2u) << placement.matrix;
+                EXPECT_EQ(preview.UprightResolution()->x, placement.width == 3 ? 10 : 20) << placement.matrix;
 
                 std::vector<int> drawn;
                 DrawUpright(
                     document, preview, 0, [&](const unsigned char* row) { drawn.insert(drawn.end(), row, row + 3); });
-                EXPECT_THAT(drawn, ElementsAre(1, 2, 3, 4, 5, 6)) << lie.matrix;
-                EXPECT_THAT(ScaledPictures(document, preview, 100)[0].ink, ElementsAre(1, 2, 3, 4, 5, 6)) << lie.matrix;
-                EXPECT_THAT(Measure(document, preview).inks[0].sums, ElementsAre(5u, 7u, 9u)) << lie.matrix;
+                EXPECT_THAT(drawn, ElementsAre(1, 2, 3, 4, 5, 6)) << placement.matrix;
+                EXPECT_THAT(Measure(document, preview).inks[0].sums, ElementsAre(5u, 7u, 9u)) << placement.matrix;
             }
         }
 
         TEST(Pictures, ScaledPixelIsTheMeanOfThoseThatItStandsFor)
         {
-            const std::string bytes =
-                FrontOf("(K)", Separation(5, 3, "None", "ASCIIHexDecode", "00010a0bff 02030c0dff 1020304050>"));
-            const Document document = ReadDocument(bytes);
-            const Picture picture = ScaledPictures(document, document.sheets[0].surfaces[0].previews[0], 3)[0];
+            const unsigned char rows[3][5] = {{0, 1, 10, 11, 255}, {2, 3, 12, 13, 255}, {16, 32, 48, 64, 80}};
+            Scaler scaler(5, 3, 3);
+            for (const auto& row : rows)
+            {
+                scaler.Add(row);
+            }
+            const Picture picture = scaler.Finish();
             EXPECT_EQ(picture.width, 3u);
             EXPECT_EQ(picture.height, 2u);
             // 1.5 and 11.5 are rounded up; the right column and the lower row stand for fewer pixels.

@@ -1,10 +1,15 @@
 // What the program writes beside its output: pictures and the report.
 
+#include "tests/support/SystemFaults.h"
 #include "tests/tools/ppf/Files.h"
 #include "tests/tools/ppfinfo/Program.h"
 
 #include <gmock/gmock.h>
 #include <png.h>
+
+#include <cerrno>
+
+#include <sys/resource.h>
 
 namespace PpfInfoTest
 {
@@ -86,6 +91,21 @@ namespace PpfInfoTest
             EXPECT_THAT(folder.Names(), ElementsAre("1-front-01-A.png", "1-front-03-C.png"));
         }
 
+        TEST(Extract, WidthThatTheDataCannotHoldTakesNoMemory)
+        {
+            const Folder folder;
+            const std::string bytes = FrontOf("(K)", Separation(2147483647, 1, "None", "ASCIIHexDecode", "00>"));
+            const std::string file = folder.Write("job.ppf", bytes);
+            struct rusage before = {};
+            struct rusage after = {};
+            ASSERT_EQ(getrusage(RUSAGE_SELF, &before), 0);
+            const Outcome outcome = RunWith({"--extract", folder / "out", file});
+            ASSERT_EQ(getrusage(RUSAGE_SELF, &after), 0);
+            // In KiB.
+            EXPECT_LT(after.ru_maxrss - before.ru_maxrss, 200000);
+            EXPECT_THAT(outcome.error, HasSubstr("which cannot hold it"));
+        }
+
         TEST(Extract, PlaceThatIsNoFolderIsAFailure)
         {
             const Folder folder;
@@ -103,12 +123,12 @@ namespace PpfInfoTest
                                               Separation(40, 2, "None", "ASCIIHexDecode", std::string(160, '0') + ">"));
             EXPECT_EQ(RunOn(bytes, {"--report", (folder / "r.html"), "--zones", "4"}).status, 0);
             const std::string page = folder.Read("r.html");
-            EXPECT_EQ(CountOf(page, "<img"), 3u);
-            EXPECT_EQ(CountOf(page, "src=\"data:image/png;base64,"), 3u);
+            EXPECT_EQ(CountOf(page, "<image "), 2u);
+            EXPECT_EQ(CountOf(page, "href=\"data:image/png;base64,"), 2u);
             EXPECT_EQ(CountOf(page, "class=\"bar\""), 16u);
             EXPECT_THAT(page, HasSubstr("<title>Cyan, zone 2 (3.5 to 7.1 mm): 75.10 %</title>"));
             EXPECT_THAT(page, HasSubstr("separation &quot;PANTONE 485 C&quot; has no ink"));
-            for (const char* const outside : {"<script", "http:", "https:", "<link", "@import", "url("})
+            for (const char* const outside : {"<script", "http:", "https:", "<link", "<img", "@import", "url("})
             {
                 EXPECT_THAT(page, Not(HasSubstr(outside)));
             }
@@ -120,6 +140,49 @@ namespace PpfInfoTest
                     << name;
             }
             EXPECT_THAT(folder.Names(), ElementsAre("r.html"));
+        }
+
+        TEST(HtmlReport, EveryInkHasASwitchALayerAndItsBars)
+        {
+            const Folder folder;
+            const std::string plain = Separation(2, 1, "None", "ASCIIHexDecode", "ff00>");
+            const std::string bytes =
+                FrontOf("(A) (B) (C)", plain + Separation(2, 1, "None", "ASCIIHexDecode", "ff?0>") + plain);
+            EXPECT_EQ(RunOn(bytes, {"--report", folder / "r.html", "--zones", "2"}).status, 1);
+            const std::string page = folder.Read("r.html");
+            EXPECT_EQ(CountOf(page, "<input type=\"checkbox\" checked>"), 3u);
+            // An ink that cannot be decoded has an empty layer, so that the others keep their numbers.
+            const std::size_t layers = page.find("<g class=\"layers\">");
+            EXPECT_EQ(CountOf(page.substr(layers, page.find("</g></svg>", layers) - layers), "\n<g>"), 3u);
+            const std::size_t bars = page.find("<g class=\"bars\">");
+            EXPECT_EQ(CountOf(page.substr(bars, page.find("</svg>", bars) - bars), "<g fill="), 3u);
+            for (const char* const ink : {"1", "2", "3"})
+            {
+                const std::string child = ":nth-child(" + std::string(ink) + ")";
+                EXPECT_EQ(
+                    CountOf(
+                        page, ".overview:has(.inks tbody tr" + child +
+                                  " input:not(:checked)) .stage :is(.layers,.bars)>" + child + "{display:none}"),
+                    1u)
+                    << ink;
+            }
+            EXPECT_EQ(CountOf(page, "<use href=\"#ink-1\"/>"), 2u) << "on its own, and large";
+            EXPECT_EQ(CountOf(page, "id=\"ink-1\""), 1u);
+            EXPECT_EQ(CountOf(page, "id=\"large-ink-1\""), 1u);
+            EXPECT_EQ(CountOf(page, "ink-2\""), 0u);
+        }
+
+        TEST(HtmlReport, TotalAndHighestSpotAreThoseOfAllInks)
+        {
+            const Folder folder;
+            const std::string bytes = FrontOf(
+                "(A) (B)", Separation(2, 2, "None", "ASCIIHexDecode", "ff80 0040>") +
+                               Separation(2, 2, "None", "ASCIIHexDecode", "00cc 0040>"));
+            EXPECT_EQ(RunOn(bytes, {"--report", folder / "r.html"}).status, 0);
+            const std::string page = folder.Read("r.html");
+            // 51.27 + 20 + 6.27 per cent of ink in four pixels, and 128 + 204 of 255 in the second one of the first row.
+            EXPECT_THAT(page, HasSubstr("Total area coverage</th><td>70.10 %"));
+            EXPECT_THAT(page, HasSubstr("0.5 mm from the left, 0.2 mm from the top</span></th><td>130.20 %"));
         }
 
         TEST(HtmlReport, ZonesAreOfAUsualWidthOrElseOfAUsualNumber)
@@ -147,7 +210,7 @@ namespace PpfInfoTest
             const std::string page = folder.Read("r.html");
             EXPECT_EQ(CountOf(page, "give a greater --zone-width"), 2u);
             EXPECT_EQ(CountOf(page, "class=\"chart\""), 0u);
-            EXPECT_EQ(CountOf(page, "alt=\"All inks over each other\""), 2u);
+            EXPECT_EQ(CountOf(page, "aria-label=\"All inks over each other\""), 2u);
         }
 
         TEST(HtmlReport, TextOfTheFileIsNoMarkup)
@@ -178,7 +241,28 @@ namespace PpfInfoTest
             const std::string page = folder.Read("r.html");
             EXPECT_THAT(page, HasSubstr("<div class=\"broken\">ASCIIHex data holds a character that is not a digit"));
             EXPECT_THAT(page, HasSubstr("nothing after this byte was read"));
-            EXPECT_EQ(CountOf(page, "<img"), 2u);
+            EXPECT_EQ(CountOf(page, "<image "), 1u);
+        }
+
+        TEST(HtmlReport, OlderPageStaysWhereTheNewOneCannotBe)
+        {
+            const Folder folder;
+            const std::string old = folder.Write("r.html", "old");
+            {
+                const TestSupport::SystemFault fault("write", ENOSPC, 1, 100);
+                const Outcome outcome = RunOn(TwoSheets(), {"--report", old});
+                EXPECT_EQ(outcome.status, 1);
+                EXPECT_THAT(outcome.error, HasSubstr("r.html cannot be written: No space left on device"));
+            }
+            {
+                const TestSupport::SystemFault fault("renameat", EACCES);
+                EXPECT_THAT(RunOn(TwoSheets(), {"--report", old}).error, HasSubstr("Permission denied"));
+            }
+            EXPECT_EQ(folder.Read("r.html"), "old");
+            EXPECT_THAT(folder.Names(), ElementsAre("r.html"));
+            const TestSupport::Stutter few(100);
+            EXPECT_EQ(RunOn(TwoSheets(), {"--report", old}).status, 0);
+            EXPECT_THAT(folder.Read("r.html"), HasSubstr("</html>"));
         }
 
         TEST(HtmlReport, AnotherPrintFileIsNotTakenForThePage)
@@ -187,7 +271,7 @@ namespace PpfInfoTest
             const std::string other = folder.Write("other.ppf", TwoSheets());
             const Outcome outcome = RunOn(TwoSheets(), {"--report", other});
             EXPECT_EQ(outcome.status, 1);
-            EXPECT_THAT(outcome.error, HasSubstr("name the page"));
+            EXPECT_THAT(outcome.error, HasSubstr("name the output"));
             EXPECT_EQ(folder.Read("other.ppf"), TwoSheets());
         }
     }

@@ -154,7 +154,7 @@ namespace PpfInfoTest
             const Outcome outcome = RunOn(bytes, {"--zone-width", "10mm"});
             EXPECT_EQ(outcome.status, 1);
             EXPECT_THAT(outcome.error, HasSubstr("job.ppf: byte 1209: separation \"Black\" has no resolution"));
-            EXPECT_THAT(outcome.error, HasSubstr("give their number with --zones"));
+            EXPECT_THAT(outcome.error, HasSubstr("give their number alone, with --zones"));
             EXPECT_THAT(outcome.out, HasSubstr("\"S2\", back: ink coverage per zone in per cent\nzone "));
         }
 
@@ -167,7 +167,12 @@ namespace PpfInfoTest
                 {"--zones", "x", "a"},
                 {"--zone-width", "5", "a"},
                 {"--zone-width", "-5mm", "a"},
-                {"--zones", "2", "--zone-width", "5mm", "a"},
+                {"--zone-width", "0mm", "a"},
+                {"--zones", "2", "--zone-offset", "5mm", "a"},
+                {"--zones", "2", "--zone-width", "5mm", "--zone-offset", "5", "a"},
+                {"--csv", "--json", "a"},
+                {"--csv", "--jdf", "x", "a"},
+                {"--xjdf", "", "a"},
                 {"--check", "--json", "a"},
                 {"--check", "--zones", "3", "a"},
                 {"--json", "--report", "x", "a"},

@@ -1,7 +1,7 @@
 #include "ppfinfo/InkColours.h"
 #include "ppfinfo/Text.h"
 #include "ppfinfo/ZoneChart.h"
-#include "ppfinfo/ZoneChoice.h"
+#include "ppfinfo/Zones.h"
 
 #include <gmock/gmock.h>
 
@@ -43,14 +43,15 @@ namespace PpfInfoTest
             EXPECT_EQ(Shortest(118.11), "118.11");
         }
 
-        TEST(ZoneChoice, LengthsNeedAUnitThatThePressroomKnows)
+        TEST(Zones, LengthsNeedAUnitThatThePressroomKnows)
         {
             EXPECT_DOUBLE_EQ(ParseLength("25.4mm").value(), 1);
             EXPECT_DOUBLE_EQ(ParseLength("2.54 cm").value(), 1);
             EXPECT_DOUBLE_EQ(ParseLength("1.5inch").value(), 1.5);
             EXPECT_DOUBLE_EQ(ParseLength("36point").value(), 0.5);
+            EXPECT_DOUBLE_EQ(ParseLength("-25.4mm").value(), -1);
             for (const char* const text :
-                 {"", "5", "mm", "0mm", "-1mm", "1 m m", "1km", "nanmm", "infmm", "1e999mm", "5mmx"})
+                 {"", "5", "mm", "1 m m", "1km", "nanmm", "infmm", "1e99mm", "1e999mm", "5mmx"})
             {
                 EXPECT_FALSE(ParseLength(text)) << text;
             }
@@ -95,7 +96,7 @@ namespace PpfInfoTest
 
         TEST(ZoneChart, TopIsTheNextRoundPerCent)
         {
-            const auto topOf = [](double greatest) { return TopOf({"", {}, {0, 1, 2}, {0.1, greatest}}); };
+            const auto topOf = [](double greatest) { return TopOf({"", {}, {}, 1, {0.1, greatest}}); };
             EXPECT_EQ(topOf(0.2), 5);
             EXPECT_EQ(topOf(20), 20);
             EXPECT_EQ(topOf(20.1), 40);
