@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # outside-host.sh CMAKE SOURCE_DIR BUILD_DIR CXX [CXX_FLAGS]
-# Installs the build into an empty folder and uses it from outside: every installed header compiles alone, in C++17 and
-# C++20, by every compiler at hand, with warnings as errors; examples/host is built by find_package and by pkg-config,
-# and what it writes passes the installed ppfinfo.
+# Installs the build into an empty folder and uses it from outside: no file tells where it was built; every installed header
+# compiles alone, in C++17 and C++20, by every compiler at hand, with warnings as errors; examples/host is built by
+# find_package and by pkg-config, and what it writes passes the installed ppfinfo.
 set -euo pipefail
 cmake=$1 source=$2 build=$3 cxx=$4 flags=${5:-}
 
@@ -14,6 +14,9 @@ libdir=$(dirname "$(find "$prefix" -name libSheetvane.so)")
 
 say() { printf '%s\n' "$*"; }
 fail() { say "FAILED: $*" >&2; exit 1; }
+
+told=$(grep -rlF -e "$source" -e "$build" "$prefix" || true)
+[ -z "$told" ] || fail "these tell where they were built: $told"
 
 cd "$prefix/include/sheetvane"
 headers=$(find . -name '*.h')
