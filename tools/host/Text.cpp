@@ -72,7 +72,8 @@ namespace Host
 
     std::string Quoted(std::string_view text)
     {
-        return '"' + std::string(text) + '"';
+        constexpr std::size_t MostBytes = 1000;
+        return '"' + OneLine(Shortened(text, MostBytes)) + '"';
     }
 
     std::string OneLine(std::string_view text)

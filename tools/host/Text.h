@@ -22,15 +22,15 @@ namespace Host
     /// Whether `text` is UTF-8 throughout.
     bool IsUtf8(std::string_view text);
 
-    /// `text` between double quotes.
-    std::string Quoted(std::string_view text);
-
     /// `text` with everything that a terminal would not show as itself written as \xNN per byte: control characters, line
     /// and paragraph separators, and bytes that are not UTF-8. Applied twice it changes nothing more.
     std::string OneLine(std::string_view text);
 
     /// `text`, or of a longer one than `most` bytes its begin and its end with " ... " between, cut where characters are.
     std::string Shortened(std::string_view text, std::size_t most);
+
+    /// `text` as one line, of sensible length, between double quotes: a name for a message.
+    std::string Quoted(std::string_view text);
 
     /// What the system says of an errno value: "No such file or directory".
     std::string SystemText(int problem);

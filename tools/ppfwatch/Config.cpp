@@ -3,10 +3,9 @@
 #include "host/Failure.h"
 #include "host/Paths.h"
 #include "host/Text.h"
-#include "tiff2ppf/Failure.h"
-#include "tiff2ppf/Job.h"
-#include "tiff2ppf/JobFile.h"
-#include "tiff2ppf/StrictJson.h"
+#include "job/Job.h"
+#include "job/JobFile.h"
+#include "job/StrictJson.h"
 
 #include <nlohmann/json.hpp>
 
@@ -16,6 +15,7 @@
 #include <charconv>
 #include <cmath>
 #include <fstream>
+#include <iterator>
 #include <sstream>
 #include <type_traits>
 #include <variant>
@@ -25,7 +25,7 @@ namespace PpfWatch
     namespace
     {
         using Json = nlohmann::json;
-        using Tiff2Ppf::JsonFault;
+        using JsonFault = Jobs::JsonRefusal;
 
         constexpr std::array<const char*, 10> Members = {"in",         "out",           "done",        "failed",
                                                          "names",      "settleSeconds", "separations", "workers",
@@ -123,7 +123,7 @@ namespace PpfWatch
         }
 
         /// The text that a value becomes in a PPF file.
-        std::string PostScriptOf(const Tiff2Ppf::Number& number)
+        std::string PostScriptOf(const Jobs::Number& number)
         {
             constexpr int FractionDigits = 6;
             return std::visit(
@@ -145,13 +145,13 @@ namespace PpfWatch
                 number);
         }
 
-        std::string PostScriptOf(const Tiff2Ppf::ParameterValue& value)
+        std::string PostScriptOf(const Jobs::ParameterValue& value)
         {
-            if (const auto* const number = std::get_if<Tiff2Ppf::Number>(&value))
+            if (const auto* const number = std::get_if<Jobs::Number>(&value))
             {
                 return PostScriptOf(*number);
             }
-            if (const auto* const measure = std::get_if<Tiff2Ppf::Measure>(&value))
+            if (const auto* const measure = std::get_if<Jobs::Measure>(&value))
             {
                 return PostScriptOf(measure->value) + ' ' + measure->units;
             }
@@ -164,16 +164,15 @@ namespace PpfWatch
         {
             const Json job = {
                 {"sheets", {{{"front", {{{"separation", "Black"}, {"file", "k.tif"}}}}, {"parameters", parameters}}}}};
-            std::istringstream text(job.dump());
             try
             {
-                const Tiff2Ppf::Job read = Tiff2Ppf::ReadJob(text, "/");
+                const Jobs::Job read = Jobs::ReadJob(job.dump(), "/");
                 for (const auto& [key, value] : read.sheets.front().parameters)
                 {
                     config.parameterText[key] = PostScriptOf(value);
                 }
             }
-            catch (const Tiff2Ppf::UsageError& error)
+            catch (const Host::UsageError& error)
             {
                 const std::string what = error.what();
                 const std::string place = "sheets[0].";
@@ -209,7 +208,7 @@ namespace PpfWatch
                     {
                         why += std::string(name == Members.front() ? " " : ", ") + name;
                     }
-                    throw JsonFault(Tiff2Ppf::PlaceOfMember({}, key), why);
+                    throw JsonFault(Jobs::PlaceOfMember({}, key), why);
                 }
             }
         }
@@ -251,7 +250,9 @@ namespace PpfWatch
             {
                 throw Host::UsageError(path + ": the configuration cannot be read: " + Host::SystemText(errno));
             }
-            return ConfigOf(Tiff2Ppf::ReadStrictJson(file), Host::FolderOf(place));
+            const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+            Jobs::ReadStrictJson(text); // as strictly as a job file
+            return ConfigOf(Json::parse(text), Host::FolderOf(place));
         }
         catch (const JsonFault& fault)
         {

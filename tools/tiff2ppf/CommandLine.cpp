@@ -1,9 +1,9 @@
 #include "tiff2ppf/CommandLine.h"
 
-#include "tiff2ppf/Failure.h"
+#include "host/Failure.h"
+#include "host/Paths.h"
+#include "host/Text.h"
 #include "tiff2ppf/JobBuilder.h"
-#include "tiff2ppf/Paths.h"
-#include "tiff2ppf/Text.h"
 
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
@@ -13,11 +13,14 @@
 #include <array>
 #include <map>
 #include <memory>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 namespace Tiff2Ppf
 {
+    using Jobs::Job;
+
     namespace
     {
         constexpr char Description[] = "Turns a job's ink separations in TIFF into one CIP3 PPF file.";
@@ -77,7 +80,13 @@ namespace Tiff2Ppf
 
         [[noreturn]] void Refuse(const std::string& why)
         {
-            throw UsageError(why + "; see tiff2ppf --help");
+            throw Host::UsageError(why + "; see tiff2ppf --help");
+        }
+
+        bool IsJobFileName(const std::string& name)
+        {
+            constexpr std::string_view Ending = ".json";
+            return name.size() > Ending.size() && name.compare(name.size() - Ending.size(), Ending.size(), Ending) == 0;
         }
 
         std::string ResultOf(const CLI::Option* option)
@@ -96,7 +105,8 @@ namespace Tiff2Ppf
             const std::optional<Value> value = valueOfWord(ResultOf(option));
             if (!value)
             {
-                throw UsageError(option->get_name() + ": " + Quoted(ResultOf(option)) + " is none of: " + words);
+                throw Host::UsageError(
+                    option->get_name() + ": " + Host::Quoted(ResultOf(option)) + " is none of: " + words);
             }
             return value;
         }
@@ -121,13 +131,14 @@ namespace Tiff2Ppf
                 back = AddRepeatable("--back", "INK=FILE", "A separation of the sheet's back");
                 parameter = AddRepeatable(
                     "--param", "KEY=VALUE", "An entry of the sheet's section; the value is PostScript text");
-                compression =
-                    Add("--compression", "WORD",
-                        std::string("Compression of the previews: ") + CompressionWords + " (default: runlength)");
+                compression = Add(
+                    "--compression", "WORD",
+                    std::string("Compression of the previews: ") + Jobs::CompressionWords + " (default: runlength)");
                 encoding =
                     Add("--encoding", "WORD",
-                        std::string("Encoding of the previews: ") + EncodingWords + " (default: ascii85)");
+                        std::string("Encoding of the previews: ") + Jobs::EncodingWords + " (default: ascii85)");
                 mixedSizes = app.add_flag("--mixed-sizes", "Let separations of a sheet differ in size");
+                noSync = app.add_flag("--no-sync", "Do not wait until the file is on the disk, for scratch");
                 verbose = app.add_flag("--verbose", "Say a line per sheet and surface on standard error");
             }
 
@@ -161,10 +172,11 @@ namespace Tiff2Ppf
                 {
                     Refuse("no output: name the file to write with -o");
                 }
-                line.compression = ChoiceOf(compression, &CompressionOfWord, CompressionWords);
-                line.encoding = ChoiceOf(encoding, &EncodingOfWord, EncodingWords);
+                line.compression = ChoiceOf(compression, &Jobs::CompressionOfWord, Jobs::CompressionWords);
+                line.encoding = ChoiceOf(encoding, &Jobs::EncodingOfWord, Jobs::EncodingWords);
                 line.mixedSizes = !mixedSizes->empty();
                 line.verbose = !verbose->empty();
+                line.sync = noSync->empty();
 
                 const bool hasJob =
                     !(jobName->empty() && sheet->empty() && front->empty() && back->empty() && parameter->empty());
@@ -172,7 +184,7 @@ namespace Tiff2Ppf
                 if (hasJob && !jobFile->empty())
                 {
                     Refuse(
-                        "both a job file, " + Quoted(line.jobFile) +
+                        "both a job file, " + Host::Quoted(line.jobFile) +
                         ", and a job on the command line: one of them is wanted");
                 }
                 if (!hasJob && line.jobFile.empty())
@@ -200,7 +212,11 @@ namespace Tiff2Ppf
             /// The job that the options make in their order on the command line.
             Job JobInOrder() const
             {
-                JobBuilder builder(ResultOf(jobName), CurrentFolder());
+                if (sheet->empty() && IsJobFileName(ResultOf(jobName)))
+                {
+                    Refuse("--job gives the job's name; a job file stands without it: tiff2ppf " + ResultOf(jobName));
+                }
+                JobBuilder builder(ResultOf(jobName), Host::CurrentFolder());
                 std::map<const CLI::Option*, std::size_t> taken;
                 for (const CLI::Option* const option : app.parse_order())
                 {
@@ -224,7 +240,7 @@ namespace Tiff2Ppf
                     }
                 }
                 Job job = builder.Take();
-                CheckJob(job);
+                Jobs::CheckJob(job);
                 return job;
             }
 
@@ -239,6 +255,7 @@ namespace Tiff2Ppf
             const CLI::Option* compression;
             const CLI::Option* encoding;
             const CLI::Option* mixedSizes;
+            const CLI::Option* noSync;
             const CLI::Option* verbose;
         };
     }

@@ -1,13 +1,17 @@
 #include "tiff2ppf/JobBuilder.h"
 
-#include "tiff2ppf/Failure.h"
-#include "tiff2ppf/Paths.h"
-#include "tiff2ppf/Text.h"
+#include "host/Failure.h"
+#include "host/Paths.h"
+#include "host/Text.h"
 
 #include <utility>
 
 namespace Tiff2Ppf
 {
+    using Jobs::Job;
+    using Jobs::Separation;
+    using Jobs::Sheet;
+
     namespace
     {
         std::pair<std::string, std::string>
@@ -16,7 +20,7 @@ namespace Tiff2Ppf
             const auto sign = text.find('=');
             if (sign == std::string::npos)
             {
-                throw UsageError(option + ' ' + Quoted(text) + ": the form is " + form);
+                throw Host::UsageError(option + ' ' + Host::Quoted(text) + ": the form is " + form);
             }
             return {text.substr(0, sign), text.substr(sign + 1)};
         }
@@ -49,11 +53,12 @@ namespace Tiff2Ppf
         const auto [key, value] = SplitAtSign("--param", keyAndValue, "KEY=VALUE");
         if (key.empty())
         {
-            throw UsageError("--param " + Quoted(keyAndValue) + ": the key is empty");
+            throw Host::UsageError("--param " + Host::Quoted(keyAndValue) + ": the key is empty");
         }
         if (!sheet.parameters.emplace(key, value).second)
         {
-            throw UsageError(SheetForPerson(job, job.sheets.size() - 1) + ": --param " + Quoted(key) + " is repeated");
+            throw Host::UsageError(
+                Jobs::SheetForPerson(job, job.sheets.size() - 1) + ": --param " + Host::Quoted(key) + " is repeated");
         }
     }
 
@@ -66,7 +71,7 @@ namespace Tiff2Ppf
     {
         if (job.sheets.empty())
         {
-            throw UsageError(option + " belongs to a sheet: open one with --sheet before it");
+            throw Host::UsageError(option + " belongs to a sheet: open one with --sheet before it");
         }
         return job.sheets.back();
     }
@@ -76,8 +81,8 @@ namespace Tiff2Ppf
         const auto [ink, file] = SplitAtSign(option, inkAndFile, "INK=FILE");
         if (file.empty())
         {
-            throw UsageError(option + ' ' + Quoted(inkAndFile) + ": the file name is empty");
+            throw Host::UsageError(option + ' ' + Host::Quoted(inkAndFile) + ": the file name is empty");
         }
-        return {ink, AbsolutePath(file, folder)};
+        return {ink, Host::AbsolutePath(file, folder)};
     }
 }

@@ -1,14 +1,18 @@
 // A job as the command line spells it, option by option: what follows a sheet belongs to it, so that the order counts.
 #pragma once
 
-#include "tiff2ppf/Job.h"
+#include "job/Job.h"
 
 #include <string>
 
 namespace Tiff2Ppf
 {
+    using Jobs::Job;
+    using Jobs::Separation;
+    using Jobs::Sheet;
+
     /// Calls: (OpenSheet (AddFront | AddBack | AddParameter)*)* Take
-    /// All but Take throw UsageError with the option's name.
+    /// All but Take throw Host::UsageError with the option's name.
     class JobBuilder
     {
     public:

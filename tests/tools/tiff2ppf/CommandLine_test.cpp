@@ -1,11 +1,12 @@
+#include "host/Failure.h"
+#include "host/Paths.h"
 #include "tiff2ppf/CommandLine.h"
-#include "tiff2ppf/Failure.h"
-#include "tiff2ppf/Paths.h"
 
 #include <gmock/gmock.h>
 
-namespace
+namespace Tiff2PpfTest
 {
+    using namespace Jobs;
     using namespace Tiff2Ppf;
     using ::testing::HasSubstr;
 
@@ -15,17 +16,17 @@ namespace
         return ParseCommandLine(static_cast<int>(arguments.size()), arguments.data());
     }
 
-    std::string FaultOf(const std::vector<const char*>& arguments)
+    std::string RefusalOf(const std::vector<const char*>& arguments)
     {
         try
         {
             Parse(arguments);
         }
-        catch (const UsageError& error)
+        catch (const Host::UsageError& error)
         {
             return error.what();
         }
-        return "no fault";
+        return "no failure";
     }
 
     TEST(CommandLine, OptionsBelongToTheSheetBeforeThem)
@@ -51,13 +52,13 @@ namespace
     TEST(CommandLine, RelativeFileStandsInTheCurrentFolder)
     {
         const CommandLine line = Parse({"--job", "J", "--sheet", "", "--front", "K=k.tif", "-o", "o.ppf"});
-        EXPECT_EQ(line.job.sheets.at(0).front.at(0).file, CurrentFolder() + "/k.tif");
+        EXPECT_EQ(line.job.sheets.at(0).front.at(0).file, Host::CurrentFolder() + "/k.tif");
         EXPECT_EQ(line.output, "o.ppf");
     }
 
     TEST(CommandLine, ValueIsTakenWhateverItLooksLike)
     {
-        // An empty value behind '=', one in brackets, one that looks like an option, and bytes that are no UTF-8.
+        // An empty value after '=', one in brackets, one that looks like an option, and bytes that are not UTF-8.
         const CommandLine line = Parse(
             {"--job=--sheet=", "--sheet=", "--front", "[a,b]=[/x]", "--back", "--job==/\xFF", "--compression", "none",
              "-o", "--verbose"});
@@ -67,7 +68,7 @@ namespace
         EXPECT_EQ(sheet.sheetName, "");
         EXPECT_EQ(sheet.front.at(0).name, "[a,b]");
         EXPECT_EQ(sheet.back.at(0).name, "--job");
-        EXPECT_EQ(sheet.back.at(0).file, CurrentFolder() + "/=/\xFF");
+        EXPECT_EQ(sheet.back.at(0).file, Host::CurrentFolder() + "/=/\xFF");
         EXPECT_EQ(line.compression, Compression::CIP3CompressionNone);
         EXPECT_EQ(line.output, "--verbose");
         EXPECT_FALSE(line.verbose);
@@ -75,12 +76,14 @@ namespace
 
     TEST(CommandLine, JobFileComesWithItsOverrides)
     {
-        const CommandLine line = Parse({"-", "--encoding", "binary", "--mixed-sizes", "--verbose", "-oout"});
+        const CommandLine line =
+            Parse({"-", "--encoding", "binary", "--mixed-sizes", "--no-sync", "--verbose", "-oout"});
         EXPECT_EQ(line.jobFile, "-");
         EXPECT_FALSE(line.compression);
         EXPECT_EQ(line.encoding, Encoding::CIP3EncodingBinary);
         EXPECT_TRUE(line.mixedSizes);
         EXPECT_TRUE(line.verbose);
+        EXPECT_FALSE(line.sync);
         EXPECT_EQ(line.output, "out");
     }
 
@@ -90,15 +93,15 @@ namespace
         EXPECT_THAT(Parse({"--version"}).answer, ::testing::MatchesRegex("tiff2ppf [0-9]+\\.[0-9]+\\.[0-9]+\n"));
     }
 
-    struct Fault
+    struct Case
     {
         std::vector<const char*> arguments;
         const char* said;
     };
 
-    TEST(CommandLine, FaultIsRefused)
+    TEST(CommandLine, WhatIsNoJobIsRefused)
     {
-        const Fault faults[] = {
+        const Case cases[] = {
             {{}, "no output"},
             {{"job.json"}, "no output"},
             {{"-o", "x"}, "no job"},
@@ -118,28 +121,29 @@ namespace
             {{"--job", "J", "-o", "x", "--sheet", "A", "--param", "=1"}, "--param \"=1\": the key is empty"},
             {{"--job", "J", "-o", "x", "--sheet", "A", "--param", "X=1", "--param", "X=1"},
              "--param \"X\" is repeated"},
-            // Faults of the job as a whole.
+            // The job as a whole.
             {{"--job", "J", "-o", "x"}, "the job has no sheet"},
+            {{"--job", "a.json", "-o", "x"}, "a job file stands without it: tiff2ppf a.json"},
             {{"-o", "x", "--sheet", "A", "--front", "K=k"}, "sheet 1 \"A\": the job name is empty"},
             {{"--job", "J", "-o", "x", "--sheet", "A"}, "sheet 1 \"A\": neither front nor back has a file"},
             {{"--job", "J", "-o", "x", "--sheet", "A", "--front", "K=k", "--sheet=", "--front", "K=k"},
              "sheet 2: the sheet name is empty"},
         };
-        for (const Fault& fault : faults)
+        for (const Case& c : cases)
         {
-            EXPECT_THAT(FaultOf(fault.arguments), HasSubstr(fault.said));
+            EXPECT_THAT(RefusalOf(c.arguments), HasSubstr(c.said));
         }
     }
 
     TEST(CommandLine, LimitOfASheetNameHoldsForItsEscapedForm)
     {
-        const auto faultOfName = [](const std::string& name) {
-            return FaultOf({"--job", "J", "-o", "x", "--sheet", name.c_str(), "--front", "K=k"});
+        const auto refusalOf = [](const std::string& name) {
+            return RefusalOf({"--job", "J", "-o", "x", "--sheet", name.c_str(), "--front", "K=k"});
         };
-        EXPECT_EQ(faultOfName(std::string(214, 'x')), "no fault");
-        EXPECT_THAT(faultOfName(std::string(215, 'x')), HasSubstr("takes 215 bytes"));
-        EXPECT_EQ(faultOfName(std::string(107, '\\')), "no fault");
-        EXPECT_THAT(faultOfName(std::string(213, 'x') + '\\'), HasSubstr("takes 215 bytes"));
-        EXPECT_THAT(faultOfName(std::string(213, 'x') + ')'), HasSubstr("takes 215 bytes"));
+        EXPECT_EQ(refusalOf(std::string(214, 'x')), "no failure");
+        EXPECT_THAT(refusalOf(std::string(215, 'x')), HasSubstr("takes 215 bytes"));
+        EXPECT_EQ(refusalOf(std::string(107, '\\')), "no failure");
+        EXPECT_THAT(refusalOf(std::string(213, 'x') + '\\'), HasSubstr("takes 215 bytes"));
+        EXPECT_THAT(refusalOf(std::string(213, 'x') + ')'), HasSubstr("takes 215 bytes"));
     }
 }

@@ -1,7 +1,7 @@
 // The built program as a shell sees it: exit status, what it says where, and what it leaves behind. All else is tested
 // without a process.
 #include "ppf/Check.h"
-#include "tests/tools/tiff2ppf/Folder.h"
+#include "tests/tools/job/Folder.h"
 
 #include <gmock/gmock.h>
 
@@ -13,7 +13,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-namespace
+namespace Tiff2PpfTest
 {
     using ::testing::ElementsAre;
     using ::testing::HasSubstr;
@@ -44,10 +44,10 @@ namespace
         std::string Out() const { return said.Read("out"); }
         std::string Error() const { return said.Read("error"); }
 
-        Tiff2PpfTests::Folder jobs;
-        Tiff2PpfTests::Folder folder; ///< the current one
-        Tiff2PpfTests::Folder temporary;
-        Tiff2PpfTests::Folder said;
+        JobsTest::Folder jobs;
+        JobsTest::Folder folder; ///< the current one
+        JobsTest::Folder temporary;
+        JobsTest::Folder said;
     };
 
     TEST_F(ProgramTest, SuccessIsQuiet)
@@ -114,8 +114,10 @@ namespace
 
     TEST_F(ProgramTest, HelpThatCannotBeWrittenIsAFailure)
     {
+        EXPECT_EQ(Run("tiff2ppf --version >&-"), 1);
+        EXPECT_EQ(Error(), "tiff2ppf: error: standard output cannot be written: Bad file descriptor\n");
         EXPECT_EQ(Run("tiff2ppf --help >/dev/full"), 1);
-        EXPECT_EQ(Error(), "tiff2ppf: error: standard output cannot be written\n");
+        EXPECT_EQ(Error(), "tiff2ppf: error: standard output cannot be written: No space left on device\n");
     }
 
     TEST_F(ProgramTest, FullDiskIsFoundAfterWriting)

@@ -1,0 +1,209 @@
+#include "host/Failure.h"
+#include "job/Conversion.h"
+#include "tests/support/SystemFaults.h"
+#include "tests/tools/job/Folder.h"
+
+#include <gmock/gmock.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <sstream>
+
+namespace JobsTest
+{
+    using namespace Jobs;
+    using ::testing::HasSubstr;
+    using ::testing::MatchesRegex;
+
+    /// Converts jobs in a folder of its own to "out.ppf" there.
+    class ConversionTest : public ::testing::Test
+    {
+    protected:
+        ConversionTest() { settings.output = folder / "out.ppf"; }
+
+        /// Adds a sheet with a front of these files, each under its own name.
+        Sheet& AddSheet(const std::string& name, const std::vector<std::string>& files)
+        {
+            Sheet sheet;
+            sheet.jobName = "J";
+            sheet.sheetName = name;
+            for (const std::string& file : files)
+            {
+                sheet.front.push_back({file, folder / file});
+            }
+            job.sheets.push_back(sheet);
+            return job.sheets.back();
+        }
+
+        std::string Convert()
+        {
+            std::ostringstream messages;
+            Jobs::Convert(job, settings, messages);
+            return messages.str();
+        }
+
+        /// The text of the failure of a conversion, which has to leave the folder as it was.
+        std::string FailureOfConversion()
+        {
+            const std::vector<std::string> before = folder.Names();
+            std::string failure = "no failure";
+            try
+            {
+                Convert();
+            }
+            catch (const Host::Failure& error)
+            {
+                failure = error.what();
+            }
+            EXPECT_EQ(folder.Names(), before);
+            return failure;
+        }
+
+        Folder folder;
+        Job job;
+        ConversionSettings settings;
+    };
+
+    TEST_F(ConversionTest, NamesAndValuesReachTheFile)
+    {
+        folder.WriteTiff("k");
+        Sheet& sheet = AddSheet("a (b) \\", {"k"});
+        sheet.jobName = "J)";
+        sheet.front.front().name = "Black (";
+        sheet.parameters = {
+            {"Text", "(as is \\"},
+            {"Int", Number(std::int32_t{-5})},
+            {"UInt", Number(std::uint32_t{4294967295U})},
+            {"Double", Number(0.5)},
+            {"Measure", Measure{Number(std::int32_t{135}), "g"}},
+            {"Length", Measure{Number(12.5), "mm"}},
+        };
+        job.compression = Compression::CIP3CompressionNone;
+        job.encoding = Encoding::CIP3EncodingASCIIHex;
+
+        EXPECT_EQ(Convert(), "");
+        const std::string file = folder.Read("out.ppf");
+        for (const char* const line :
+             {"/CIP3AdmJobName (J\\)) def\n", "/CIP3AdmSheetName (a (b) \\\\) def\n", "[ (Black \\() ]",
+              "/Text (as is \\ def\n", "/Int -5 def\n", "/UInt 4294967295 def\n", "/Double 0.500000 def\n",
+              "/Measure 135 g def\n", "/Length 12.500000 mm def\n", "/CIP3PreviewImageCompression /None def\n",
+              "/CIP3PreviewImageEncoding /ASCIIHexDecode def\n"})
+        {
+            EXPECT_THAT(file, HasSubstr(line));
+        }
+    }
+
+    TEST_F(ConversionTest, CauseIsNamedWithItsPlace)
+    {
+        folder.WriteTiff("k");
+        folder.Write("text", "This is no TIFF.");
+        AddSheet("S1", {"k"});
+        AddSheet("S2", {"k"}).back = {{"Cyan", folder / "k"}, {"Black", folder / "text"}};
+        EXPECT_THAT(
+            FailureOfConversion(),
+            MatchesRegex(
+                "Problem converting TIFF files to CIP3: sheet 2 \"S2\", back, separation \"Black\": .*/text.+"));
+
+        job.sheets[1].back[1].file = folder / "missing";
+        EXPECT_THAT(
+            FailureOfConversion(), MatchesRegex(".*separation \"Black\": .*/missing.*No such file or directory.*"));
+    }
+
+    TEST_F(ConversionTest, CauseInTheLinesIsNamed)
+    {
+        const std::string whole = folder.Read(folder.WriteTiff("k", 400, 300).substr(folder.Path().size()));
+        folder.WriteTiff("good", 400, 300);
+        // The directory stands after the lines: the last of them loses its bytes to the directory's new place.
+        std::string cut = whole;
+        const std::size_t directory = static_cast<unsigned char>(cut[4]) + 256U * static_cast<unsigned char>(cut[5]) +
+                                      65536U * static_cast<unsigned char>(cut[6]);
+        ASSERT_LT(directory, cut.size());
+        folder.Write("k", cut.substr(0, 8) + cut.substr(directory));
+        folder.Write(
+            "k",
+            [&]
+            {
+                std::string moved = folder.Read("k");
+                moved[4] = 8;
+                moved[5] = moved[6] = 0;
+                return moved;
+            }());
+        AddSheet("", {"good", "k"});
+        EXPECT_THAT(
+            FailureOfConversion(),
+            MatchesRegex("Problem converting TIFF files to CIP3: sheet 1, front, separation \"k\": .*/k.+"));
+    }
+
+    TEST_F(ConversionTest, PathBeyondTheLimitIsNamed)
+    {
+        AddSheet("", {std::string(1024, 'x')});
+        EXPECT_THAT(
+            FailureOfConversion(), MatchesRegex(".*sheet 1, front, separation .* bytes, and the limit is 1023"));
+    }
+
+    TEST_F(ConversionTest, SizesThatDifferAreRefusedUnlessLetThrough)
+    {
+        folder.WriteTiff("small", 4, 2);
+        folder.WriteTiff("large", 4, 3);
+        AddSheet("S1", {"small"});
+        AddSheet("S2", {"large"}).back = {{"Black", folder / "small"}};
+        EXPECT_EQ(
+            FailureOfConversion(), "sheet 2 \"S2\": the separations differ in size: front \"large\", " +
+                                       (folder / "large") + ", has 4 x 3 pixels; back \"Black\", " +
+                                       (folder / "small") + ", has 4 x 2 pixels (--mixed-sizes lets them through)");
+
+        settings.mixedSizes = true;
+        for (const auto compression : {Compression::CIP3CompressionNone, Compression::CIP3CompressionRunLength})
+        {
+            for (const auto encoding :
+                 {Encoding::CIP3EncodingBinary, Encoding::CIP3EncodingASCIIHex, Encoding::CIP3EncodingASCII85})
+            {
+                job.compression = compression;
+                job.encoding = encoding;
+                EXPECT_NO_THROW(Convert()) << "compression " << compression << ", encoding " << encoding;
+            }
+        }
+    }
+
+    TEST_F(ConversionTest, FailureLeavesTheOlderFile)
+    {
+        folder.Write("out.ppf", "older");
+        AddSheet("S1", {"missing"});
+        FailureOfConversion();
+        EXPECT_EQ(folder.Read("out.ppf"), "older");
+    }
+
+    TEST_F(ConversionTest, OutputThatCannotBeMadeIsNamed)
+    {
+        folder.WriteTiff("k");
+        AddSheet("", {"k"});
+        settings.output = folder / "k/out.ppf";
+        EXPECT_EQ(FailureOfConversion(), "the output cannot be written: " + settings.output + ": Not a directory");
+        settings.output = folder / "made/out.ppf";
+        const TestSupport::SystemFault fault("mkdir", EACCES);
+        EXPECT_EQ(
+            FailureOfConversion(), "the output cannot be written: " + settings.output + ": the folder " +
+                                       (folder / "made") + " cannot be made: Permission denied");
+    }
+
+    TEST_F(ConversionTest, SeparationIsNotOverwritten)
+    {
+        folder.WriteTiff("k");
+        std::filesystem::create_symlink("k", folder / "out.ppf");
+        AddSheet("", {"k"});
+        const std::string before = folder.Read("k");
+        EXPECT_THROW(Convert(), Host::UsageError);
+        EXPECT_EQ(folder.Read("k"), before);
+    }
+
+    TEST_F(ConversionTest, EachSurfaceIsSaidOnRequest)
+    {
+        folder.WriteTiff("c");
+        folder.WriteTiff("k");
+        AddSheet("S\n1", {"c", "k"}).back = {{"Black", folder / "k"}};
+        settings.verbose = true;
+        EXPECT_EQ(
+            Convert(), "sheet 1 \"S\\x0a1\", front: 4 x 2 pixels at 2 per inch: c, k\n"
+                       "sheet 1 \"S\\x0a1\", back: 4 x 2 pixels at 2 per inch: Black\n");
+    }
+}

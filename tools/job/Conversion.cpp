@@ -1,0 +1,200 @@
+#include "job/Conversion.h"
+
+#include "host/Descriptor.h"
+#include "host/Failure.h"
+#include "host/Output.h"
+#include "host/Progress.h"
+#include "host/Text.h"
+#include "job/FailureCause.h"
+#include "job/LibraryRun.h"
+#include "job/ReadBack.h"
+#include "job/SeparationPlaces.h"
+#include "job/SizeCheck.h"
+#include "job/WrittenFile.h"
+#include "ppf/FileMap.h"
+
+#include <RasterFeedLib.h>
+
+#include <array>
+#include <cerrno>
+#include <charconv>
+#include <chrono>
+#include <optional>
+#include <ostream>
+#include <system_error>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace Jobs
+{
+    namespace
+    {
+        /// A run shorter than this needs no progress.
+        constexpr std::chrono::milliseconds ProgressDelay(1000);
+
+        /// The status of the file at `path`, all zero if there is none.
+        struct stat StatusOf(const std::string& path)
+        {
+            struct stat status = {};
+            if (stat(path.c_str(), &status) != 0)
+            {
+                status = {};
+            }
+            return status;
+        }
+
+        bool IsSameFile(const struct stat& left, const struct stat& right)
+        {
+            return left.st_ino != 0 && left.st_ino == right.st_ino && left.st_dev == right.st_dev;
+        }
+
+        void CheckOutputIsNoInput(const Job& job, const ConversionSettings& settings)
+        {
+            const struct stat output = StatusOf(settings.output);
+            if (IsSameFile(output, StatusOf(settings.jobFile)))
+            {
+                throw Host::UsageError(settings.output + ": the output would replace the job file");
+            }
+            for (const SeparationPlace& place : PlacesOf(job))
+            {
+                if (IsSameFile(output, StatusOf(place.separation->file)))
+                {
+                    throw Host::UsageError(
+                        settings.output + ": the output would replace the file of " + PlaceForPerson(job, place));
+                }
+            }
+        }
+
+        std::uint64_t BytesOfSeparations(const Job& job)
+        {
+            std::uint64_t bytes = 0;
+            for (const SeparationPlace& place : PlacesOf(job))
+            {
+                bytes += static_cast<std::uint64_t>(StatusOf(place.separation->file).st_size);
+            }
+            return bytes;
+        }
+
+        /// With six digits at most: "50.8", "299.999".
+        std::string TextOf(double number)
+        {
+            constexpr int Digits = 6;
+            std::array<char, 32> text{};
+            const auto end =
+                std::to_chars(text.data(), text.data() + text.size(), number, std::chars_format::general, Digits);
+            return {text.data(), end.ptr};
+        }
+
+        /// `sheet 1 "S1", front: 400 x 300 pixels at 50.8 per inch: Cyan, Black` for each surface that has separations.
+        void SaySurface(
+            std::ostream& messages, const Job& job, std::size_t sheetIndex, Surface surface,
+            const std::vector<Separation>& separations)
+        {
+            if (separations.empty())
+            {
+                return;
+            }
+            std::string line = SheetForPerson(job, sheetIndex) + ", " + WordOf(surface) + ": ";
+            const RasterFeedDescription found = RasterFeedProbe(separations.front().file, RasterFeedDepth::Header);
+            if (found.accepted)
+            {
+                line += std::to_string(found.width) + " x " + std::to_string(found.height) + " pixels at " +
+                        TextOf(found.resolution) + " per inch: ";
+            }
+            const char* comma = "";
+            for (const Separation& separation : separations)
+            {
+                line += comma + separation.name;
+                comma = ", ";
+            }
+            messages << Host::OneLine(line) + '\n' << std::flush;
+        }
+
+        void SaySurfaces(std::ostream& messages, const Job& job)
+        {
+            for (std::size_t i = 0; i < job.sheets.size(); ++i)
+            {
+                SaySurface(messages, job, i, Surface::Front, job.sheets[i].front);
+                SaySurface(messages, job, i, Surface::Back, job.sheets[i].back);
+            }
+        }
+
+        /// The library's words and, after them, what they leave open.
+        [[noreturn]] void FailAs(const LibraryFailure& failure, const Job& job, const Host::Output& output)
+        {
+            const std::string words = failure.what();
+            if (words != LibraryCouldNotOpen)
+            {
+                throw Host::Failure(words + ": " + CauseInSeparations(job));
+            }
+            const Host::Descriptor file(open(output.Path().c_str(), O_WRONLY | O_CLOEXEC));
+            throw Host::Failure(
+                words + ": " + output.Name() + (file.IsOpen() ? "" : ": its draft: " + Host::SystemText(errno)));
+        }
+
+        std::string FindingAfterWriting(const std::string& path, const Job& job, bool mixedSizes)
+        {
+            try
+            {
+                const Ppf::FileMap file(path);
+                std::string finding = FaultOfWrittenFile(file.Bytes(), job);
+                if (finding.empty() && !mixedSizes && IsReadable(job))
+                {
+                    finding = FaultOnReadingBack(file.Bytes(), job);
+                }
+                return finding;
+            }
+            catch (const std::system_error& error)
+            {
+                return "the file cannot be read: " + error.code().message();
+            }
+        }
+
+        void CheckWritten(const Host::Output& output, const Job& job, bool mixedSizes)
+        {
+            const std::string finding = FindingAfterWriting(output.Path(), job, mixedSizes);
+            if (finding.empty())
+            {
+                return;
+            }
+            const std::string obstacle = output.ObstacleToWriting();
+            throw Host::Failure(
+                output.Name() + ": the file failed its check after writing: " + finding +
+                (obstacle.empty() ? "" : ": " + obstacle));
+        }
+    }
+
+    void Convert(const Job& job, const ConversionSettings& settings, std::ostream& messages)
+    {
+        CheckOutputIsNoInput(job, settings);
+        if (!settings.mixedSizes)
+        {
+            CheckSizes(job);
+        }
+        if (settings.verbose)
+        {
+            SaySurfaces(messages, job);
+        }
+
+        Host::Output output(settings.output, settings.durability);
+        {
+            std::optional<Host::Progress> progress;
+            if (settings.showProgress)
+            {
+                progress.emplace(STDERR_FILENO, BytesOfSeparations(job), "of the separations", ProgressDelay);
+            }
+            try
+            {
+                RunLibrary(job, output.Path());
+            }
+            catch (const LibraryFailure& failure)
+            {
+                FailAs(failure, job, output);
+            }
+        }
+        CheckWritten(output, job, settings.mixedSizes);
+        output.Publish();
+    }
+}

@@ -1,0 +1,26 @@
+// One run from the job to the finished file: checks before, the library, the check of what it wrote, and the file in its
+// place.
+#pragma once
+
+#include "host/Output.h"
+#include "job/Job.h"
+
+#include <iosfwd>
+#include <string>
+
+namespace Jobs
+{
+    struct ConversionSettings
+    {
+        std::string output; ///< a path, or "-" for standard output
+        Host::Durability durability = Host::Durability::OnDisk;
+        std::string jobFile;       ///< where the job comes from, so that it is not overwritten; may be empty
+        bool mixedSizes = false;   ///< separations of a sheet may differ in size
+        bool verbose = false;      ///< say a line per sheet and surface
+        bool showProgress = false; ///< messages go to a terminal: show there how far a long conversion is
+    };
+
+    /// Converts `job`, which CheckJob has passed. Throws UsageError if the output is one of the job's own files, and Failure.
+    /// Nothing half-written is left in either case.
+    void Convert(const Job& job, const ConversionSettings& settings, std::ostream& messages);
+}

@@ -1,0 +1,54 @@
+#include "job/FailureCause.h"
+
+#include "job/SeparationPlaces.h"
+
+#include <RasterFeedLib.h>
+
+namespace Jobs
+{
+    namespace
+    {
+        /// The record in which the library hands a path to its reader has room for this many bytes.
+        constexpr std::size_t MaxPathBytes = sizeof(RasterFeedOpenRecord::path) - 1;
+
+        /// Why the library does not take the separation at `place`; empty if it does as far as `depth` shows.
+        std::string Fault(const SeparationPlace& place, RasterFeedDepth depth)
+        {
+            const std::string& path = place.separation->file;
+            if (path.size() > MaxPathBytes)
+            {
+                return path + ": the path has " + std::to_string(path.size()) + " bytes, and the limit is " +
+                       std::to_string(MaxPathBytes);
+            }
+            const RasterFeedDescription found = RasterFeedProbe(path, depth);
+            if (!found.accepted)
+            {
+                return found.reason;
+            }
+            // Without an extent the sheet has no size in the file.
+            const bool hasExtent = found.width > 0 && found.height > 0 && found.resolution > 0;
+            if (place.isFirstOfSheet && !hasExtent)
+            {
+                return path + ": the image has no extent: " + std::to_string(found.width) + " x " +
+                       std::to_string(found.height) + " pixels at " + std::to_string(found.resolution) + " per inch";
+            }
+            return {};
+        }
+    }
+
+    std::string CauseInSeparations(const Job& job)
+    {
+        for (const RasterFeedDepth depth : {RasterFeedDepth::Header, RasterFeedDepth::Lines})
+        {
+            for (const SeparationPlace& place : PlacesOf(job))
+            {
+                if (const std::string fault = Fault(place, depth); !fault.empty())
+                {
+                    return PlaceForPerson(job, place) + ": " + fault;
+                }
+            }
+        }
+        return "every separation can be read now, so try again; if it fails again, memory is short or the output would "
+               "have more than 4294967295 bytes: make several files of the job";
+    }
+}

@@ -1,0 +1,70 @@
+// The job of one run: what the job file or the command line says, checked and ready for the library, but still in this
+// program's own plain values.
+#pragma once
+
+#include <Sheetvane/SheetvaneConverter.h>
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace Jobs
+{
+    using Compression = Sheetvane::SheetvaneConverter::CIP3Compression;
+    using Encoding = Sheetvane::SheetvaneConverter::CIP3Encoding;
+
+    /// A number of one of the classes that the library knows how to write.
+    using Number = std::variant<std::int32_t, std::uint32_t, double>;
+
+    /// A number with its unit, as 135 g.
+    struct Measure
+    {
+        Number value;
+        std::string units;
+    };
+
+    /// Value of a sheet's parameter; a string is PostScript text.
+    using ParameterValue = std::variant<std::string, Number, Measure>;
+
+    /// One ink of a surface and the TIFF that holds it.
+    struct Separation
+    {
+        std::string name; ///< plain text
+        std::string file; ///< absolute path, bytes
+    };
+
+    /// One sheet of paper. At least one surface has separations.
+    struct Sheet
+    {
+        std::string jobName;   ///< plain text, never empty
+        std::string sheetName; ///< plain text, may be empty in a job of one sheet
+        std::vector<Separation> front;
+        std::vector<Separation> back;
+        std::map<std::string, ParameterValue> parameters;
+    };
+
+    /// A whole job. What is not said stays at the library's default.
+    struct Job
+    {
+        std::vector<Sheet> sheets;
+        std::optional<Compression> compression;
+        std::optional<Encoding> encoding;
+    };
+
+    /// The value that a word of the job file or the command line stands for; none if there is no such word.
+    std::optional<Compression> CompressionOfWord(const std::string& word);
+    std::optional<Encoding> EncodingOfWord(const std::string& word);
+
+    extern const char* const CompressionWords; ///< the words, for a message
+    extern const char* const EncodingWords;    ///< the words, for a message
+
+    /// `sheet 2 "Inside"`: the sheet at `index` (from 0) for a person, without the quotes if it has no name.
+    std::string SheetForPerson(const Job& job, std::size_t index);
+
+    /// Throws Host::UsageError for a job that could not be converted whatever its TIFFs hold: no sheet, an empty job name, a
+    /// sheet without any file, an empty sheet name among several sheets, or one that is too long.
+    void CheckJob(const Job& job);
+}
