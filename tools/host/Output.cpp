@@ -8,7 +8,6 @@
 #include <array>
 #include <cerrno>
 #include <cstdint>
-#include <cstdlib>
 #include <tuple>
 
 #include <fcntl.h>
@@ -20,12 +19,6 @@ namespace Host
     {
         constexpr mode_t OwnerOnly = S_IRUSR | S_IWUSR;
         constexpr mode_t AsAnyNewFile = OwnerOnly | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH;
-
-        std::string TemporaryFolder()
-        {
-            const char* const chosen = std::getenv("TMPDIR");
-            return chosen != nullptr && chosen[0] == '/' ? chosen : "/tmp";
-        }
 
         bool IsStandardOutput(const struct stat& status)
         {

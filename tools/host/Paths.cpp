@@ -7,6 +7,7 @@
 #include <array>
 #include <cerrno>
 #include <climits>
+#include <cstdlib>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -34,6 +35,12 @@ namespace Host
             throw UsageError("the current folder cannot be found: " + SystemText(errno));
         }
         return path.data();
+    }
+
+    std::string TemporaryFolder()
+    {
+        const char* const chosen = std::getenv("TMPDIR");
+        return chosen != nullptr && chosen[0] == '/' ? chosen : "/tmp";
     }
 
     std::string AbsolutePath(const std::string& name, const std::string& folder)

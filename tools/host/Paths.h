@@ -9,6 +9,9 @@ namespace Host
     /// Absolute path of the current folder. Throws UsageError if it has been removed.
     std::string CurrentFolder();
 
+    /// The folder for temporary files: TMPDIR, else /tmp. Absolute.
+    std::string TemporaryFolder();
+
     /// `name` as an absolute path; a relative one stands relative to `folder`, itself absolute.
     std::string AbsolutePath(const std::string& name, const std::string& folder);
 

@@ -1,16 +1,15 @@
 #include "host/Progress.h"
 
 #include "host/Descriptor.h"
-#include "host/Program.h"
+#include "host/ProgressLine.h"
+#include "host/Signals.h"
 
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <csignal>
 #include <cstdio>
 #include <exception>
 #include <string_view>
-#include <tuple>
 #include <utility>
 
 #include <fcntl.h>
@@ -20,30 +19,10 @@ namespace Host
     namespace
     {
         constexpr std::chrono::milliseconds Period(200);
-        constexpr std::string_view TakeLineAway = "\r\x1b[K";
-
-        // What runs on the thread takes no memory: nothing that it throws could be caught.
-
-        /// A thread that is started from here takes no signals: those are for the thread that does the work.
-        class SignalsBlocked
-        {
-        public:
-            SignalsBlocked()
-            {
-                sigset_t all;
-                sigfillset(&all);
-                pthread_sigmask(SIG_SETMASK, &all, &before);
-            }
-            ~SignalsBlocked() { pthread_sigmask(SIG_SETMASK, &before, nullptr); }
-            SignalsBlocked(const SignalsBlocked&) = delete;
-            SignalsBlocked& operator=(const SignalsBlocked&) = delete;
-
-        private:
-            sigset_t before = {};
-        };
     }
 
-    // Runs on the thread, too.
+    // What runs on the thread takes no memory: nothing that it throws could be caught.
+
     std::uint64_t Progress::BytesRead() noexcept
     {
         const Descriptor counters(open("/proc/self/io", O_RDONLY | O_CLOEXEC));
@@ -71,7 +50,7 @@ namespace Host
     {
         try
         {
-            const SignalsBlocked blocked;
+            const SignalsBlocked blocked; // those are for the thread that does the work
             thread = std::thread([this, delay] { Run(delay); });
         }
         catch (const std::exception&)
@@ -98,23 +77,18 @@ namespace Host
     {
         const auto start = std::chrono::steady_clock::now();
         const auto hasEnded = [this] { return isOver; };
-        bool isShown = false;
+        ProgressLine line(terminal);
         std::unique_lock<std::mutex> lock(mutex);
         for (auto pause = delay; !wake.wait_for(lock, pause, hasEnded); pause = Period)
         {
-            Show(std::chrono::steady_clock::now() - start);
-            isShown = true;
-        }
-        if (isShown)
-        {
-            std::ignore = WriteAll(terminal, TakeLineAway.data(), TakeLineAway.size());
+            Show(line, std::chrono::steady_clock::now() - start);
         }
     }
 
-    void Progress::Show(std::chrono::steady_clock::duration elapsed) const
+    void Progress::Show(ProgressLine& line, std::chrono::steady_clock::duration elapsed) const
     {
-        std::array<char, 200> line{};
         std::array<char, 100> part{};
+        std::array<char, 150> text{};
         const bool isKnown = bytesBefore > 0 || bytesRead != &BytesRead;
         if (bytesToRead > 0 && isKnown)
         {
@@ -123,8 +97,7 @@ namespace Host
                 part.data(), part.size(), ", %d %% %s read", static_cast<int>(done * 100 / bytesToRead), what.c_str());
         }
         const long long seconds = std::chrono::duration_cast<std::chrono::seconds>(elapsed).count();
-        const int size =
-            std::snprintf(line.data(), line.size(), "\r%s: %lld s%s\x1b[K", ProgramName(), seconds, part.data());
-        std::ignore = WriteAll(terminal, line.data(), std::min(static_cast<std::size_t>(size), line.size() - 1));
+        const int size = std::snprintf(text.data(), text.size(), "%lld s%s", seconds, part.data());
+        line.Show({text.data(), std::min(static_cast<std::size_t>(size), text.size() - 1)});
     }
 }

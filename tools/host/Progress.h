@@ -11,6 +11,8 @@
 
 namespace Host
 {
+    class ProgressLine;
+
     class Progress
     {
     public:
@@ -32,7 +34,7 @@ namespace Host
 
     private:
         void Run(std::chrono::milliseconds delay);
-        void Show(std::chrono::steady_clock::duration elapsed) const;
+        void Show(ProgressLine& line, std::chrono::steady_clock::duration elapsed) const;
 
         int terminal;
         std::uint64_t bytesToRead;

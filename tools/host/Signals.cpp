@@ -15,12 +15,17 @@ namespace Host
     {
         // What the handlers look at. Folder and name are in place whenever the flag is set.
         std::atomic<bool> isDraftSet{false};
+        std::atomic<void (*)() noexcept> cleanUpFirst{nullptr};
         int draftFolder = -1;
         char draftName[64];
         static_assert(std::atomic<bool>::is_always_lock_free);
 
-        void RemoveDraft() noexcept
+        void CleanUp() noexcept
         {
+            if (const auto cleanUp = cleanUpFirst.load(); cleanUp != nullptr)
+            {
+                cleanUp();
+            }
             if (isDraftSet)
             {
                 unlinkat(draftFolder, draftName, 0);
@@ -28,16 +33,16 @@ namespace Host
         }
 
         /// The signal's default action is restored when this begins and follows when it ends.
-        extern "C" void RemoveDraftAndDie(int signal)
+        extern "C" void CleanUpAndDie(int signal)
         {
-            RemoveDraft();
+            CleanUp();
             raise(signal);
         }
 
         /// Going on is no choice, as the access that raised the signal would be repeated.
-        extern "C" void RemoveDraftAndFail(int)
+        extern "C" void CleanUpAndFail(int)
         {
-            RemoveDraft();
+            CleanUp();
             SayPlainly("a file became shorter while it was read, or its disk cannot be read");
             _exit(ExitFailed);
         }
@@ -62,9 +67,9 @@ namespace Host
         std::signal(SIGXFSZ, SIG_IGN);
         for (const int signal : {SIGINT, SIGTERM, SIGHUP})
         {
-            Handle(signal, &RemoveDraftAndDie);
+            Handle(signal, &CleanUpAndDie);
         }
-        Handle(SIGBUS, &RemoveDraftAndFail);
+        Handle(SIGBUS, &CleanUpAndFail);
     }
 
     void RemoveOnSignal(int folder, const char* name) noexcept
@@ -78,5 +83,22 @@ namespace Host
     void ForgetDraft() noexcept
     {
         isDraftSet = false;
+    }
+
+    void CallOnSignal(void (*cleanUp)() noexcept) noexcept
+    {
+        cleanUpFirst = cleanUp;
+    }
+
+    SignalsBlocked::SignalsBlocked()
+    {
+        sigset_t all;
+        sigfillset(&all);
+        pthread_sigmask(SIG_SETMASK, &all, &before);
+    }
+
+    SignalsBlocked::~SignalsBlocked()
+    {
+        pthread_sigmask(SIG_SETMASK, &before, nullptr);
     }
 }

@@ -2,6 +2,8 @@
 // becomes an error that can be named.
 #pragma once
 
+#include <csignal>
+
 namespace Host
 {
     /// To be called once, first of all.
@@ -17,4 +19,24 @@ namespace Host
     void RemoveOnSignal(int folder, const char* name) noexcept;
 
     void ForgetDraft() noexcept;
+
+    /// From now on, the signals that end the program call `cleanUp` first, which may do only what a signal's handler may.
+    /// One function at a time; null: none.
+    void CallOnSignal(void (*cleanUp)() noexcept) noexcept;
+
+    /// For its lifetime the calling thread, and threads that it starts, take no signals.
+    class SignalsBlocked
+    {
+    public:
+        SignalsBlocked();
+        ~SignalsBlocked();
+        SignalsBlocked(const SignalsBlocked&) = delete;
+        SignalsBlocked& operator=(const SignalsBlocked&) = delete;
+
+        /// The thread's mask before.
+        const sigset_t& Before() const { return before; }
+
+    private:
+        sigset_t before = {};
+    };
 }

@@ -164,37 +164,52 @@ namespace Jobs
                 output.Name() + ": the file failed its check after writing: " + finding +
                 (obstacle.empty() ? "" : ": " + obstacle));
         }
+
+        void CheckBefore(const Job& job, const ConversionSettings& settings, std::ostream& messages)
+        {
+            if (!settings.mixedSizes)
+            {
+                CheckSizes(job);
+            }
+            if (settings.verbose)
+            {
+                SaySurfaces(messages, job);
+            }
+        }
+
+        void Write(const Job& job, const ConversionSettings& settings, Host::Output& output)
+        {
+            {
+                std::optional<Host::Progress> progress;
+                if (settings.showProgress)
+                {
+                    progress.emplace(STDERR_FILENO, BytesOfSeparations(job), "of the separations", ProgressDelay);
+                }
+                try
+                {
+                    RunLibrary(job, output.Path());
+                }
+                catch (const LibraryFailure& failure)
+                {
+                    FailAs(failure, job, output);
+                }
+            }
+            CheckWritten(output, job, settings.mixedSizes);
+            output.Publish();
+        }
     }
 
     void Convert(const Job& job, const ConversionSettings& settings, std::ostream& messages)
     {
         CheckOutputIsNoInput(job, settings);
-        if (!settings.mixedSizes)
-        {
-            CheckSizes(job);
-        }
-        if (settings.verbose)
-        {
-            SaySurfaces(messages, job);
-        }
-
+        CheckBefore(job, settings, messages);
         Host::Output output(settings.output, settings.durability);
-        {
-            std::optional<Host::Progress> progress;
-            if (settings.showProgress)
-            {
-                progress.emplace(STDERR_FILENO, BytesOfSeparations(job), "of the separations", ProgressDelay);
-            }
-            try
-            {
-                RunLibrary(job, output.Path());
-            }
-            catch (const LibraryFailure& failure)
-            {
-                FailAs(failure, job, output);
-            }
-        }
-        CheckWritten(output, job, settings.mixedSizes);
-        output.Publish();
+        Write(job, settings, output);
+    }
+
+    void Convert(const Job& job, const ConversionSettings& settings, Host::Output& output, std::ostream& messages)
+    {
+        CheckBefore(job, settings, messages);
+        Write(job, settings, output);
     }
 }

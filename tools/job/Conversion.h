@@ -23,4 +23,7 @@ namespace Jobs
     /// Converts `job`, which CheckJob has passed. Throws UsageError if the output is one of the job's own files, and Failure.
     /// Nothing half-written is left in either case.
     void Convert(const Job& job, const ConversionSettings& settings, std::ostream& messages);
+
+    /// The same to an output that was chosen before, and is none of the job's own files.
+    void Convert(const Job& job, const ConversionSettings& settings, Host::Output& output, std::ostream& messages);
 }
