@@ -11,7 +11,7 @@ set(SHEETVANE_CMAKE_DIR "${CMAKE_INSTALL_LIBDIR}/cmake/Sheetvane")
 set_target_properties(Sheetvane kxtypes PROPERTIES INSTALL_RPATH "$ORIGIN" BUILD_WITH_INSTALL_RPATH ON)
 file(RELATIVE_PATH libraries_from_programs
   "/prefix/${CMAKE_INSTALL_BINDIR}" "/prefix/${CMAKE_INSTALL_LIBDIR}")
-set_target_properties(tiff2ppf PROPERTIES
+set_target_properties(tiff2ppf pdf2ppf PROPERTIES
   INSTALL_RPATH "$ORIGIN;$ORIGIN/${libraries_from_programs}" BUILD_WITH_INSTALL_RPATH ON)
 
 install(TARGETS Sheetvane kxtypes EXPORT SheetvaneTargets
@@ -86,14 +86,15 @@ set(CPACK_DEBIAN_DEV_PACKAGE_NAME libsheetvane-dev)
 set(CPACK_DEBIAN_DEV_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEV_PACKAGE_SHLIBDEPS OFF)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME sheetvane-tools)
+set(CPACK_DEBIAN_TOOLS_PACKAGE_RECOMMENDS ghostscript) # for pdf2ppf
 set(CPACK_DEBIAN_RUNTIME_DESCRIPTION "Ink separations to CIP3 PPF: shared libraries
 Turns the ink separations of a printing job, given as TIFF files, into one file in the CIP3 Print Production Format, from
 which a press presets its ink keys.")
 set(CPACK_DEBIAN_DEV_DESCRIPTION "Ink separations to CIP3 PPF: headers and build files
 What a host application is built with.")
 set(CPACK_DEBIAN_TOOLS_DESCRIPTION "Ink separations to CIP3 PPF: the programs
-tiff2ppf writes a PPF file from TIFF separations; ppfinfo looks into PPF files, checks them and reports ink coverage by
-zone; ppfwatch turns what is dropped into a folder into PPF files, as a service.")
+tiff2ppf writes a PPF file from TIFF separations, pdf2ppf from a PDF; ppfinfo looks into PPF files, checks them and reports
+ink coverage by zone; ppfwatch turns what is dropped into a folder into PPF files, as a service.")
 set(CPACK_DEBIAN_TOOLS_PACKAGE_CONTROL_EXTRA "${PROJECT_SOURCE_DIR}/tools/ppfwatch/postinst")
 set(CPACK_COMPONENT_DEV_DEPENDS runtime)
 set(CPACK_COMPONENT_TOOLS_DEPENDS runtime)
