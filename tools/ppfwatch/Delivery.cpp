@@ -200,7 +200,7 @@ namespace PpfWatch
             }
             SyncNames(staging);
             SyncNames(folders.in);
-            const std::string place = Settle(folder, hidden, job);
+            std::string place = Settle(folder, hidden, job);
             SyncNames(folder);
             return place;
         }

@@ -141,7 +141,7 @@ namespace PpfWatch
 
         struct Job
         {
-            JobKind kind;
+            JobKind kind = JobKind::Set;
             std::string name;
             std::vector<FileNode*> files; ///< a job file or PDF stands first
             JobFileNames wanted;          ///< of a job file

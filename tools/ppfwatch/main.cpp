@@ -21,7 +21,7 @@ namespace
     /// The folder of this program, where those that convert stand, too.
     std::string ProgramFolder()
     {
-        const std::string folder = Host::FolderOf(Host::EndOfLinks("/proc/self/exe"));
+        std::string folder = Host::FolderOf(Host::EndOfLinks("/proc/self/exe"));
         if (access((folder + "/tiff2ppf").c_str(), X_OK) != 0)
         {
             throw Host::Failure(

@@ -65,6 +65,8 @@ namespace PpfWatchTest
                     pointers.push_back(argument.data());
                 }
                 pointers.push_back(nullptr);
+                const std::string program =
+                    fs::exists(folder / "ppfwatch") ? folder / "ppfwatch" : std::string(PPFWATCH_PROGRAM);
                 const std::string temporary = folder / "tmp";
                 const std::string log = folder / "log";
                 process = fork();
@@ -72,9 +74,17 @@ namespace PpfWatchTest
                 {
                     setenv("TMPDIR", temporary.c_str(), 1);
                     dup2(open(log.c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600), STDERR_FILENO);
-                    execv(PPFWATCH_PROGRAM, pointers.data());
+                    execv(program.c_str(), pointers.data());
                     _exit(127);
                 }
+            }
+
+            /// From now on a shell script stands in the place of tiff2ppf; "$out" is what it is to write.
+            void ConvertBy(const std::string& script) const
+            {
+                fs::copy_file(PPFWATCH_PROGRAM, folder / "ppfwatch");
+                folder.Write("tiff2ppf", "#!/bin/sh\nfor out; do :; done\n" + script + '\n');
+                fs::permissions(folder / "tiff2ppf", fs::perms(0700));
             }
 
             int End(int signal = 0)
@@ -223,6 +233,69 @@ namespace PpfWatchTest
             Drop("J_C.tif");
             ASSERT_TRUE(UntilThere("out/J.ppf"));
             EXPECT_EQ(End(SIGTERM), 0);
+        }
+
+        TEST_F(WatchTest, CrashOfAConversionIsAJobThatFails)
+        {
+            ConvertBy("echo half >\"$out\"; kill -SEGV $$");
+            Drop("J_C.tif");
+            EXPECT_EQ(RunOnce(), 1);
+            EXPECT_THAT(
+                folder.Read("failed/J/error.txt"),
+                MatchesRegex("tiff2ppf: error: the program was ended by signal 11, [^\n]+\n"));
+            EXPECT_THAT(Names("out"), IsEmpty());
+        }
+
+        TEST_F(WatchTest, SourceThatIsReplacedWhileItIsReadIsConvertedOnceMore)
+        {
+            ConvertBy("cat J_C.tif >\"$out\"; [ -e ../new ] && mv ../new J_C.tif; true");
+            Drop("J_C.tif");
+            folder.Write("new", SmallTiff(9));
+            EXPECT_EQ(RunOnce(), 0) << folder.Read("log");
+            EXPECT_EQ(folder.Read("out/J.ppf"), SmallTiff(9));
+            EXPECT_EQ(folder.Read("done/J/J_C.tif"), SmallTiff(9));
+            EXPECT_THAT(Names("done"), ElementsAre("J"));
+        }
+
+        TEST_F(WatchTest, WhatIsBeingConvertedIsFinishedBeforeTheEnd)
+        {
+            ConvertBy("touch ../started; sleep 0.3; echo whole >\"$out\"");
+            Configure(R"("settleSeconds":0,"workers":1)");
+            Drop("J_C.tif");
+            Drop("K_C.tif");
+            Start();
+            ASSERT_TRUE(UntilThere("started"));
+            EXPECT_EQ(End(SIGTERM), 0);
+            EXPECT_EQ(Names("out").size(), 1U);
+            EXPECT_EQ(Names("in").size(), 1U);
+        }
+
+        TEST_F(WatchTest, KilledWatcherTakesItsConversionsWithIt)
+        {
+            ConvertBy("touch ../started; echo half >\"$out\"; sleep 0.3; touch ../survived");
+            Configure(R"("settleSeconds":0)");
+            Drop("J_C.tif");
+            Start();
+            ASSERT_TRUE(UntilThere("started"));
+            End(SIGKILL);
+            std::this_thread::sleep_for(500ms);
+            EXPECT_FALSE(fs::exists(folder / "survived"));
+            folder.Write("tiff2ppf", "#!/bin/sh\nfor out; do :; done\necho whole >\"$out\"\n");
+            EXPECT_EQ(RunOnce(), 0) << folder.Read("log");
+            EXPECT_THAT(Names("out"), ElementsAre("J.ppf"));
+            EXPECT_EQ(folder.Read("out/J.ppf"), "whole\n");
+        }
+
+        TEST_F(WatchTest, UnreachableFolderIsNoFaultOfTheJob)
+        {
+            ConvertBy("rm -r ../out; echo 'tiff2ppf: error: no space'>&2; exit 1");
+            Drop("J_C.tif");
+            EXPECT_EQ(RunOnce(), 1);
+            EXPECT_THAT(Names("in"), ElementsAre("J_C.tif"));
+            EXPECT_THAT(Names("failed"), IsEmpty());
+            EXPECT_THAT(
+                folder.Read("log"),
+                HasSubstr("/out: No such file or directory; J waits for it: tiff2ppf: error: no space"));
         }
 
         TEST_F(WatchTest, JournalGetsPriorities)
