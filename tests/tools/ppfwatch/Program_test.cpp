@@ -248,12 +248,14 @@ namespace PpfWatchTest
 
         TEST_F(WatchTest, SourceThatIsReplacedWhileItIsReadIsConvertedOnceMore)
         {
-            ConvertBy("cat J_C.tif >\"$out\"; [ -e ../new ] && mv ../new J_C.tif; true");
+            ConvertBy("[ -e ../out/J.ppf ] && touch ../early; cat J_C.tif >\"$out\"; [ -e ../new ] && mv ../new "
+                      "J_C.tif; true");
             Drop("J_C.tif");
             folder.Write("new", SmallTiff(9));
             EXPECT_EQ(RunOnce(), 0) << folder.Read("log");
             EXPECT_EQ(folder.Read("out/J.ppf"), SmallTiff(9));
             EXPECT_EQ(folder.Read("done/J/J_C.tif"), SmallTiff(9));
+            EXPECT_FALSE(fs::exists(folder / "early")) << "what was made of the old one was to be seen";
             EXPECT_THAT(Names("done"), ElementsAre("J"));
         }
 
@@ -272,7 +274,7 @@ namespace PpfWatchTest
 
         TEST_F(WatchTest, KilledWatcherTakesItsConversionsWithIt)
         {
-            ConvertBy("touch ../started; echo half >\"$out\"; sleep 0.3; touch ../survived");
+            ConvertBy("touch ../started $TMPDIR/left; echo half >\"$out\"; sleep 0.3; touch ../survived");
             Configure(R"("settleSeconds":0)");
             Drop("J_C.tif");
             Start();
@@ -284,6 +286,7 @@ namespace PpfWatchTest
             EXPECT_EQ(RunOnce(), 0) << folder.Read("log");
             EXPECT_THAT(Names("out"), ElementsAre("J.ppf"));
             EXPECT_EQ(folder.Read("out/J.ppf"), "whole\n");
+            EXPECT_THAT(Names("tmp"), IsEmpty());
         }
 
         TEST_F(WatchTest, UnreachableFolderIsNoFaultOfTheJob)
