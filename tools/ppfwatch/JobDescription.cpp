@@ -131,7 +131,7 @@ namespace PpfWatch
 
         std::vector<std::string> PdfArgumentsOf(const Order& order, const Config& config)
         {
-            std::vector<std::string> arguments = {"./" + order.sources.front().name, "--job", order.job};
+            std::vector<std::string> arguments = {config.in + '/' + order.sources.front().name, "--job", order.job};
             // A page has no resolution of its own that could be kept.
             if (config.resolution != "auto" && config.resolution != "keep")
             {

@@ -49,7 +49,7 @@ namespace PpfWatchTest
             config.resolution = "72.5";
             EXPECT_THAT(Of(JobKind::Set, {"J_S_f_C.tif"}).input, HasSubstr(R"("resolution":72.5,)"));
             EXPECT_THAT(
-                Of(JobKind::Pdf, {"J.pdf"}).arguments, ElementsAre("./J.pdf", "--job", "J", "--resolution", "72.5"));
+                Of(JobKind::Pdf, {"J.pdf"}).arguments, ElementsAre("/in/J.pdf", "--job", "J", "--resolution", "72.5"));
         }
 
         TEST_F(JobDescriptionTest, NamesThatAreNoUtf8GoAsArguments)
@@ -82,7 +82,7 @@ namespace PpfWatchTest
             EXPECT_THAT(Of(JobKind::JobFile, {"J.json", "c.tif"}).arguments, ElementsAre("/in/J.json"));
             const JobDescription pdf = Of(JobKind::Pdf, {"J.pdf"});
             EXPECT_EQ(pdf.program, "pdf2ppf");
-            EXPECT_THAT(pdf.arguments, ElementsAre("./J.pdf", "--job", "J", "--param", "N=1500"));
+            EXPECT_THAT(pdf.arguments, ElementsAre("/in/J.pdf", "--job", "J", "--param", "N=1500"));
         }
     }
 }
