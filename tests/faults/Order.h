@@ -1,0 +1,23 @@
+// What the driver of the sweep and the process under test share: which call is to fail, and what came of it. The memory lies
+// in a file that the process has open as OrderDescriptor; it is told to run by a byte on CommandDescriptor.
+#pragma once
+
+namespace FaultTest
+{
+    constexpr int OrderDescriptor = 190;
+    constexpr int CommandDescriptor = 191;
+
+    struct Order
+    {
+        char call[24];     ///< the name of a system call, or "allocation"; empty: nothing fails
+        long number;       ///< which call of that name, from 1
+        bool withAllAfter; ///< all later ones fail, too
+        bool isShort;      ///< reading and writing take half of the bytes instead of failing
+        int error;         ///< errno of the failure
+
+        long count;       ///< calls of that name so far
+        bool hasHappened; ///< the call was reached
+        int frameCount;   ///< the stack at that call, innermost first
+        void* frames[40];
+    };
+}
