@@ -2,7 +2,7 @@
 #pragma once
 
 #include "bench/pages/Pages.h"
-#include "tests/layers/rasterfeed/TiffMaker.h"
+#include "tests/support/TiffMaker.h"
 
 #include <string>
 

@@ -1,8 +1,8 @@
 // Writes the fuzzer's first seeds to the folder named on the command line: one small file for each way of decoding, and one
 // for each edit that leads into a branch of its own.
 
-#include "tests/layers/rasterfeed/TiffEditor.h"
-#include "tests/layers/rasterfeed/TiffMaker.h"
+#include "tests/support/TiffEditor.h"
+#include "tests/support/TiffMaker.h"
 
 #include <filesystem>
 #include <fstream>

@@ -1,7 +1,7 @@
 #include "tests/faults/Scenario.h"
 
 #include "tests/TwoSheetExample.h"
-#include "tests/layers/rasterfeed/TiffMaker.h"
+#include "tests/support/TiffMaker.h"
 
 #include <filesystem>
 
@@ -11,11 +11,11 @@ namespace FaultTest
     {
         std::string Tiff(std::uint16_t compression, std::uint16_t bits = 8)
         {
-            TiffForm form;
+            TestSupport::TiffForm form;
             form.compression = compression;
             form.bits = bits;
             form.resolution = 50.8;
-            return MakeTiff(form, MixedSamples(bits));
+            return TestSupport::MakeTiff(form, TestSupport::MixedSamples(bits));
         }
 
         /// One ink in each of the compressions that have memory of their own to ask for, on two sheets.

@@ -2,8 +2,8 @@
 
 #include "tests/layers/rasterfeed/Delivery.h"
 #include "tests/layers/rasterfeed/PlainView.h"
-#include "tests/layers/rasterfeed/TiffEditor.h"
-#include "tests/layers/rasterfeed/TiffMaker.h"
+#include "tests/support/TiffEditor.h"
+#include "tests/support/TiffMaker.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,9 @@
 // Want of memory at every allocation of a reader's life, libtiff's own among them, for every way of decoding: what is delivered
 // is right, and nothing is left.
 #include "tests/layers/rasterfeed/Delivery.h"
-#include "tests/layers/rasterfeed/TiffEditor.h"
-#include "tests/layers/rasterfeed/TiffMaker.h"
 #include "tests/support/Allocations.h"
+#include "tests/support/TiffEditor.h"
+#include "tests/support/TiffMaker.h"
 
 #include <gtest/gtest.h>
 

@@ -2,7 +2,7 @@
 // closed once.
 
 #include "tests/layers/rasterfeed/Delivery.h"
-#include "tests/layers/rasterfeed/TiffMaker.h"
+#include "tests/support/TiffMaker.h"
 
 #include <gtest/gtest.h>
 

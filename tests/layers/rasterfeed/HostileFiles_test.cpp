@@ -1,8 +1,8 @@
 // Files made to exhaust memory or time: each is refused before it costs anything, or costs no more than is promised.
 
 #include "tests/layers/rasterfeed/Delivery.h"
-#include "tests/layers/rasterfeed/TiffEditor.h"
-#include "tests/layers/rasterfeed/TiffMaker.h"
+#include "tests/support/TiffEditor.h"
+#include "tests/support/TiffMaker.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

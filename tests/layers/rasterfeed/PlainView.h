@@ -2,7 +2,7 @@
 // against.
 #pragma once
 
-#include "tests/layers/rasterfeed/TiffMaker.h"
+#include "tests/support/TiffMaker.h"
 
 #include <RasterFeedLib.h>
 

@@ -3,7 +3,7 @@
 #include "rasterfeed/MeanPixel.h"
 #include "tests/layers/rasterfeed/Delivery.h"
 #include "tests/layers/rasterfeed/PlainView.h"
-#include "tests/layers/rasterfeed/TiffEditor.h"
+#include "tests/support/TiffEditor.h"
 
 #include <gmock/gmock.h>
 

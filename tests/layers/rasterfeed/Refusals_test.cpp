@@ -1,10 +1,10 @@
 // What cannot be a separation, with the reason that a host can show: a sound file with one thing changed each.
 
 #include "tests/layers/rasterfeed/Delivery.h"
-#include "tests/layers/rasterfeed/TiffEditor.h"
-#include "tests/layers/rasterfeed/TiffMaker.h"
 #include "tests/support/Folder.h"
 #include "tests/support/SystemFaults.h"
+#include "tests/support/TiffEditor.h"
+#include "tests/support/TiffMaker.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

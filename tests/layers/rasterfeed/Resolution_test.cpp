@@ -1,8 +1,8 @@
 // From the resolution that a file states to the one that a host computes from the header.
 
 #include "tests/layers/rasterfeed/Delivery.h"
-#include "tests/layers/rasterfeed/TiffEditor.h"
-#include "tests/layers/rasterfeed/TiffMaker.h"
+#include "tests/support/TiffEditor.h"
+#include "tests/support/TiffMaker.h"
 
 #include <gtest/gtest.h>
 

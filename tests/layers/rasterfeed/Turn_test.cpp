@@ -1,7 +1,7 @@
 // Images turned by the file and by the host, as they are and reduced, against the moves one after the other.
 #include "tests/layers/rasterfeed/Delivery.h"
 #include "tests/layers/rasterfeed/PlainView.h"
-#include "tests/layers/rasterfeed/TiffEditor.h"
+#include "tests/support/TiffEditor.h"
 
 #include <gmock/gmock.h>
 

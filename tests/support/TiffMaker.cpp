@@ -1,5 +1,5 @@
 // libtiff's writer on a string, fed with samples packed by hand.
-#include "tests/layers/rasterfeed/TiffMaker.h"
+#include "tests/support/TiffMaker.h"
 
 #include <tiffio.h>
 

@@ -1,5 +1,5 @@
 // Directories as bytes: read, changed and written again.
-#include "tests/layers/rasterfeed/TiffEditor.h"
+#include "tests/support/TiffEditor.h"
 
 #include <tiffio.h>
 
