@@ -15,10 +15,10 @@ namespace RasterFeedFuzz
         using TestSupport::MixedSamples;
         using TestSupport::TiffEditor;
         using TestSupport::TiffForm;
-        void Write(const std::filesystem::path& folder, const std::string& name, const std::string& bytes)
+        void Write(const std::filesystem::path& folder, const std::string& name, const std::string& bytes, int view = 0)
         {
-            // A last byte that orders no fault.
-            std::ofstream(folder / (name + ".tif"), std::ios::binary) << bytes << '\0';
+            // The last two bytes choose a view, and order no fault.
+            std::ofstream(folder / (name + ".tif"), std::ios::binary) << bytes << static_cast<char>(view) << '\0';
         }
 
         void WriteSeeds(const std::filesystem::path& folder)
@@ -73,6 +73,22 @@ namespace RasterFeedFuzz
             TiffForm thumbnail = form;
             thumbnail.subfileType = 1;
             Write(folder, "thumbnail", MakeTiff(thumbnail, form, MixedSamples(8)));
+
+            // A reduction of each kind of rows, of a quarter turn and from the bottom.
+            TiffForm plate;
+            plate.width = 70;
+            plate.height = 40;
+            plate.bits = 1;
+            plate.compression = COMPRESSION_CCITTFAX4;
+            plate.orientation = 6;
+            plate.resolution = 600;
+            Write(folder, "view-plate-turned", MakeTiff(plate, MixedSamples(1)), 0x08);
+            Write(folder, "view-plate-flipped", MakeTiff(plate, MixedSamples(1)), 0x08 + 5);
+            plate.bits = 16;
+            plate.compression = COMPRESSION_LZW;
+            plate.orientation = 1;
+            Write(folder, "view-tone-turned-round", MakeTiff(plate, MixedSamples(16)), 0x18 + 2);
+            Write(folder, "view-tone-wide-sums", MakeTiff(plate, MixedSamples(16)), 0x10 + 0x60);
 
             TiffEditor loop(MakeTiff(thumbnail, MixedSamples(8)));
             loop.SetNext(loop.DirectoryOffset());

@@ -1,5 +1,5 @@
 // Any bytes as a TIFF, read to the end or the first refusal. The last byte chooses what goes wrong below the reader, so that
-// failing reads, exceptions and a file that shrinks are met in every state.
+// failing reads, exceptions and a file that shrinks are met in every state; the one before it, a view of a small image.
 
 #include "tests/layers/rasterfeed/MemoryFile.h"
 
@@ -41,13 +41,15 @@ namespace RasterFeedFuzz
             return faults;
         }
 
-        void ReadAll(RasterFeedHandle reader)
+        /// Gives the pixels that the header states; 0 if there is none.
+        std::uint64_t ReadAll(RasterFeedHandle reader)
         {
             RasterFeedImageHeader header;
             if (RasterFeedHeader(reader, &header) != 0)
             {
-                return;
+                return 0;
             }
+            const std::uint64_t pixels = std::uint64_t{header.lineLength} * header.lineCount;
             if (header.widthExtent < 1 || header.unitsPerInch < 1 || header.lineLength == 0 || header.lineCount == 0)
             {
                 std::abort();
@@ -59,24 +61,37 @@ namespace RasterFeedFuzz
             {
                 if (RasterFeedLine(reader, list, 1) != 0)
                 {
-                    return;
+                    break;
                 }
             }
+            return pixels;
         }
 
-        void Run(const std::uint8_t* data, std::size_t size)
+        RasterFeedSelection ChooseSelection(std::uint8_t choice)
         {
-            MemoryFile::Reset(
-                std::string(reinterpret_cast<const char*>(data), size),
-                ChooseFaults(size > 0 ? data[size - 1] : 0, size));
+            constexpr double Resolutions[] = {0, 50.8, 1, 71.9};
+            constexpr double InputResolutions[] = {0, 2400, 1e9, 1e300};
+            RasterFeedSelection selection;
+            selection.orientation = static_cast<RasterFeedOrientation>(choice & 7);
+            selection.resolution = Resolutions[choice >> 3 & 3];
+            selection.inputResolution = InputResolutions[choice >> 5 & 3];
+            selection.reduceAbove = choice >> 7 != 0 ? 300 : 0;
+            return selection;
+        }
+
+        /// Reads the file to its end or first refusal; gives the pixels that its header states.
+        std::uint64_t ReadView(const std::string& bytes, const HostFaults& faults, const RasterFeedSelection* selection)
+        {
+            MemoryFile::Reset(bytes, faults);
             const RasterFeedOpenRecord record = MemoryFile::Record();
             RasterFeedHandle reader = nullptr;
+            std::uint64_t pixels = 0;
             try
             {
                 reader = RasterFeedInit(&record);
-                if (reader != nullptr)
+                if (reader != nullptr && (selection == nullptr || RasterFeedSelect(reader, selection) == 0))
                 {
-                    ReadAll(reader);
+                    pixels = ReadAll(reader);
                 }
             }
             catch (const HostFailure&)
@@ -91,6 +106,20 @@ namespace RasterFeedFuzz
             if (MemoryFile::Closed() != MemoryFile::Opened())
             {
                 std::abort();
+            }
+            return pixels;
+        }
+
+        void Run(const std::uint8_t* data, std::size_t size)
+        {
+            const std::string bytes(reinterpret_cast<const char*>(data), size);
+            const std::uint64_t pixels = ReadView(bytes, ChooseFaults(size > 0 ? data[size - 1] : 0, size), nullptr);
+            const std::uint8_t choice = size > 1 ? data[size - 2] : 0;
+            // A view's lines come one by one, too, but each may read many of the image's.
+            if (choice != 0 && pixels > 0 && pixels < MostBytes)
+            {
+                const RasterFeedSelection selection = ChooseSelection(choice);
+                ReadView(bytes, ChooseFaults(data[size - 1], size), &selection);
             }
         }
     }

@@ -28,7 +28,8 @@ namespace RasterFeedTest
         {
             std::string name;
             std::string tiff;
-            bool ownFields; ///< the codec adds to libtiff's
+            bool ownFields;                ///< the codec adds to libtiff's
+            RasterFeedSelection view = {}; ///< that is read
         };
 
         /// A file for every codec, in strips and in tiles, and one with fields that libtiff does not know.
@@ -56,15 +57,26 @@ namespace RasterFeedTest
             editor.Set(60000, TIFF_SHORT, {1, 2, 3, 4, 5});
             editor.Set(60001, TIFF_ASCII, {'a', 0});
             files.push_back({"unknown fields", editor.Bytes(), false});
+            // Held and reduced, of bits and of bytes, with sums of 64 bits and wider.
+            RasterFeedSelection view;
+            view.resolution = 100;
+            view.orientation = RasterFeedOrientation::Rotate90;
+            TiffForm form;
+            form.resolution = 300;
+            files.push_back({"reduced bytes", MakeTiff(form, MixedSamples(8)), false, view});
+            form.bits = 1;
+            view.inputResolution = 1e9;
+            files.push_back({"reduced bits", MakeTiff(form, MixedSamples(1)), false, view});
             return files;
         }
 
         /// Everything that a host does, on memory that it has already. True: the file was read to its end.
-        bool ReadInto(const RasterFeedOpenRecord& record, std::string& pixels)
+        bool ReadInto(const RasterFeedOpenRecord& record, const RasterFeedSelection& view, std::string& pixels)
         {
             RasterFeedImageHeader header;
             const RasterFeedHandle reader = RasterFeedInit(&record);
-            bool complete = reader != nullptr && RasterFeedHeader(reader, &header) == 0;
+            bool complete =
+                reader != nullptr && RasterFeedSelect(reader, &view) == 0 && RasterFeedHeader(reader, &header) == 0;
             for (std::uint32_t i = 0; complete && i < header.lineCount; ++i)
             {
                 unsigned char* const list[] = {
@@ -81,7 +93,7 @@ namespace RasterFeedTest
         void ExpectRightAtEveryAllocation(void (*fail)(long number), const NamedTiff& file)
         {
             std::string expected;
-            for (const std::string& line : Deliver(file.tiff).lines)
+            for (const std::string& line : DeliverView(file.tiff, file.view).lines)
             {
                 expected += line;
             }
@@ -95,7 +107,7 @@ namespace RasterFeedTest
                 MemoryFile::Reset(file.tiff);
                 const long before = TestSupport::LiveBlocks();
                 fail(number);
-                const bool complete = ReadInto(record, pixels);
+                const bool complete = ReadInto(record, file.view, pixels);
                 reached = TestSupport::AllocationCount();
                 const long left = TestSupport::LiveBlocks() - before;
                 TestSupport::AllowAllocations();

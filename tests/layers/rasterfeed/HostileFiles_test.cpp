@@ -19,6 +19,7 @@ namespace RasterFeedTest
     using testing::HasSubstr;
     using testing::StartsWith;
     using TestSupport::MakeTiff;
+    using TestSupport::MixedSamples;
     using TestSupport::TiffEditor;
     using TestSupport::TiffForm;
 
@@ -56,13 +57,13 @@ namespace RasterFeedTest
         }
 
         /// The header, and a few lines from the top.
-        void ReadSome(const std::string& tiff)
+        void ReadSome(const std::string& tiff, const RasterFeedSelection& view = {})
         {
             MemoryFile::Reset(tiff);
             const RasterFeedOpenRecord record = MemoryFile::Record();
             const RasterFeedHandle reader = RasterFeedInit(&record);
             RasterFeedImageHeader header;
-            if (reader != nullptr && RasterFeedHeader(reader, &header) == 0)
+            if (reader != nullptr && RasterFeedSelect(reader, &view) == 0 && RasterFeedHeader(reader, &header) == 0)
             {
                 std::vector<unsigned char> line(header.lineLength);
                 unsigned char* const list[] = {line.data()};
@@ -172,6 +173,43 @@ namespace RasterFeedTest
         const int memory = MemoryOf([&] { ReadSome(tiff); });
         EXPECT_GT(memory, 150);
         EXPECT_LT(memory, 256);
+    }
+
+    TEST(HostileFiles, ReductionOfAPlateTakesItsStripAndARowOfSums)
+    {
+        // As wide as the widest plates, in one strip.
+        TiffForm form;
+        form.width = 67200;
+        form.height = 600;
+        form.bits = 1;
+        form.rowsPerStrip = form.height;
+        form.compression = COMPRESSION_CCITTFAX4;
+        form.resolution = 2400;
+        const std::string tiff = MakeTiff(form, MixedSamples(1));
+        RasterFeedSelection view;
+        view.resolution = 50.8;
+        for (const RasterFeedOrientation orientation :
+             {RasterFeedOrientation::Rotate0, RasterFeedOrientation::Rotate90})
+        {
+            view.orientation = orientation;
+            EXPECT_LT(MemoryOf([&] { ReadSome(tiff, view); }), 12);
+        }
+    }
+
+    TEST(HostileFiles, ReductionOfRowsThatNoPlateHasIsRefusedBeforeItTakesMemory)
+    {
+        TiffForm form;
+        form.compression = COMPRESSION_LZW;
+        const std::string tiff = Claiming(form, 100000000, 100);
+        RasterFeedSelection view;
+        view.inputResolution = 2400;
+        view.resolution = 50.8;
+        EXPECT_EQ(ReasonFor(tiff, RasterFeedDepth::Header), "");
+        EXPECT_THAT(
+            ReasonFor(tiff, RasterFeedDepth::Header, view),
+            StartsWith(
+                "rows of 100000000 pixels to be reduced, which takes 1601600016 bytes of memory; up to 268435456"));
+        EXPECT_LT(MemoryOf([&] { ReadSome(tiff, view); }), 64);
     }
 
     TEST(HostileFiles, TallImagesOfLittleDataEndEarly)
