@@ -14,9 +14,10 @@ namespace Sheetvane
     class ConverterImpl;
 
     /// A job and its conversion. Order of calls:
-    ///     (AddSheet | SetRequiredParameters | SetOptionalParameters | SetCompression | SetEncoding)* CreateCIP3File
-    /// any number of times, where parameters are given to sheets that have been added, and every sheet needs its
-    /// required parameters before CreateCIP3File.
+    ///     (AddSheet | SetRequiredParameters | SetOptionalParameters | SetCompression | SetEncoding | SetPreviewResolution
+    ///      | SetInputResolution | SetOrientation | SetThreads)* CreateCIP3File
+    /// any number of times, where parameters and orientations are given to sheets that have been added, and every sheet
+    /// needs its required parameters before CreateCIP3File.
     ///
     /// Host objects are read during the call and never kept. Failures are KX_ECIP3Exceptions with the texts given below,
     /// unless said otherwise; where memory does not even suffice for one, std::bad_alloc comes in its place. A failed
@@ -40,6 +41,27 @@ namespace Sheetvane
             CIP3EncodingBinary = 0,
             CIP3EncodingASCIIHex = 1,
             CIP3EncodingASCII85 = 2 ///< the default
+        };
+
+        /// A side of a sheet.
+        enum Side : std::int32_t
+        {
+            FrontSide = 0,
+            BackSide = 1
+        };
+
+        /// How the upright image of a file is turned: rotated counterclockwise by so many degrees and then, with Flip,
+        /// mirrored top to bottom; so Flip180 mirrors left to right.
+        enum Orientation : std::int32_t
+        {
+            Rotate0 = 0, ///< the default
+            Rotate90 = 1,
+            Rotate180 = 2,
+            Rotate270 = 3,
+            Flip0 = 4,
+            Flip90 = 5,
+            Flip180 = 6,
+            Flip270 = 7
         };
 
         /// An empty job. Throws RasterOutput::Exception (<rasteroutput/Exception.h>) with "CIP3Painter painter
@@ -94,6 +116,37 @@ namespace Sheetvane
 
         /// How they are encoded, likewise. A value outside the enumeration stands for CIP3EncodingASCII85. Never throws.
         void SetEncoding(CIP3Encoding encoding);
+
+        // Previews from plates. A host that calls none of the following four gets every file as it is.
+
+        /// Reduces each file that has more than `pixelsPerInch`, and more than `onlyAbove`, pixels per inch both across and
+        /// down to `pixelsPerInch`; any other is kept as it is. 50.8 is the trade's custom, and with an `onlyAbove` of 300 a
+        /// file that is a preview already is left alone. 0 reduces nothing, the default. Holds for the whole job; what is in
+        /// force when CreateCIP3File runs counts. A pixel of a reduced preview is the exact mean of what it covers. Memory
+        /// stays that of reading, and one preview per thread.
+        ///
+        /// "Invalid preview resolution": one of the numbers is negative, infinite or not a number; nothing has changed.
+        void SetPreviewResolution(double pixelsPerInch, double onlyAbove);
+
+        /// Takes every file of the job to have `pixelsPerInch` pixels per inch in both directions, whatever it says itself.
+        /// 0: what it says, the default.
+        ///
+        /// "Invalid input resolution": the number is negative, infinite or not a number; nothing has changed.
+        void SetInputResolution(double pixelsPerInch);
+
+        /// Turns all files of one side of the sheet at `sheetIndex` (from 0), before they are reduced. With a quarter turn a
+        /// file's image is held in memory as it is delivered, so that reduced; CreateCIP3File refuses one of over 256 MiB.
+        ///
+        /// "Sheet index out of bounds": no such sheet. "Invalid orientation": a value outside the enumerations. Nothing has
+        /// changed after either.
+        void SetOrientation(unsigned int sheetIndex, Side side, Orientation orientation);
+
+        /// How many files are read side by side where they are reduced: CreateCIP3File starts at most `count` threads of its
+        /// own for it, 1 to 256, and ends them before it returns. They hold at most `count` finished previews ahead. File and
+        /// failures are those of one thread. 1, the default, starts none.
+        ///
+        /// "Invalid number of threads": nothing has changed.
+        void SetThreads(unsigned int count);
 
         /// Writes the job to the file at `location`, whose local name is taken as UTF-8 and has to have a folder part.
         /// Missing folders are created, an existing file is replaced. Can be called again, for the same or another

@@ -7,6 +7,7 @@
 
 #include <cstring>
 #include <memory>
+#include <sstream>
 
 struct FileBlockRecord
 {
@@ -100,6 +101,21 @@ RasterFeedHandle RasterFeedInit(const RasterFeedOpenRecord* record)
     const OutsideTheCount notOurs;
     ++fake.openReaders;
     return new RasterFeedReader{record->callbacks, block, found->second, 0};
+}
+
+std::int32_t RasterFeedSelect(RasterFeedHandle, const RasterFeedSelection* selection)
+{
+    const OutsideTheCount notOurs;
+    std::ostringstream view;
+    view << selection->resolution << ' ' << selection->reduceAbove << ' ' << selection->inputResolution << ' '
+         << static_cast<int>(selection->orientation);
+    FakeReader::Instance().log += "select " + view.str() + '\n';
+    return FakeReader::Instance().selectionFails ? -1 : 0;
+}
+
+RasterFeedDescription RasterFeedProbe(const std::string&, RasterFeedDepth, const RasterFeedSelection&)
+{
+    return {};
 }
 
 std::int32_t RasterFeedHeader(RasterFeedHandle reader, RasterFeedImageHeader* header)

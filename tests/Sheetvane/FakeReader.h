@@ -35,6 +35,7 @@ namespace SheetvaneTest
     {
         std::map<std::string, FakeSeparation> separations; ///< by path; what is not here gives no reader
         bool blocksRunOut = false;
+        bool selectionFails = false;
         std::function<void()> beforeLine; ///< called with each line that is asked for, if set
         std::string log;
         int openReaders = 0;

@@ -28,10 +28,11 @@ namespace SheetvaneTest
 
             std::string ReadGeometry(const std::string& path)
             {
-                return FailureOf([&] { Sheetvane::ReadTiffGeometry(path, width, height, resolution); });
+                return FailureOf([&] { Sheetvane::ReadTiffGeometry(path, view, width, height, resolution); });
             }
 
             FakeReader& fake = FakeReader::Instance();
+            RasterFeedSelection view;
             std::uint32_t width = 0;
             std::uint32_t height = 0;
             double resolution = 0;
@@ -46,6 +47,16 @@ namespace SheetvaneTest
         EXPECT_EQ(height, 3600u);
         EXPECT_EQ(resolution, 300.0);
         EXPECT_EQ(fake.log, "init\nalloc 0 STR,SEQ\nopen a.tif .tif 0\nclose\nfree\n");
+    }
+
+    TEST_F(TiffSeparation, ViewThatIsAskedForReachesTheReaderOnce)
+    {
+        fake.separations["a.tif"] = {1000, 8000, 3600, 2400};
+        view = {50.8, 300, 1200, RasterFeedOrientation::Flip90};
+        EXPECT_EQ(ReadGeometry("a.tif"), "[nothing]");
+        EXPECT_EQ(fake.log, "init\nalloc 0 STR,SEQ\nopen a.tif .tif 0\nselect 50.8 300 1200 5\nclose\nfree\n");
+        fake.selectionFails = true;
+        EXPECT_EQ(ReadGeometry("a.tif"), "Problems reading TIFF input header");
     }
 
     TEST_F(TiffSeparation, SizesAreUnsignedAndUnitsAreSigned)

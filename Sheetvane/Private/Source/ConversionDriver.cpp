@@ -8,6 +8,7 @@
 #include "frontend/Failure.h"
 #include "frontend/FailureTexts.h"
 #include "frontend/HostValues.h"
+#include "frontend/ReadAhead.h"
 #include "frontend/TiffSeparation.h"
 #include "rasteroutput/Exception.h"
 #include "rasteroutput/PainterRegistry.h"
@@ -17,14 +18,59 @@
 
 #include <boost/filesystem/operations.hpp>
 
+#include <array>
+
 namespace Sheetvane
 {
     namespace
     {
         using RasterOutput::CIP3Painter;
 
-        constexpr std::int32_t FrontSide = 0;
-        constexpr std::int32_t BackSide = 1;
+        /// One side of a sheet.
+        struct Surface
+        {
+            std::int32_t side; ///< as the document has it
+            const std::vector<std::string>& names;
+            const std::vector<std::string>& paths;
+            RasterFeedSelection view; ///< of each of its files
+        };
+
+        std::array<Surface, 2> SurfacesOf(const ConverterImpl& job, const SheetRecord& sheet)
+        {
+            std::array<Surface, 2> surfaces{
+                {{0, sheet.frontSeparationNames, sheet.frontFilePaths, job.view},
+                 {1, sheet.backSeparationNames, sheet.backFilePaths, job.view}}};
+            surfaces[0].view.orientation = sheet.frontOrientation;
+            surfaces[1].view.orientation = sheet.backOrientation;
+            return surfaces;
+        }
+
+        struct Separation
+        {
+            const std::string& path;
+            RasterFeedSelection view;
+        };
+
+        /// What is to be read ahead: all separations in the order in which they are written, or none.
+        std::vector<Separation> SeparationsToReadAhead(const ConverterImpl& job)
+        {
+            std::vector<Separation> separations;
+            if (job.view.resolution == 0 || job.threads < 2)
+            {
+                return separations;
+            }
+            for (const SheetRecord& sheet : job.sheets)
+            {
+                for (const Surface& surface : SurfacesOf(job, sheet))
+                {
+                    for (std::size_t index = 0; !surface.names.empty() && index < surface.paths.size(); ++index)
+                    {
+                        separations.push_back({surface.paths[index], surface.view});
+                    }
+                }
+            }
+            return separations;
+        }
 
         void MakeFolder(const boost::filesystem::path& folder)
         {
@@ -66,15 +112,14 @@ namespace Sheetvane
         }
 
         /// All surfaces of a sheet are described by its first file; the others only say what lines they deliver.
-        const std::string& FirstFileOf(const SheetRecord& sheet)
+        Separation FirstFileOf(const ConverterImpl& job, const SheetRecord& sheet)
         {
-            if (!sheet.frontFilePaths.empty())
+            for (const Surface& surface : SurfacesOf(job, sheet))
             {
-                return sheet.frontFilePaths.front();
-            }
-            if (!sheet.backFilePaths.empty())
-            {
-                return sheet.backFilePaths.front();
+                if (!surface.paths.empty())
+                {
+                    return {surface.paths.front(), surface.view};
+                }
             }
             ThrowFailure(FailureText::TiffNotOpened, __LINE__);
         }
@@ -84,7 +129,8 @@ namespace Sheetvane
             std::uint32_t width = 0;
             std::uint32_t height = 0;
             double resolution = 0.0;
-            ReadTiffGeometry(FirstFileOf(sheet), width, height, resolution);
+            const Separation first = FirstFileOf(job, sheet);
+            ReadTiffGeometry(first.path, first.view, width, height, resolution);
 
             sheet.parameters.extentX = static_cast<double>(width) / resolution;
             sheet.parameters.extentY = static_cast<double>(height) / resolution;
@@ -97,25 +143,33 @@ namespace Sheetvane
         }
 
         void WriteSurface(
-            CIP3Painter& painter, RasterOutput::CIP3SurfaceParameters& surface, std::int32_t side,
-            const std::vector<std::string>& names, const std::vector<std::string>& paths)
+            CIP3Painter& painter, RasterOutput::CIP3SurfaceParameters& parameters, const Surface& surface,
+            ReadAhead& previews)
         {
-            if (names.empty())
+            if (surface.names.empty())
             {
                 return;
             }
-            surface.side = side;
-            surface.separationNames = names;
-            painter.BeginSurface(surface);
-            for (const std::string& path : paths)
+            parameters.side = surface.side;
+            parameters.separationNames = surface.names;
+            painter.BeginSurface(parameters);
+            for (const std::string& path : surface.paths)
             {
-                ConvertSeparation(painter, path);
+                if (const std::unique_ptr<Preview> preview = previews.Take())
+                {
+                    ConvertPreview(painter, *preview);
+                }
+                else
+                {
+                    ConvertSeparation(painter, path, surface.view);
+                }
             }
             painter.EndSurface();
         }
 
         void WriteSheet(
-            ConverterImpl& job, CIP3Painter& painter, RasterOutput::CIP3SurfaceParameters& surface, SheetRecord& sheet)
+            ConverterImpl& job, CIP3Painter& painter, RasterOutput::CIP3SurfaceParameters& parameters,
+            SheetRecord& sheet, ReadAhead& previews)
         {
             ApplySheetGeometry(job, painter, sheet);
             if (sheet.parameters.jobName.empty())
@@ -123,8 +177,10 @@ namespace Sheetvane
                 ThrowFailure(FailureText::RequiredParametersNotSet, __LINE__);
             }
             painter.BeginSheet(sheet.parameters);
-            WriteSurface(painter, surface, FrontSide, sheet.frontSeparationNames, sheet.frontFilePaths);
-            WriteSurface(painter, surface, BackSide, sheet.backSeparationNames, sheet.backFilePaths);
+            for (const Surface& surface : SurfacesOf(job, sheet))
+            {
+                WriteSurface(painter, parameters, surface, previews);
+            }
             painter.EndSheet();
         }
 
@@ -135,10 +191,15 @@ namespace Sheetvane
 
             const boost::shared_ptr<RasterOutput::Painter> painter = StartPainter(job);
             auto& cip3Painter = static_cast<CIP3Painter&>(*painter); // it was asked for by that name
-            RasterOutput::CIP3SurfaceParameters surface = job.surfaceTemplate;
+            const std::vector<Separation> separations = SeparationsToReadAhead(job);
+            ReadAhead previews(
+                separations.size(), job.threads,
+                [&](std::size_t position, const std::atomic<bool>& isEnding)
+                { return ReadPreview(separations[position].path, separations[position].view, isEnding); });
+            RasterOutput::CIP3SurfaceParameters parameters = job.surfaceTemplate;
             for (SheetRecord& sheet : job.sheets)
             {
-                WriteSheet(job, cip3Painter, surface, sheet);
+                WriteSheet(job, cip3Painter, parameters, sheet, previews);
             }
             painter->Finalize();
         }

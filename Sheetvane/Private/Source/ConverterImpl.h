@@ -8,6 +8,8 @@
 #include "frontend/SheetRecord.h"
 #include "rasteroutput/ProcessorParameters.h"
 
+#include <RasterFeedLib.h>
+
 #include <vector>
 
 namespace Sheetvane
@@ -26,6 +28,10 @@ namespace Sheetvane
         RasterOutput::ProcessorParameters processorParameters;
         RasterOutput::CIP3PainterParameters painterParameters; ///< a conversion sets path and sheet count
         RasterOutput::CIP3SurfaceParameters surfaceTemplate;   ///< what a conversion's surface record begins as
+
+        /// What is read of each file, but for its orientation, which is its sheet's and side's.
+        RasterFeedSelection view;
+        unsigned int threads = 1; ///< that read separations where they are reduced
 
     private:
         PainterRegistration painter;

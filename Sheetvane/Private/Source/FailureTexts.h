@@ -15,6 +15,12 @@ namespace Sheetvane
         constexpr char InvalidRequiredParameters[] = "Problems reading required input parameters";
         constexpr char InvalidOptionalParameters[] = "Problems reading optional input parameters";
 
+        // View intake.
+        constexpr char InvalidPreviewResolution[] = "Invalid preview resolution";
+        constexpr char InvalidInputResolution[] = "Invalid input resolution";
+        constexpr char InvalidOrientation[] = "Invalid orientation";
+        constexpr char InvalidThreads[] = "Invalid number of threads";
+
         // Conversion.
         constexpr char FolderNotCreated[] = "Error creating folder for CIP3 file";
         constexpr char ConversionFailed[] = "Problem converting TIFF files to CIP3";

@@ -1,7 +1,9 @@
-// One sheet of the job, as the host gave it.
+// One sheet of the job, as the host gave it, and its two sides.
 #pragma once
 
 #include "cip3output/CIP3SheetParameters.h"
+
+#include <RasterFeedLib.h>
 
 #include <string>
 #include <vector>
@@ -17,5 +19,7 @@ namespace Sheetvane
         std::vector<std::string> frontFilePaths; ///< local paths of TIFF files
         std::vector<std::string> backFilePaths;
         RasterOutput::CIP3SheetParameters parameters; ///< extents are set while a conversion runs
+        RasterFeedOrientation frontOrientation = RasterFeedOrientation::Rotate0;
+        RasterFeedOrientation backOrientation = RasterFeedOrientation::Rotate0;
     };
 }

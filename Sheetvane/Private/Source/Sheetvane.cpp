@@ -3,6 +3,7 @@
 #include "frontend/ConverterImpl.h"
 #include "frontend/ParameterIntake.h"
 #include "frontend/SheetIntake.h"
+#include "frontend/ViewIntake.h"
 
 #include <Sheetvane/SheetvaneConverter.h>
 
@@ -66,6 +67,26 @@ namespace Sheetvane
     {
         const bool isOther = encoding != CIP3EncodingBinary && encoding != CIP3EncodingASCIIHex;
         impl->painterParameters.encoding = isOther ? CIP3EncodingASCII85 : encoding;
+    }
+
+    void SheetvaneConverter::SetPreviewResolution(double pixelsPerInch, double onlyAbove)
+    {
+        Sheetvane::SetPreviewResolution(*impl, pixelsPerInch, onlyAbove);
+    }
+
+    void SheetvaneConverter::SetInputResolution(double pixelsPerInch)
+    {
+        Sheetvane::SetInputResolution(*impl, pixelsPerInch);
+    }
+
+    void SheetvaneConverter::SetOrientation(unsigned int sheetIndex, Side side, Orientation orientation)
+    {
+        Sheetvane::SetOrientation(*impl, sheetIndex, side, orientation);
+    }
+
+    void SheetvaneConverter::SetThreads(unsigned int count)
+    {
+        Sheetvane::SetThreads(*impl, count);
     }
 
     void SheetvaneConverter::CreateCIP3File(const KX_TURL& location)

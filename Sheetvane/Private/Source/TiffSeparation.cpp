@@ -4,20 +4,41 @@
 #include "cip3output/CIP3Painter.h"
 #include "frontend/Failure.h"
 #include "frontend/FailureTexts.h"
+#include "frontend/ReadAhead.h"
 #include "frontend/TiffReader.h"
 #include "rasteroutput/ScanLineRef.h"
 
+#include <cstddef>
 #include <memory>
 
 namespace Sheetvane
 {
     namespace
     {
-        void ReadHeader(const TiffReaderGuard& reader, RasterFeedImageHeader& header)
+        /// A file of which no view has been asked for is read as if there were none.
+        bool IsWhole(const RasterFeedSelection& view)
         {
+            return view.resolution == 0 && view.inputResolution == 0 &&
+                   view.orientation == RasterFeedOrientation::Rotate0;
+        }
+
+        void ReadHeader(const TiffReaderGuard& reader, const RasterFeedSelection& view, RasterFeedImageHeader& header)
+        {
+            if (!IsWhole(view) && RasterFeedSelect(reader.Get(), &view) != 0)
+            {
+                ThrowFailure(FailureText::TiffHeaderNotRead, __LINE__);
+            }
             if (RasterFeedHeader(reader.Get(), &header) != 0)
             {
                 ThrowFailure(FailureText::TiffHeaderNotRead, __LINE__);
+            }
+        }
+
+        void ReadLine(const TiffReaderGuard& reader, unsigned char* bytes)
+        {
+            if (RasterFeedLine(reader.Get(), &bytes, 1) != 0)
+            {
+                ThrowFailure(FailureText::TiffLineNotRead, __LINE__);
             }
         }
 
@@ -36,11 +57,13 @@ namespace Sheetvane
         }
     }
 
-    void ReadTiffGeometry(const std::string& path, std::uint32_t& width, std::uint32_t& height, double& resolution)
+    void ReadTiffGeometry(
+        const std::string& path, const RasterFeedSelection& view, std::uint32_t& width, std::uint32_t& height,
+        double& resolution)
     {
         const TiffReaderGuard reader(OpenTiffReader(path));
         RasterFeedImageHeader header; // NOLINT(cppcoreguidelines-pro-type-member-init): the reader fills it
-        ReadHeader(reader, header);
+        ReadHeader(reader, view, header);
 
         width = header.lineLength;
         height = header.lineCount;
@@ -49,22 +72,57 @@ namespace Sheetvane
         resolution = static_cast<double>(header.lineLength) / inches;
     }
 
-    void ConvertSeparation(RasterOutput::CIP3Painter& painter, const std::string& path)
+    void ConvertSeparation(RasterOutput::CIP3Painter& painter, const std::string& path, const RasterFeedSelection& view)
     {
         const TiffReaderGuard reader(OpenTiffReader(path));
         RasterFeedImageHeader header; // NOLINT(cppcoreguidelines-pro-type-member-init): the reader fills it
-        ReadHeader(reader, header);
+        ReadHeader(reader, view, header);
 
         painter.BeginSeparation();
         const std::unique_ptr<unsigned char[]> buffer(new unsigned char[header.lineLength]); // content undetermined
         const RasterOutput::ScanLineRef line = LineIn(buffer.get(), header.lineLength);
-        unsigned char* const lines[] = {buffer.get()};
         for (std::uint32_t count = 0; count < header.lineCount; ++count)
         {
-            if (RasterFeedLine(reader.Get(), lines, 1) != 0)
+            ReadLine(reader, buffer.get());
+            painter.ProcessScanLine(line);
+        }
+        painter.EndSeparation();
+    }
+
+    std::unique_ptr<Preview>
+    ReadPreview(const std::string& path, const RasterFeedSelection& view, const std::atomic<bool>& isEnding)
+    {
+        if (!RasterFeedProbe(path, RasterFeedDepth::Header, view).isReduced)
+        {
+            return nullptr;
+        }
+        const TiffReaderGuard reader(OpenTiffReader(path));
+        RasterFeedImageHeader header; // NOLINT(cppcoreguidelines-pro-type-member-init): the reader fills it
+        ReadHeader(reader, view, header);
+
+        auto preview = std::make_unique<Preview>();
+        preview->lineLength = header.lineLength;
+        preview->lineCount = header.lineCount;
+        preview->bytes.reset(new unsigned char[std::size_t{header.lineLength} * header.lineCount]);
+        for (std::uint32_t count = 0; count < header.lineCount; ++count)
+        {
+            if (isEnding)
             {
-                ThrowFailure(FailureText::TiffLineNotRead, __LINE__);
+                return nullptr;
             }
+            ReadLine(reader, preview->Line(count));
+        }
+        return preview;
+    }
+
+    void ConvertPreview(RasterOutput::CIP3Painter& painter, Preview& preview)
+    {
+        painter.BeginSeparation();
+        RasterOutput::ScanLineRef line = LineIn(preview.Line(0), preview.lineLength);
+        for (std::uint32_t count = 0; count < preview.lineCount; ++count)
+        {
+            unsigned char* const bytes = preview.Line(count);
+            line[0].SetRange(bytes, bytes + preview.lineLength);
             painter.ProcessScanLine(line);
         }
         painter.EndSeparation();

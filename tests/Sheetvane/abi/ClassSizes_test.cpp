@@ -14,6 +14,8 @@ namespace SheetvaneTest
         EXPECT_EQ(sizeof(Sheetvane::SheetvaneConverter), 8u);
         EXPECT_EQ(sizeof(Sheetvane::SheetvaneConverter::CIP3Compression), 4u);
         EXPECT_EQ(sizeof(Sheetvane::SheetvaneConverter::CIP3Encoding), 4u);
+        EXPECT_EQ(sizeof(Sheetvane::SheetvaneConverter::Side), 4u);
+        EXPECT_EQ(sizeof(Sheetvane::SheetvaneConverter::Orientation), 4u);
         EXPECT_EQ(sizeof(KX_ECIP3Exception), sizeof(KX_EException));
         EXPECT_EQ(sizeof(KX_EException), 176u);
         EXPECT_EQ(sizeof(KX_TObject), 8u);

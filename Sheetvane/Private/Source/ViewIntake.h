@@ -1,0 +1,18 @@
+// How it gets into the job what is read of its files: reduced to a resolution, turned, and by how many threads.
+#pragma once
+
+#include <Sheetvane/SheetvaneConverter.h>
+
+namespace Sheetvane
+{
+    class ConverterImpl;
+
+    /// Each of these throws KX_ECIP3Exception with the text that its name says for a value that it does not take, and then
+    /// nothing has changed; SetOrientation SheetIndexOutOfBounds and InvalidOrientation.
+    void SetPreviewResolution(ConverterImpl& job, double pixelsPerInch, double onlyAbove);
+    void SetInputResolution(ConverterImpl& job, double pixelsPerInch);
+    void SetOrientation(
+        ConverterImpl& job, unsigned int sheetIndex, SheetvaneConverter::Side side,
+        SheetvaneConverter::Orientation orientation);
+    void SetThreads(ConverterImpl& job, unsigned int count);
+}

@@ -1,0 +1,188 @@
+// Views of the files of a job, which a host asks for, and threads that read them: what the document says of them, that it is
+// the same by any number of threads, and whose failure is reported.
+#include "tests/Sheetvane/Failures.h"
+#include "tests/Sheetvane/Tiffs.h"
+#include "tests/Sheetvane/Values.h"
+#include "tests/support/Folder.h"
+
+#include <Sheetvane/SheetvaneConverter.h>
+
+#include <gmock/gmock.h>
+
+#include <limits>
+
+namespace SheetvaneTest
+{
+    namespace
+    {
+        using Sheetvane::SheetvaneConverter;
+        using testing::HasSubstr;
+
+        class Plates : public testing::Test
+        {
+        protected:
+            /// A plate of 120 x 60 pixels, which differs from the others, at 600 pixels per inch unless said otherwise.
+            std::string Plate(const std::string& name, float pixelsPerInch = 600)
+            {
+                std::string path = folder / name + ".tif";
+                std::vector<std::string> lines(60, std::string(120, '\0'));
+                for (std::size_t y = 0; y < lines.size(); ++y)
+                {
+                    for (std::size_t x = 0; x < lines[y].size(); ++x)
+                    {
+                        lines[y][x] = static_cast<char>((x * x + y * static_cast<unsigned char>(name[0])) % 251);
+                    }
+                }
+                WriteTiff(path, lines, pixelsPerInch);
+                return path;
+            }
+
+            void AddSheet(const std::string& name, const KX_TArray& fronts, const KX_TArray& backs = {})
+            {
+                const auto namesFor = [](const KX_TArray& files)
+                {
+                    KX_TArray names;
+                    for (std::uint32_t index = 0; index < files.Count(); ++index)
+                    {
+                        names.Append(Text("Ink"));
+                    }
+                    return names;
+                };
+                const unsigned int index = converter.GetNumSheets();
+                converter.AddSheet(namesFor(fronts), fronts, namesFor(backs), backs);
+                converter.SetRequiredParameters(index, JobAndSheet("J", name.c_str()));
+            }
+
+            std::string Convert()
+            {
+                return FailureOf([&] { converter.CreateCIP3File(Location(folder / "out.ppf")); });
+            }
+            std::string Written()
+            {
+                EXPECT_EQ(Convert(), "[nothing]");
+                return folder.Read("out.ppf");
+            }
+
+            TestSupport::Folder folder;
+            SheetvaneConverter converter;
+        };
+    }
+
+    TEST_F(Plates, ReducedAndTurnedOnesAreDescribedAsTheyAreWritten)
+    {
+        AddSheet("S1", Files({Plate("a")}), Files({Plate("b")}));
+        AddSheet("S2", Files({Plate("c", 72)}));
+        const std::string asTheyAre = Written();
+        EXPECT_THAT(
+            asTheyAre, HasSubstr("/CIP3PreviewImageMatrix [120 0 0 -60 0 60] def\n"
+                                 "/CIP3PreviewImageResolution [600 600] def\n"));
+
+        converter.SetPreviewResolution(100, 300);
+        EXPECT_THAT(
+            Written(), HasSubstr("/CIP3PreviewImageMatrix [20 0 0 -10 0 10] def\n"
+                                 "/CIP3PreviewImageResolution [100 100] def\n"));
+        EXPECT_THAT(Written(), HasSubstr("/CIP3PreviewImageResolution [72 72] def\n"));
+
+        converter.SetOrientation(0, SheetvaneConverter::FrontSide, SheetvaneConverter::Flip90);
+        EXPECT_THAT(Written(), HasSubstr("/CIP3PreviewImageMatrix [10 0 0 -20 0 20] def\n"));
+
+        converter.SetInputResolution(1000);
+        EXPECT_THAT(Written(), HasSubstr("/CIP3PreviewImageMatrix [6 0 0 -12 0 12] def\n"));
+        EXPECT_THAT(Written(), testing::Not(HasSubstr("[72 72]")));
+
+        converter.SetPreviewResolution(0, 0);
+        converter.SetInputResolution(0);
+        converter.SetOrientation(0, SheetvaneConverter::FrontSide, SheetvaneConverter::Rotate0);
+        EXPECT_EQ(Written(), asTheyAre);
+    }
+
+    TEST_F(Plates, SidesAreTurnedEachByItself)
+    {
+        AddSheet("S1", Files({Plate("a")}), Files({Plate("a")}));
+        const auto previews = [&](SheetvaneConverter::Orientation front, SheetvaneConverter::Orientation back)
+        {
+            converter.SetOrientation(0, SheetvaneConverter::FrontSide, front);
+            converter.SetOrientation(0, SheetvaneConverter::BackSide, back);
+            const std::string document = Written();
+            std::vector<std::string> found;
+            for (std::size_t at = 0; (at = document.find("\nCIP3PreviewImage ", at + 1)) != std::string::npos;)
+            {
+                found.push_back(document.substr(at, document.find("~>", at) - at));
+            }
+            return found;
+        };
+        const auto plain = previews(SheetvaneConverter::Rotate0, SheetvaneConverter::Rotate0);
+        const auto back = previews(SheetvaneConverter::Rotate0, SheetvaneConverter::Rotate180);
+        ASSERT_EQ(plain.size(), 2u);
+        ASSERT_EQ(back.size(), 2u);
+        EXPECT_EQ(plain[0], plain[1]);
+        EXPECT_EQ(back[0], plain[0]);
+        EXPECT_NE(back[1], plain[1]);
+    }
+
+    TEST_F(Plates, AnyNumberOfThreadsWritesTheSameBytes)
+    {
+        AddSheet("S1", Files({Plate("a"), Plate("b"), Plate("c", 72), Plate("d")}), Files({Plate("e")}));
+        AddSheet("S2", {}, Files({Plate("f"), Plate("g"), Plate("h", 200), Plate("i")}));
+        converter.SetPreviewResolution(50.8, 300);
+        converter.SetOrientation(1, SheetvaneConverter::BackSide, SheetvaneConverter::Rotate270);
+        const std::string byOne = Written();
+        for (const unsigned int threads : {2u, 3u, 8u, 256u})
+        {
+            converter.SetThreads(threads);
+            EXPECT_EQ(Written(), byOne) << threads;
+        }
+    }
+
+    TEST_F(Plates, FailureIsThatOfTheFirstSeparationByAnyNumberOfThreads)
+    {
+        const std::string good = Plate("a");
+        const std::string damaged = folder.Write("damaged.tif", "no TIFF");
+        AddSheet("S1", Files({good, good, damaged, good}));
+        AddSheet(std::string(300, 'n'), Files({good}));
+        AddSheet("S3", Files({damaged, good}));
+        converter.SetPreviewResolution(50.8, 300);
+        for (const unsigned int threads : {1u, 4u})
+        {
+            converter.SetThreads(threads);
+            EXPECT_EQ(Convert(), "Problem converting TIFF files to CIP3") << threads;
+            EXPECT_EQ(folder.Read("out.ppf"), "") << threads;
+        }
+        folder.Write("damaged.tif", TestSupport::Folder::BytesOf(good));
+        EXPECT_EQ(Convert(), "Invalid sheet parameters");
+        converter.SetRequiredParameters(1, JobAndSheet("J", "S2"));
+        EXPECT_EQ(Convert(), "[nothing]");
+    }
+
+    TEST_F(Plates, ValuesOutOfRangeAreRefusedAndChangeNothing)
+    {
+        AddSheet("S1", Files({Plate("a")}));
+        converter.SetPreviewResolution(100, 0);
+        converter.SetThreads(2);
+        const std::string before = Written();
+        const double infinity = std::numeric_limits<double>::infinity();
+        for (const double wrong : {-1.0, infinity, std::numeric_limits<double>::quiet_NaN()})
+        {
+            EXPECT_EQ(FailureOf([&] { converter.SetPreviewResolution(wrong, 0); }), "Invalid preview resolution")
+                << wrong;
+            EXPECT_EQ(FailureOf([&] { converter.SetPreviewResolution(50, wrong); }), "Invalid preview resolution")
+                << wrong;
+            EXPECT_EQ(FailureOf([&] { converter.SetInputResolution(wrong); }), "Invalid input resolution") << wrong;
+        }
+        using Side = SheetvaneConverter::Side;
+        using Orientation = SheetvaneConverter::Orientation;
+        const auto turn = [&](unsigned int sheet, int side, int orientation)
+        {
+            return FailureOf(
+                [&]
+                { converter.SetOrientation(sheet, static_cast<Side>(side), static_cast<Orientation>(orientation)); });
+        };
+        EXPECT_EQ(turn(1, 0, 1), "Sheet index out of bounds");
+        EXPECT_EQ(turn(0, 2, 1), "Invalid orientation");
+        EXPECT_EQ(turn(0, 0, 8), "Invalid orientation");
+        EXPECT_EQ(turn(0, 1, -1), "Invalid orientation");
+        EXPECT_EQ(FailureOf([&] { converter.SetThreads(0); }), "Invalid number of threads");
+        EXPECT_EQ(FailureOf([&] { converter.SetThreads(257); }), "Invalid number of threads");
+        EXPECT_EQ(Written(), before);
+    }
+}
