@@ -2,10 +2,11 @@
 //     host SEPARATION.tif OUT.ppf
 
 #include <Sheetvane/SheetvaneConverter.h>
-#include <rasteroutput/Exception.h>
 
 #include <filesystem>
 #include <iostream>
+
+#include <rasteroutput/Exception.h>
 
 namespace
 {

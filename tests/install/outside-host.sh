@@ -50,6 +50,9 @@ cd "$work"
     -DCMAKE_CXX_FLAGS="$flags" >/dev/null
 "$cmake" --build by-cmake
 run_host by-cmake/host
+LD_LIBRARY_PATH=$libdir by-cmake/plates "$work/out/poster.ppf" "$separation" "$separation" "$separation" "$separation"
+"$prefix/bin/ppfinfo" --check "$work/out/poster.ppf" || fail "plates wrote a file that is not well formed"
+rm -r "$work/out"
 
 export PKG_CONFIG_PATH=$libdir/pkgconfig
 [ "$(pkg-config --modversion sheetvane)" != "" ] || fail "pkg-config does not find sheetvane"
