@@ -2,26 +2,20 @@
 
 #include "host/Descriptor.h"
 #include "host/Failure.h"
+#include "host/InputFile.h"
 #include "host/Output.h"
 #include "host/Progress.h"
 #include "host/Text.h"
 #include "job/FailureCause.h"
 #include "job/LibraryRun.h"
-#include "job/ReadBack.h"
 #include "job/SeparationPlaces.h"
 #include "job/SizeCheck.h"
-#include "job/WrittenFile.h"
-#include "ppf/FileMap.h"
+#include "job/SurfaceMessages.h"
+#include "job/WrittenCheck.h"
 
-#include <RasterFeedLib.h>
-
-#include <array>
 #include <cerrno>
-#include <charconv>
 #include <chrono>
 #include <optional>
-#include <ostream>
-#include <system_error>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -77,50 +71,6 @@ namespace Jobs
             return bytes;
         }
 
-        /// With six digits at most: "50.8", "299.999".
-        std::string TextOf(double number)
-        {
-            constexpr int Digits = 6;
-            std::array<char, 32> text{};
-            const auto end =
-                std::to_chars(text.data(), text.data() + text.size(), number, std::chars_format::general, Digits);
-            return {text.data(), end.ptr};
-        }
-
-        /// `sheet 1 "S1", front: 400 x 300 pixels at 50.8 per inch: Cyan, Black` for each surface that has separations.
-        void SaySurface(
-            std::ostream& messages, const Job& job, std::size_t sheetIndex, Surface surface,
-            const std::vector<Separation>& separations)
-        {
-            if (separations.empty())
-            {
-                return;
-            }
-            std::string line = SheetForPerson(job, sheetIndex) + ", " + WordOf(surface) + ": ";
-            const RasterFeedDescription found = RasterFeedProbe(separations.front().file, RasterFeedDepth::Header);
-            if (found.accepted)
-            {
-                line += std::to_string(found.width) + " x " + std::to_string(found.height) + " pixels at " +
-                        TextOf(found.resolution) + " per inch: ";
-            }
-            const char* comma = "";
-            for (const Separation& separation : separations)
-            {
-                line += comma + separation.name;
-                comma = ", ";
-            }
-            messages << Host::OneLine(line) + '\n' << std::flush;
-        }
-
-        void SaySurfaces(std::ostream& messages, const Job& job)
-        {
-            for (std::size_t i = 0; i < job.sheets.size(); ++i)
-            {
-                SaySurface(messages, job, i, Surface::Front, job.sheets[i].front);
-                SaySurface(messages, job, i, Surface::Back, job.sheets[i].back);
-            }
-        }
-
         /// The library's words and, after them, what they leave open.
         [[noreturn]] void FailAs(const LibraryFailure& failure, const Job& job, const Host::Output& output)
         {
@@ -134,27 +84,18 @@ namespace Jobs
                 words + ": " + output.Name() + (file.IsOpen() ? "" : ": its draft: " + Host::SystemText(errno)));
         }
 
-        std::string FindingAfterWriting(const std::string& path, const Job& job, bool mixedSizes)
-        {
-            try
-            {
-                const Ppf::FileMap file(path);
-                std::string finding = FaultOfWrittenFile(file.Bytes(), job);
-                if (finding.empty() && !mixedSizes && IsReadable(job))
-                {
-                    finding = FaultOnReadingBack(file.Bytes(), job);
-                }
-                return finding;
-            }
-            catch (const std::system_error& error)
-            {
-                return "the file cannot be read: " + error.code().message();
-            }
-        }
-
         void CheckWritten(const Host::Output& output, const Job& job, bool mixedSizes)
         {
-            const std::string finding = FindingAfterWriting(output.Path(), job, mixedSizes);
+            std::string finding;
+            try
+            {
+                const Host::InputFile file(output.Path(), {});
+                finding = FindingInWrittenFile(file.Bytes(), job, mixedSizes);
+            }
+            catch (const Host::Failure& failure)
+            {
+                finding = failure.what();
+            }
             if (finding.empty())
             {
                 return;
@@ -175,19 +116,23 @@ namespace Jobs
             {
                 SaySurfaces(messages, job);
             }
+            if (settings.isTerminal)
+            {
+                SayWhatIsKeptLarge(messages, job);
+            }
         }
 
         void Write(const Job& job, const ConversionSettings& settings, Host::Output& output)
         {
             {
                 std::optional<Host::Progress> progress;
-                if (settings.showProgress)
+                if (settings.isTerminal)
                 {
                     progress.emplace(STDERR_FILENO, BytesOfSeparations(job), "of the separations", ProgressDelay);
                 }
                 try
                 {
-                    RunLibrary(job, output.Path());
+                    RunLibrary(job, output.Path(), settings.threads);
                 }
                 catch (const LibraryFailure& failure)
                 {

@@ -10,14 +10,17 @@
 
 namespace Jobs
 {
+    constexpr unsigned int MaxThreads = 256;
+
     struct ConversionSettings
     {
         std::string output; ///< a path, or "-" for standard output
         Host::Durability durability = Host::Durability::OnDisk;
-        std::string jobFile;       ///< where the job comes from, so that it is not overwritten; may be empty
-        bool mixedSizes = false;   ///< separations of a sheet may differ in size
-        bool verbose = false;      ///< say a line per sheet and surface
-        bool showProgress = false; ///< messages go to a terminal: show there how far a long conversion is
+        std::string jobFile;      ///< where the job comes from, so that it is not overwritten; may be empty
+        bool mixedSizes = false;  ///< separations of a sheet may differ in size
+        bool verbose = false;     ///< say a line per sheet and surface
+        bool isTerminal = false;  ///< messages go to a terminal: show there how far a long conversion is, and hints
+        unsigned int threads = 1; ///< separations that are reduced side by side, from 1 to MaxThreads
     };
 
     /// Converts `job`, which CheckJob has passed. Throws UsageError if the output is one of the job's own files, and Failure.

@@ -1,8 +1,6 @@
 #include "job/FailureCause.h"
 
-#include "job/SeparationPlaces.h"
-
-#include <RasterFeedLib.h>
+#include "job/Look.h"
 
 namespace Jobs
 {
@@ -12,7 +10,7 @@ namespace Jobs
         constexpr std::size_t MaxPathBytes = sizeof(RasterFeedOpenRecord::path) - 1;
 
         /// Why the library does not take the separation at `place`; empty if it does as far as `depth` shows.
-        std::string Fault(const SeparationPlace& place, RasterFeedDepth depth)
+        std::string RefusalOf(const Job& job, const SeparationPlace& place, RasterFeedDepth depth)
         {
             const std::string& path = place.separation->file;
             if (path.size() > MaxPathBytes)
@@ -20,7 +18,7 @@ namespace Jobs
                 return path + ": the path has " + std::to_string(path.size()) + " bytes, and the limit is " +
                        std::to_string(MaxPathBytes);
             }
-            const RasterFeedDescription found = RasterFeedProbe(path, depth);
+            const RasterFeedDescription found = LookAt(job, place, depth);
             if (!found.accepted)
             {
                 return found.reason;
@@ -42,9 +40,9 @@ namespace Jobs
         {
             for (const SeparationPlace& place : PlacesOf(job))
             {
-                if (const std::string fault = Fault(place, depth); !fault.empty())
+                if (const std::string refusal = RefusalOf(job, place, depth); !refusal.empty())
                 {
-                    return PlaceForPerson(job, place) + ": " + fault;
+                    return PlaceForPerson(job, place) + ": " + refusal;
                 }
             }
         }

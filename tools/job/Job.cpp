@@ -4,12 +4,33 @@
 #include "host/Text.h"
 #include "job/EscapedName.h"
 
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <system_error>
+
 namespace Jobs
 {
     namespace
     {
         /// Bytes of a sheet name as it stands in the file, which keeps room for no more in its directory.
         constexpr std::size_t MaxSheetNameBytes = 214;
+
+        /// In the order of their values.
+        constexpr std::array<const char*, 8> Orientations = {"rotate0", "rotate90", "rotate180", "rotate270",
+                                                             "flip0",   "flip90",   "flip180",   "flip270"};
+
+        constexpr double SmallestResolution = 1;
+        constexpr double LargestResolution = 2400;
+
+        std::optional<double> NumberOfWord(const std::string& word)
+        {
+            double number = 0;
+            const char* const end = word.data() + word.size();
+            const auto [stop, problem] = std::from_chars(word.data(), end, number);
+            return problem == std::errc() && stop == end ? std::optional(number) : std::nullopt;
+        }
 
         void CheckSheet(const Job& job, std::size_t index)
         {
@@ -41,6 +62,9 @@ namespace Jobs
 
     const char* const CompressionWords = "none, runlength";
     const char* const EncodingWords = "binary, asciihex, ascii85";
+    const char* const OrientationWords = "rotate0, rotate90, rotate180, rotate270, flip0, flip90, flip180, flip270";
+    const char* const ReductionWords = "auto, keep, a number of pixels per inch from 1 to 2400";
+    const char* const InputResolutionWords = "numbers of pixels per inch above 0";
 
     std::optional<Compression> CompressionOfWord(const std::string& word)
     {
@@ -70,6 +94,44 @@ namespace Jobs
             return Encoding::CIP3EncodingASCII85;
         }
         return std::nullopt;
+    }
+
+    std::optional<Orientation> OrientationOfWord(const std::string& word)
+    {
+        const auto* const found = std::find(Orientations.begin(), Orientations.end(), word);
+        return found == Orientations.end() ? std::nullopt
+                                           : std::optional(static_cast<Orientation>(found - Orientations.begin()));
+    }
+
+    std::optional<Reduction> ReductionOfWord(const std::string& word)
+    {
+        if (word == "auto")
+        {
+            return AutoReduction;
+        }
+        if (word == "keep")
+        {
+            return KeepAll;
+        }
+        const std::optional<double> resolution = NumberOfWord(word);
+        return resolution ? ReductionOf(*resolution) : std::nullopt;
+    }
+
+    std::optional<double> InputResolutionOfWord(const std::string& word)
+    {
+        const std::optional<double> resolution = NumberOfWord(word);
+        return resolution ? InputResolutionOf(*resolution) : std::nullopt;
+    }
+
+    std::optional<Reduction> ReductionOf(double resolution)
+    {
+        const bool fits = resolution >= SmallestResolution && resolution <= LargestResolution;
+        return fits ? std::optional(Reduction{resolution, 0}) : std::nullopt;
+    }
+
+    std::optional<double> InputResolutionOf(double resolution)
+    {
+        return std::isfinite(resolution) && resolution > 0 ? std::optional(resolution) : std::nullopt;
     }
 
     std::string SheetForPerson(const Job& job, std::size_t index)

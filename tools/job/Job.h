@@ -15,6 +15,7 @@ namespace Jobs
 {
     using Compression = Sheetvane::SheetvaneConverter::CIP3Compression;
     using Encoding = Sheetvane::SheetvaneConverter::CIP3Encoding;
+    using Orientation = Sheetvane::SheetvaneConverter::Orientation;
 
     /// A number of one of the classes that the library knows how to write.
     using Number = std::variant<std::int32_t, std::uint32_t, double>;
@@ -36,6 +37,18 @@ namespace Jobs
         std::string file; ///< absolute path, bytes
     };
 
+    /// Which separations are reduced to previews: those that have more pixels per inch, both across and down, than either of
+    /// these. The others are kept as they are.
+    struct Reduction
+    {
+        double resolution; ///< of what is reduced, pixels per inch; 0: nothing is
+        double onlyAbove;  ///< pixels per inch
+    };
+
+    /// The trade's custom, two pixels to the millimetre; what is not above 300 is a preview already.
+    constexpr Reduction AutoReduction = {50.8, 300};
+    constexpr Reduction KeepAll = {0, 0};
+
     /// One sheet of paper. At least one surface has separations.
     struct Sheet
     {
@@ -44,6 +57,8 @@ namespace Jobs
         std::vector<Separation> front;
         std::vector<Separation> back;
         std::map<std::string, ParameterValue> parameters;
+        Orientation frontOrientation = Orientation::Rotate0;
+        Orientation backOrientation = Orientation::Rotate0;
     };
 
     /// A whole job. What is not said stays at the library's default.
@@ -52,14 +67,26 @@ namespace Jobs
         std::vector<Sheet> sheets;
         std::optional<Compression> compression;
         std::optional<Encoding> encoding;
+        Reduction reduction = AutoReduction;
+        double inputResolution = 0; ///< stands in place of what the TIFFs say, pixels per inch; 0: what they say
     };
 
     /// The value that a word of the job file or the command line stands for; none if there is no such word.
     std::optional<Compression> CompressionOfWord(const std::string& word);
     std::optional<Encoding> EncodingOfWord(const std::string& word);
+    std::optional<Orientation> OrientationOfWord(const std::string& word);
+    std::optional<Reduction> ReductionOfWord(const std::string& word);
+    std::optional<double> InputResolutionOfWord(const std::string& word);
 
-    extern const char* const CompressionWords; ///< the words, for a message
-    extern const char* const EncodingWords;    ///< the words, for a message
+    /// The same for a number; none if it is out of range.
+    std::optional<Reduction> ReductionOf(double resolution);
+    std::optional<double> InputResolutionOf(double resolution);
+
+    extern const char* const CompressionWords;     ///< the words, for a message
+    extern const char* const EncodingWords;        ///< the words, for a message
+    extern const char* const OrientationWords;     ///< the words, for a message
+    extern const char* const ReductionWords;       ///< the words, for a message
+    extern const char* const InputResolutionWords; ///< the words, for a message
 
     /// `sheet 2 "Inside"`: the sheet at `index` (from 0) for a person, without the quotes if it has no name.
     std::string SheetForPerson(const Job& job, std::size_t index);

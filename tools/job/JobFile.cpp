@@ -158,6 +158,15 @@ namespace Jobs
             RefuseType(node, "a number");
         }
 
+        double DoubleOf(const JsonValue& number)
+        {
+            const auto* const asSigned = number.As<std::int64_t>();
+            const auto* const asUnsigned = number.As<std::uint64_t>();
+            return asSigned != nullptr     ? static_cast<double>(*asSigned)
+                   : asUnsigned != nullptr ? static_cast<double>(*asUnsigned)
+                                           : *number.As<double>();
+        }
+
         Measure MeasureOf(const Node& node)
         {
             const std::optional<Node> value = FindMember(node, "value");
@@ -245,24 +254,67 @@ namespace Jobs
             return value;
         }
 
+        /// The value of the member `key`, a word or a number, if there is such a member.
+        template <class Value>
+        std::optional<Value> NumberOrWordOf(
+            const Node& root, const char* key, std::optional<Value> (*valueOfNumber)(double),
+            std::optional<Value> (*valueOfWord)(const std::string&), const char* words)
+        {
+            const std::optional<Node> member = FindMember(root, key);
+            if (!member)
+            {
+                return std::nullopt;
+            }
+            const auto* const word = member->value.As<std::string>();
+            // A number in quotes is no number.
+            const bool isNumberInQuotes = word != nullptr && word->find_first_of("0123456789") != std::string::npos;
+            const std::optional<Value> value = member->value.IsNumber() ? valueOfNumber(DoubleOf(member->value))
+                                               : word != nullptr && !isNumberInQuotes ? valueOfWord(*word)
+                                                                                      : std::nullopt;
+            if (!value)
+            {
+                Refuse(*member, std::string("this is none of: ") + words);
+            }
+            return value;
+        }
+
+        Orientation OrientationOf(const Node& node, const char* key, Orientation absent)
+        {
+            return ChoiceOf(node, key, &OrientationOfWord, OrientationWords).value_or(absent);
+        }
+
         Job JobOf(const Node& root, const std::string& folder)
         {
-            CheckMembers(root, {"jobName", "compression", "encoding", "sheets"});
+            CheckMembers(
+                root, {"jobName", "compression", "encoding", "resolution", "inputResolution", "frontOrientation",
+                       "backOrientation", "sheets"});
             Job job;
             job.compression = ChoiceOf(root, "compression", &CompressionOfWord, CompressionWords);
             job.encoding = ChoiceOf(root, "encoding", &EncodingOfWord, EncodingWords);
+            job.reduction = NumberOrWordOf(root, "resolution", &ReductionOf, &ReductionOfWord, ReductionWords)
+                                .value_or(job.reduction);
+            job.inputResolution =
+                NumberOrWordOf(
+                    root, "inputResolution", &InputResolutionOf, &InputResolutionOfWord, InputResolutionWords)
+                    .value_or(job.inputResolution);
             const std::string jobName = TextOfMember(root, "jobName", {});
+            const Orientation front = OrientationOf(root, "frontOrientation", Orientation::Rotate0);
+            const Orientation back = OrientationOf(root, "backOrientation", Orientation::Rotate0);
             ForEachElement(
                 root, "sheets",
                 [&](const Node& node)
                 {
-                    CheckMembers(node, {"jobName", "sheetName", "front", "back", "parameters"});
+                    CheckMembers(
+                        node,
+                        {"jobName", "sheetName", "front", "back", "frontOrientation", "backOrientation", "parameters"});
                     Sheet sheet;
                     sheet.jobName = TextOfMember(node, "jobName", jobName);
                     sheet.sheetName = TextOfMember(node, "sheetName", {});
                     sheet.front = SeparationsOf(node, "front", folder);
                     sheet.back = SeparationsOf(node, "back", folder);
                     sheet.parameters = ParametersOf(node);
+                    sheet.frontOrientation = OrientationOf(node, "frontOrientation", front);
+                    sheet.backOrientation = OrientationOf(node, "backOrientation", back);
                     job.sheets.push_back(std::move(sheet));
                 });
             return job;

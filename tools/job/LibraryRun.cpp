@@ -15,6 +15,8 @@ namespace Jobs
 {
     namespace
     {
+        using Converter = Sheetvane::SheetvaneConverter;
+
         KX_TString ValueOf(const std::string& bytes)
         {
             return KX_TString(bytes.data(), static_cast<std::uint32_t>(bytes.size()));
@@ -57,7 +59,7 @@ namespace Jobs
             return files;
         }
 
-        void AddSheet(Sheetvane::SheetvaneConverter& converter, const Sheet& sheet)
+        void AddSheet(Converter& converter, const Sheet& sheet)
         {
             const unsigned int index = converter.GetNumSheets();
             converter.AddSheet(NamesOf(sheet.front), FilesOf(sheet.front), NamesOf(sheet.back), FilesOf(sheet.back));
@@ -73,14 +75,16 @@ namespace Jobs
                 optional.Set(ValueOf(key), std::visit(ToHostValue{}, value));
             }
             converter.SetOptionalParameters(index, optional);
+            converter.SetOrientation(index, Converter::FrontSide, sheet.frontOrientation);
+            converter.SetOrientation(index, Converter::BackSide, sheet.backOrientation);
         }
     }
 
-    void RunLibrary(const Job& job, const std::string& path)
+    void RunLibrary(const Job& job, const std::string& path, unsigned int threads)
     {
         try
         {
-            Sheetvane::SheetvaneConverter converter;
+            Converter converter;
             for (const Sheet& sheet : job.sheets)
             {
                 AddSheet(converter, sheet);
@@ -93,6 +97,9 @@ namespace Jobs
             {
                 converter.SetEncoding(*job.encoding);
             }
+            converter.SetPreviewResolution(job.reduction.resolution, job.reduction.onlyAbove);
+            converter.SetInputResolution(job.inputResolution);
+            converter.SetThreads(threads);
             converter.CreateCIP3File(KX_TURL(ValueOf(path)));
         }
         catch (const KX_EException& failure)

@@ -18,7 +18,7 @@ namespace Jobs
     /// What it reports where the file cannot be opened, before it has read any separation.
     constexpr char LibraryCouldNotOpen[] = "Could not open CIP3 file";
 
-    /// Has the library write `job` to the file `path`, absolute and in a folder that is there. Throws LibraryFailure, and
+    /// Has the library, with `threads` threads, from 1, write `job` to the file `path`, absolute and in a folder that is there. Throws LibraryFailure, and
     /// then the file is empty, and std::bad_alloc.
-    void RunLibrary(const Job& job, const std::string& path);
+    void RunLibrary(const Job& job, const std::string& path, unsigned int threads = 1);
 }

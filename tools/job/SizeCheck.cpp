@@ -2,9 +2,7 @@
 
 #include "host/Failure.h"
 #include "host/Text.h"
-#include "job/SeparationPlaces.h"
-
-#include <RasterFeedLib.h>
+#include "job/Look.h"
 
 namespace Jobs
 {
@@ -13,15 +11,14 @@ namespace Jobs
         struct Size
         {
             SeparationPlace place;
-            std::uint32_t width;  ///< pixels
-            std::uint32_t height; ///< pixels
+            RasterFeedDescription found;
         };
 
         std::string SizeForPerson(const Size& size)
         {
             return std::string(WordOf(size.place.surface)) + ' ' + Host::Quoted(size.place.separation->name) + ", " +
-                   size.place.separation->file + ", has " + std::to_string(size.width) + " x " +
-                   std::to_string(size.height) + " pixels";
+                   size.place.separation->file + ", has " + std::to_string(size.found.width) + " x " +
+                   std::to_string(size.found.height) + " pixels" + (size.found.isReduced ? " once it is reduced" : "");
         }
     }
 
@@ -39,17 +36,17 @@ namespace Jobs
             {
                 first.reset();
             }
-            const RasterFeedDescription found = RasterFeedProbe(place.separation->file, RasterFeedDepth::Header);
+            const RasterFeedDescription found = LookAt(job, place, RasterFeedDepth::Header);
             if (!found.accepted)
             {
                 continue;
             }
-            const Size size{place, found.width, found.height};
+            const Size size{place, found};
             if (!first)
             {
                 first = size;
             }
-            if (size.width != first->width || size.height != first->height)
+            if (found.width != first->found.width || found.height != first->found.height)
             {
                 throw Host::Failure(
                     SheetForPerson(job, place.sheetIndex) + ": the separations differ in size: " +

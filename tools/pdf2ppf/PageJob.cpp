@@ -70,6 +70,7 @@ namespace Pdf2Ppf
         Jobs::Job job;
         job.compression = line.compression;
         job.encoding = line.encoding;
+        job.reduction = Jobs::KeepAll; // the pages' previews are made already
         std::uint64_t sheetBefore = 0;
         for (const Page& page : pages)
         {

@@ -61,7 +61,7 @@ namespace
             SayPages(std::cerr, line, pages, job);
         }
         Jobs::ConversionSettings settings;
-        settings.showProgress = order.showProgress;
+        settings.isTerminal = order.showProgress;
         Jobs::Convert(job, settings, output, std::cerr);
         return Host::ExitDone;
     }

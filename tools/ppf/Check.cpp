@@ -2,7 +2,6 @@
 
 #include "ppf/DecodedSize.h"
 #include "ppf/DocumentReader.h"
-#include "ppf/FileMap.h"
 #include "ppf/Keywords.h"
 #include "ppf/Number.h"
 #include "ppf/ScanLineReader.h"
@@ -337,11 +336,5 @@ namespace Ppf
     std::vector<Finding> Check(std::string_view bytes, CheckDepth depth)
     {
         return Check(ReadDocument(bytes), depth);
-    }
-
-    std::vector<Finding> CheckFile(const std::string& path, CheckDepth depth)
-    {
-        const FileMap file(path);
-        return Check(file.Bytes(), depth);
     }
 }

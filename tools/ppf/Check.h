@@ -27,7 +27,4 @@ namespace Ppf
 
     /// The same for the bytes of a file.
     std::vector<Finding> Check(std::string_view bytes, CheckDepth depth);
-
-    /// The same for a file. Throws std::system_error if it cannot be read.
-    std::vector<Finding> CheckFile(const std::string& path, CheckDepth depth);
 }

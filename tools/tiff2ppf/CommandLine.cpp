@@ -3,6 +3,7 @@
 #include "host/Failure.h"
 #include "host/Paths.h"
 #include "host/Text.h"
+#include "job/Conversion.h"
 #include "tiff2ppf/JobBuilder.h"
 
 #include <CLI/App.hpp>
@@ -11,9 +12,12 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <map>
 #include <memory>
 #include <string_view>
+#include <system_error>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -27,7 +31,7 @@ namespace Tiff2Ppf
         constexpr char Usage[] =
             "Usage: tiff2ppf [options] JOB.json -o OUT.ppf\n"
             "       tiff2ppf [options] --job NAME (--sheet NAME (--front INK=FILE | --back INK=FILE | --param "
-            "KEY=VALUE)...)... -o OUT.ppf\n";
+            "KEY=VALUE | --front-orientation WORD | --back-orientation WORD)...)... -o OUT.ppf\n";
         constexpr char Footer[] =
             "Example:\n"
             "  tiff2ppf --job Brochure --sheet Cover --front Cyan=c.tif --front Black=k.tif --back Black=b.tif -o "
@@ -36,8 +40,20 @@ namespace Tiff2Ppf
             "job file is wrong.";
 
         /// Options that take a value, so that the next argument is no option whatever it looks like.
-        constexpr std::array<const char*, 8> ValueOptions = {"-o",     "--job",   "--sheet",       "--front",
-                                                             "--back", "--param", "--compression", "--encoding"};
+        constexpr std::array<const char*, 13> ValueOptions = {
+            "-o",
+            "--job",
+            "--sheet",
+            "--front",
+            "--back",
+            "--front-orientation",
+            "--back-orientation",
+            "--param",
+            "--compression",
+            "--encoding",
+            "--resolution",
+            "--input-resolution",
+            "--threads"};
 
         bool TakesValue(const std::string& option)
         {
@@ -95,20 +111,39 @@ namespace Tiff2Ppf
         }
 
         template <class Value>
+        Value ChoiceOf(
+            const CLI::Option* option, const std::string& word, std::optional<Value> (*valueOfWord)(const std::string&),
+            const char* words)
+        {
+            const std::optional<Value> value = valueOfWord(word);
+            if (!value)
+            {
+                throw Host::UsageError(option->get_name() + ": " + Host::Quoted(word) + " is none of: " + words);
+            }
+            return *value;
+        }
+
+        /// The same for what the option was given, if it was.
+        template <class Value>
         std::optional<Value>
         ChoiceOf(const CLI::Option* option, std::optional<Value> (*valueOfWord)(const std::string&), const char* words)
         {
-            if (option->empty())
-            {
-                return std::nullopt;
-            }
-            const std::optional<Value> value = valueOfWord(ResultOf(option));
-            if (!value)
-            {
-                throw Host::UsageError(
-                    option->get_name() + ": " + Host::Quoted(ResultOf(option)) + " is none of: " + words);
-            }
-            return value;
+            return option->empty() ? std::nullopt
+                                   : std::optional(ChoiceOf(option, ResultOf(option), valueOfWord, words));
+        }
+
+        std::optional<unsigned int> ThreadsOfWord(const std::string& word)
+        {
+            unsigned int number = 0;
+            const char* const end = word.data() + word.size();
+            const auto [stop, problem] = std::from_chars(word.data(), end, number);
+            const bool fits = problem == std::errc() && stop == end && number >= 1 && number <= Jobs::MaxThreads;
+            return fits ? std::optional(number) : std::nullopt;
+        }
+
+        unsigned int ThreadsOfMachine()
+        {
+            return std::clamp(std::thread::hardware_concurrency(), 1U, Jobs::MaxThreads);
         }
 
         /// The program's options, and what was given of them.
@@ -137,6 +172,20 @@ namespace Tiff2Ppf
                 encoding =
                     Add("--encoding", "WORD",
                         std::string("Encoding of the previews: ") + Jobs::EncodingWords + " (default: ascii85)");
+                reduction =
+                    Add("--resolution", "WORD",
+                        "Pixels per inch of the previews: auto reduces what has more than 300 to 50.8 (default), keep "
+                        "nothing, a number from 1 to 2400 what has more than that to it");
+                inputResolution = Add(
+                    "--input-resolution", "PPI", "Pixels per inch of the separations, in place of what the files say");
+                frontOrientation = AddRepeatable(
+                    "--front-orientation", "WORD",
+                    std::string("How the fronts are turned, of the sheet or, before the first, of all: ") +
+                        Jobs::OrientationWords + " (default: rotate0)");
+                backOrientation = AddRepeatable("--back-orientation", "WORD", "The same for the backs");
+                threads =
+                    Add("--threads", "N",
+                        "Separations that are reduced side by side (default: as many as the machine has cores)");
                 mixedSizes = app.add_flag("--mixed-sizes", "Let separations of a sheet differ in size");
                 noSync = app.add_flag("--no-sync", "Do not wait until the file is on the disk, for scratch");
                 verbose = app.add_flag("--verbose", "Say a line per sheet and surface on standard error");
@@ -174,6 +223,11 @@ namespace Tiff2Ppf
                 }
                 line.compression = ChoiceOf(compression, &Jobs::CompressionOfWord, Jobs::CompressionWords);
                 line.encoding = ChoiceOf(encoding, &Jobs::EncodingOfWord, Jobs::EncodingWords);
+                line.reduction = ChoiceOf(reduction, &Jobs::ReductionOfWord, Jobs::ReductionWords);
+                line.inputResolution =
+                    ChoiceOf(inputResolution, &Jobs::InputResolutionOfWord, Jobs::InputResolutionWords);
+                line.threads =
+                    ChoiceOf(threads, &ThreadsOfWord, "whole numbers from 1 to 256").value_or(ThreadsOfMachine());
                 line.mixedSizes = !mixedSizes->empty();
                 line.verbose = !verbose->empty();
                 line.sync = noSync->empty();
@@ -195,6 +249,11 @@ namespace Tiff2Ppf
                 {
                     line.job = JobInOrder();
                 }
+                else
+                {
+                    line.frontOrientation = OnlyOrientation(frontOrientation);
+                    line.backOrientation = OnlyOrientation(backOrientation);
+                }
                 return line;
             }
 
@@ -207,6 +266,16 @@ namespace Tiff2Ppf
             CLI::Option* AddRepeatable(const char* name, const char* form, const std::string& description)
             {
                 return Add(name, form, description)->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+            }
+
+            /// With a job file the option stands for all of its sheets, so once.
+            static std::optional<Jobs::Orientation> OnlyOrientation(const CLI::Option* option)
+            {
+                if (option->count() > 1)
+                {
+                    throw Host::UsageError(option->get_name() + " is repeated");
+                }
+                return ChoiceOf(option, &Jobs::OrientationOfWord, Jobs::OrientationWords);
             }
 
             /// The job that the options make in their order on the command line.
@@ -238,6 +307,12 @@ namespace Tiff2Ppf
                     {
                         builder.AddParameter(value);
                     }
+                    else if (option == frontOrientation || option == backOrientation)
+                    {
+                        builder.SetOrientation(
+                            option->get_name(),
+                            ChoiceOf(option, value, &Jobs::OrientationOfWord, Jobs::OrientationWords));
+                    }
                 }
                 Job job = builder.Take();
                 Jobs::CheckJob(job);
@@ -254,6 +329,11 @@ namespace Tiff2Ppf
             const CLI::Option* parameter;
             const CLI::Option* compression;
             const CLI::Option* encoding;
+            const CLI::Option* reduction;
+            const CLI::Option* inputResolution;
+            const CLI::Option* frontOrientation;
+            const CLI::Option* backOrientation;
+            const CLI::Option* threads;
             const CLI::Option* mixedSizes;
             const CLI::Option* noSync;
             const CLI::Option* verbose;

@@ -14,9 +14,14 @@ namespace Tiff2Ppf
         std::string jobFile; ///< name of the job file, "-" for standard input; empty: `job` is the job
         Jobs::Job job;       ///< relative file names stand relative to the current folder; checked
         std::string output;  ///< as given
-        std::optional<Jobs::Compression> compression; ///< overrides the job file
-        std::optional<Jobs::Encoding> encoding;       ///< overrides the job file
-        bool mixedSizes = false;                      ///< separations of a sheet may differ in size
+        std::optional<Jobs::Compression> compression;      ///< overrides the job file
+        std::optional<Jobs::Encoding> encoding;            ///< overrides the job file
+        std::optional<Jobs::Reduction> reduction;          ///< overrides the job file
+        std::optional<double> inputResolution;             ///< overrides the job file
+        std::optional<Jobs::Orientation> frontOrientation; ///< of all sheets of a job file
+        std::optional<Jobs::Orientation> backOrientation;  ///< of all sheets of a job file
+        unsigned int threads = 1;                          ///< those of the machine if not given
+        bool mixedSizes = false;                           ///< separations of a sheet may differ in size
         bool verbose = false;
         bool sync = true; ///< bring the output to the disk
     };

@@ -27,14 +27,16 @@ namespace Tiff2Ppf
     }
 
     JobBuilder::JobBuilder(const std::string& theJobName, const std::string& theFolder)
-        : jobName(theJobName)
-        , folder(theFolder)
+        : folder(theFolder)
     {
+        blank.jobName = theJobName;
     }
 
     void JobBuilder::OpenSheet(const std::string& name)
     {
-        job.sheets.push_back({jobName, name, {}, {}, {}});
+        job.sheets.push_back(blank);
+        job.sheets.back().sheetName = name;
+        orientationsHere.clear();
     }
 
     void JobBuilder::AddFront(const std::string& inkAndFile)
@@ -60,6 +62,16 @@ namespace Tiff2Ppf
             throw Host::UsageError(
                 Jobs::SheetForPerson(job, job.sheets.size() - 1) + ": --param " + Host::Quoted(key) + " is repeated");
         }
+    }
+
+    void JobBuilder::SetOrientation(const std::string& option, Jobs::Orientation orientation)
+    {
+        if (!orientationsHere.insert(option).second)
+        {
+            throw Host::UsageError(option + " is repeated without a --sheet between");
+        }
+        Sheet& sheet = job.sheets.empty() ? blank : job.sheets.back();
+        (option == "--front-orientation" ? sheet.frontOrientation : sheet.backOrientation) = orientation;
     }
 
     Job JobBuilder::Take()

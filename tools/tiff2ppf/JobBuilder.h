@@ -3,6 +3,7 @@
 
 #include "job/Job.h"
 
+#include <set>
 #include <string>
 
 namespace Tiff2Ppf
@@ -11,7 +12,7 @@ namespace Tiff2Ppf
     using Jobs::Separation;
     using Jobs::Sheet;
 
-    /// Calls: (OpenSheet (AddFront | AddBack | AddParameter)*)* Take
+    /// Calls: (SetOrientation)* (OpenSheet (AddFront | AddBack | AddParameter | SetOrientation)*)* Take
     /// All but Take throw Host::UsageError with the option's name.
     class JobBuilder
     {
@@ -24,6 +25,10 @@ namespace Tiff2Ppf
         void AddBack(const std::string& inkAndFile);       ///< the same
         void AddParameter(const std::string& keyAndValue); ///< KEY=VALUE, likewise
 
+        /// Of the sheet that was opened last, or, before the first, of all that have none of their own. `option` is
+        /// --front-orientation or --back-orientation.
+        void SetOrientation(const std::string& option, Jobs::Orientation orientation);
+
         /// The job, not checked as a whole: see CheckJob.
         Job Take();
 
@@ -31,8 +36,9 @@ namespace Tiff2Ppf
         Sheet& SheetFor(const std::string& option);
         Separation SeparationOf(const std::string& option, const std::string& inkAndFile) const;
 
-        std::string jobName;
         std::string folder;
+        Sheet blank; ///< what a sheet is when it is opened
         Job job;
+        std::set<std::string> orientationsHere; ///< the options that were given since the last sheet was opened
     };
 }

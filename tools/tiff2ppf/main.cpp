@@ -23,6 +23,13 @@ namespace
         {
             job.encoding = line.encoding;
         }
+        job.reduction = line.reduction.value_or(job.reduction);
+        job.inputResolution = line.inputResolution.value_or(job.inputResolution);
+        for (Jobs::Sheet& sheet : job.sheets)
+        {
+            sheet.frontOrientation = line.frontOrientation.value_or(sheet.frontOrientation);
+            sheet.backOrientation = line.backOrientation.value_or(sheet.backOrientation);
+        }
         return job;
     }
 
@@ -34,7 +41,8 @@ namespace
         settings.jobFile = line.jobFile;
         settings.mixedSizes = line.mixedSizes;
         settings.verbose = line.verbose;
-        settings.showProgress = isatty(STDERR_FILENO) != 0;
+        settings.isTerminal = isatty(STDERR_FILENO) != 0;
+        settings.threads = line.threads;
         return settings;
     }
 

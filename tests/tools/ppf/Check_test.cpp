@@ -1,14 +1,7 @@
 #include "ppf/Check.h"
-#include "ppf/FileMap.h"
 #include "tests/tools/ppf/Files.h"
 
 #include <gmock/gmock.h>
-
-#include <cstdio>
-#include <fstream>
-#include <system_error>
-
-#include <unistd.h>
 
 namespace PpfTest
 {
@@ -187,26 +180,6 @@ namespace PpfTest
             EXPECT_THAT(
                 Findings(Damaged(324 + 23, "T2").substr(0, 1400)),
                 ElementsAre(HasSubstr("324: "), HasSubstr("1379: ")));
-        }
-
-        TEST(FileMap, FilesPipesAndFailures)
-        {
-            const std::string path = testing::TempDir() + "filemap-" + std::to_string(getpid());
-            std::ofstream(path, std::ios::binary) << TwoSheets();
-            EXPECT_EQ(FileMap(path).Bytes(), TwoSheets());
-            EXPECT_THAT(CheckFile(path, CheckDepth::Everything), IsEmpty());
-            std::ofstream(path, std::ios::binary | std::ios::trunc);
-            EXPECT_EQ(FileMap(path).Bytes(), "");
-            std::remove(path.c_str());
-            EXPECT_THROW(FileMap{path}, std::system_error);
-            EXPECT_THROW(FileMap{testing::TempDir()}, std::system_error);
-
-            int ends[2] = {};
-            ASSERT_EQ(pipe(ends), 0);
-            ASSERT_EQ(write(ends[1], "piped", 5), 5);
-            close(ends[1]);
-            EXPECT_EQ(FileMap("/proc/self/fd/" + std::to_string(ends[0])).Bytes(), "piped");
-            close(ends[0]);
         }
     }
 }

@@ -66,7 +66,7 @@ namespace Tiff2PpfTest
                      "sheet 1 \"Brochure cover\", back: 1040 x 720 pixels at 50.8 per inch: Cyan, Magenta, Yellow, "
                      "Black\n"
                      "sheet 2 \"Order cards\", front: 720 x 520 pixels at 50.8 per inch: Black, Signal Orange\n");
-        EXPECT_TRUE(Ppf::CheckFile(folder / "out.ppf", Ppf::CheckDepth::Everything).empty());
+        EXPECT_TRUE(Ppf::Check(folder.Read("out.ppf"), Ppf::CheckDepth::Everything).empty());
     }
 
     TEST_F(ProgramTest, JobFileIsNotOverwritten)
