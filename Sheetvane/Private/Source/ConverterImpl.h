@@ -1,4 +1,4 @@
-// The job behind a converter: its sheets and its choices. The operations on it have a file each: SheetIntake,
+// The job of a converter: its sheets and its choices. The operations on it have a file each: SheetIntake,
 // ParameterIntake, ConversionDriver.
 #pragma once
 
