@@ -27,6 +27,7 @@ namespace FaultTest
                 {"packbits.tif", Tiff(COMPRESSION_PACKBITS)},
                 {"g4.tif", Tiff(COMPRESSION_CCITTFAX4, 1)},
                 {"plain.tif", Tiff(COMPRESSION_NONE)},
+                {"damaged.tif", Tiff(COMPRESSION_LZW).substr(0, 200)},
             };
         }
 
@@ -64,7 +65,7 @@ namespace FaultTest
             {"JobFile", 0, "tiff2ppf", {"job.json", "-o", "made/out.ppf", "--verbose"}, jobs},
             {"JobOnStandardInput", 0, "tiff2ppf", {"-", "-o", "-"}, Separations(), JobText},
             {"MissingSeparation", 1, "tiff2ppf", And(OneSheet, {"--back", "Cyan=none.tif", "-o", "out.ppf"}), older},
-            {"DamagedSeparation", 1, "tiff2ppf", And(OneSheet, {"--back", "Cyan=out.ppf", "-o", "out.ppf"}), older},
+            {"DamagedSeparation", 1, "tiff2ppf", And(OneSheet, {"--back", "Cyan=damaged.tif", "-o", "out.ppf"}), older},
             {"WrongCommandLine", 2, "tiff2ppf", And(OneSheet, {"--turbo", "-o", "out.ppf"}), older},
             {"WrongJobFile",
              2,

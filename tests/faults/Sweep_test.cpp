@@ -70,7 +70,9 @@ namespace FaultTest
                 if (outcome.status == 0 && good.status == 0)
                 {
                     // What --verbose says may be less than it would be, and nothing else.
-                    const bool isWhole = outcome.out == good.out && FilesIn(folder.Path()) == filesOfGood;
+                    // CLI11 composes the text of --help on a stream that swallows a single want of memory.
+                    const bool isHelp = scenario.name == "Help" && fault.call == "allocation" && !fault.withAllAfter;
+                    const bool isWhole = (outcome.out == good.out || isHelp) && FilesIn(folder.Path()) == filesOfGood;
                     return isWhole ? "" : "success without the whole result";
                 }
                 const bool isJobFile = outcome.errors.find("the job file cannot be read") != std::string::npos;
@@ -82,7 +84,7 @@ namespace FaultTest
                 {
                     return outcome.status == good.status ? "" : "a failure that need not be";
                 }
-                if (const std::string lines = WrongLine(outcome.errors); !lines.empty())
+                if (const std::string lines = WrongLine(outcome.errors, fault); !lines.empty())
                 {
                     return lines;
                 }
@@ -94,7 +96,7 @@ namespace FaultTest
             }
 
             /// One line says what failed; the others are what --verbose says in any case.
-            std::string WrongLine(const std::string& errors) const
+            std::string WrongLine(const std::string& errors, const Fault& fault) const
             {
                 const std::string start = scenario.program + ": error: ";
                 std::istringstream lines(errors);
@@ -108,9 +110,10 @@ namespace FaultTest
                         return "another line than an error";
                     }
                 }
-                // Findings are on standard output.
+                // Findings are on standard output, and the line itself may be what cannot be written.
                 const bool isFinding = good.status == 1 && good.errors.empty() && errors.empty();
-                return count == 1 || isFinding ? "" : "not one line that says what failed";
+                const bool isUnwritten = fault.call == "write" && errors.empty();
+                return count == 1 || isFinding || isUnwritten ? "" : "not one line that says what failed";
             }
 
             std::string WrongFile() const
