@@ -11,6 +11,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <pthread.h>
 #include <sys/mman.h>
@@ -172,7 +173,6 @@ extern "C"
     int __real_open(const char* path, int flags, ...);
     int __real_openat(int folder, const char* path, int flags, ...);
     ssize_t __real_pread(int file, void* bytes, std::size_t size, off_t offset);
-    int __real_pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*run)(void*), void* argument);
     ssize_t __real_pwrite(int file, const void* bytes, std::size_t size, off_t offset);
     ssize_t __real_read(int file, void* bytes, std::size_t size);
     ssize_t __real_readlink(const char* path, char* text, std::size_t size);
@@ -291,10 +291,16 @@ extern "C"
         return FailsOrIsInterrupted("pread") ? FailedRead() : __real_pread(file, bytes, Limited(size), offset);
     }
 
-    int __wrap_pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*run)(void*), void* argument)
+    /// Not by --wrap: it is the standard library that makes threads, and its call finds the program's function first.
+    int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*run)(void*), void* argument)
     {
-        // This one gives the error as its value.
-        return Fails("pthread_create") ? errno : __real_pthread_create(thread, attributes, run, argument);
+        if (Fails("pthread_create"))
+        {
+            return errno; // this one gives the error as its value
+        }
+        using Create = int (*)(pthread_t*, const pthread_attr_t*, void* (*)(void*), void*);
+        static const auto next = reinterpret_cast<Create>(dlsym(RTLD_NEXT, "pthread_create"));
+        return next(thread, attributes, run, argument);
     }
 
     ssize_t __wrap_pwrite(int file, const void* bytes, std::size_t size, off_t offset)

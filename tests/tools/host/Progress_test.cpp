@@ -69,6 +69,7 @@ namespace HostTest
         {
             const TestSupport::SystemFault fault("pthread_create", EAGAIN);
             const Progress progress(Terminal(), 1, "of the separations", 0ms);
+            EXPECT_TRUE(fault.HasHappened());
         }
         EXPECT_EQ(Rest(), "");
     }
