@@ -206,4 +206,35 @@ namespace JobsTest
             Convert(), "sheet 1 \"S\\x0a1\", front: 4 x 2 pixels at 2 per inch: c, k\n"
                        "sheet 1 \"S\\x0a1\", back: 4 x 2 pixels at 2 per inch: Black\n");
     }
+
+    // The test's files have 2 pixels per inch.
+    TEST_F(ConversionTest, PlateIsTurnedAndReducedAndItsSizesAreSaid)
+    {
+        folder.WriteTiff("c", 480, 240);
+        folder.WriteTiff("k", 480, 240);
+        AddSheet("S", {"c", "k"}).frontOrientation = Orientation::Rotate90;
+        job.inputResolution = 508;
+        settings.verbose = true;
+        settings.threads = 2;
+        EXPECT_EQ(Convert(), "sheet 1 \"S\", front: 240 x 480 pixels at 508 per inch to 24 x 48 at 50.8: c, k\n");
+        EXPECT_THAT(folder.Read("out.ppf"), HasSubstr("/CIP3PreviewImageWidth 24 def\n"));
+
+        job.reduction = KeepAll;
+        settings.isTerminal = true;
+        EXPECT_THAT(
+            Convert(),
+            HasSubstr("sheet 1 \"S\", front, separation \"c\" keeps its 508 pixels per inch; a preview has about "
+                      "50.8, which --resolution 50.8 makes of it\n"));
+    }
+
+    TEST_F(ConversionTest, SizesAreComparedOnceTheyAreReduced)
+    {
+        folder.WriteTiff("c", 480, 240);
+        folder.WriteTiff("k", 481, 240);
+        AddSheet("S", {"c", "k"});
+        job.inputResolution = 508;
+        EXPECT_EQ(Convert(), "");
+        folder.WriteTiff("k", 486, 240);
+        EXPECT_THAT(FailureOfConversion(), HasSubstr("/k, has 49 x 24 pixels once it is reduced"));
+    }
 }

@@ -190,6 +190,35 @@ namespace JobsTest
         EXPECT_EQ(RefusalOfFile(job), job + ": sheet 1 \"S1\": neither front nor back has a file");
     }
 
+    TEST(JobFile, PreviewsAndOrientationsAreRead)
+    {
+        const Job job = Read(R"({"jobName":"J","resolution":72.5,"inputResolution":2400,"frontOrientation":"rotate90",
+            "sheets":[{},{"frontOrientation":"flip0","backOrientation":"flip270"}]})");
+        EXPECT_EQ(job.reduction.resolution, 72.5);
+        EXPECT_EQ(job.reduction.onlyAbove, 0);
+        EXPECT_EQ(job.inputResolution, 2400);
+        EXPECT_EQ(job.sheets[0].frontOrientation, Orientation::Rotate90);
+        EXPECT_EQ(job.sheets[0].backOrientation, Orientation::Rotate0);
+        EXPECT_EQ(job.sheets[1].frontOrientation, Orientation::Flip0);
+        EXPECT_EQ(job.sheets[1].backOrientation, Orientation::Flip270);
+        EXPECT_EQ(Read(R"({"resolution":"keep"})").reduction.resolution, 0);
+        for (const char* const text : {R"({"resolution":"auto"})", "{}"})
+        {
+            EXPECT_EQ(Read(text).reduction.resolution, 50.8) << text;
+            EXPECT_EQ(Read(text).reduction.onlyAbove, 300) << text;
+        }
+        for (const char* const value : {"0.5", "2401", "-1", R"("600")", R"("Auto")", "null"})
+        {
+            EXPECT_THAT(RefusalOf(std::string(R"({"resolution":)") + value + "}"), HasSubstr("resolution: ")) << value;
+        }
+        for (const char* const value : {"0", "-1", R"("600")", R"("auto")"})
+        {
+            EXPECT_THAT(RefusalOf(std::string(R"({"inputResolution":)") + value + "}"), HasSubstr("inputResolution: "))
+                << value;
+        }
+        EXPECT_THAT(RefusalOf(R"({"frontOrientation":"rotate45"})"), HasSubstr("frontOrientation: \"rotate45\""));
+    }
+
     TEST(JobFile, ReadingIsContinuedAndItsFailureIsSaid)
     {
         const TestSupport::Folder folder;

@@ -87,6 +87,44 @@ namespace Tiff2PpfTest
         EXPECT_EQ(line.output, "out");
     }
 
+    TEST(CommandLine, OrientationBelongsToTheSheetBeforeItOrToAll)
+    {
+        const CommandLine line = Parse(
+            {"--job", "J", "--front-orientation", "flip180", "--sheet", "A", "--front", "K=k", "--sheet", "B",
+             "--front", "K=k", "--front-orientation", "rotate90", "--back-orientation", "flip270", "-o", "x"});
+        EXPECT_EQ(line.job.sheets[0].frontOrientation, Orientation::Flip180);
+        EXPECT_EQ(line.job.sheets[0].backOrientation, Orientation::Rotate0);
+        EXPECT_EQ(line.job.sheets[1].frontOrientation, Orientation::Rotate90);
+        EXPECT_EQ(line.job.sheets[1].backOrientation, Orientation::Flip270);
+        EXPECT_EQ(
+            Parse({"a.json", "--back-orientation", "rotate180", "-o", "x"}).backOrientation, Orientation::Rotate180);
+    }
+
+    TEST(CommandLine, PreviewsAreChosen)
+    {
+        const CommandLine line =
+            Parse({"a.json", "-o", "x", "--resolution", "72.5", "--input-resolution=2400", "--threads", "3"});
+        EXPECT_EQ(line.reduction->resolution, 72.5);
+        EXPECT_EQ(line.reduction->onlyAbove, 0);
+        EXPECT_EQ(line.inputResolution, 2400);
+        EXPECT_EQ(line.threads, 3U);
+        EXPECT_FALSE(Parse({"a.json", "-o", "x"}).reduction);
+        EXPECT_GE(Parse({"a.json", "-o", "x"}).threads, 1U);
+        for (const char* const word : {"0.9", "2400.1", "nan", "inf", "-50", "72x", "", "AUTO"})
+        {
+            EXPECT_THAT(RefusalOf({"a.json", "-o", "x", "--resolution", word}), HasSubstr("--resolution: ")) << word;
+        }
+        for (const char* const word : {"0", "-1", "inf", "nan", "auto"})
+        {
+            EXPECT_THAT(RefusalOf({"a.json", "-o", "x", "--input-resolution", word}), HasSubstr("--input-resolution: "))
+                << word;
+        }
+        for (const char* const word : {"0", "257", "1.5", "-1"})
+        {
+            EXPECT_THAT(RefusalOf({"a.json", "-o", "x", "--threads", word}), HasSubstr("--threads: ")) << word;
+        }
+    }
+
     TEST(CommandLine, HelpAndVersionAnswerWithoutAJob)
     {
         EXPECT_THAT(Parse({"--help"}).answer, HasSubstr("--mixed-sizes"));
@@ -121,6 +159,10 @@ namespace Tiff2PpfTest
             {{"--job", "J", "-o", "x", "--sheet", "A", "--param", "=1"}, "--param \"=1\": the key is empty"},
             {{"--job", "J", "-o", "x", "--sheet", "A", "--param", "X=1", "--param", "X=1"},
              "--param \"X\" is repeated"},
+            {{"a.json", "-o", "x", "--front-orientation", "rotate0", "--front-orientation", "rotate0"}, "is repeated"},
+            {{"--job", "J", "-o", "x", "--sheet", "A", "--back-orientation", "flip0", "--back-orientation", "flip0"},
+             "--back-orientation is repeated without a --sheet between"},
+            {{"--job", "J", "-o", "x", "--sheet", "A", "--back-orientation", "flip"}, "--back-orientation: \"flip\""},
             // The job as a whole.
             {{"--job", "J", "-o", "x"}, "the job has no sheet"},
             {{"--job", "a.json", "-o", "x"}, "a job file stands without it: tiff2ppf a.json"},
