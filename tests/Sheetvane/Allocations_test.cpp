@@ -163,6 +163,20 @@ namespace SheetvaneTest
         EXPECT_EQ(Written(converter), whole);
     }
 
+    TEST_P(Allocations, FailureOfAnotherKindKeepsItsTextWhereOneAllocationFailsOnTheWay)
+    {
+        SheetvaneConverter converter;
+        long count = 0;
+        for (bool failed = true; failed;)
+        {
+            const Outcome outcome = OutcomeOf(++count, GetParam(), [&] { Require(converter); });
+            failed = outcome.failed;
+            const bool isLost = failed && GetParam() == Failing::Lastingly;
+            EXPECT_EQ(outcome.text, isLost ? OutOfMemory : "Sheet index out of bounds") << count;
+        }
+        EXPECT_GT(count, 2);
+    }
+
     TEST_P(Allocations, FailedConversionCanBeRepeated)
     {
         SheetvaneConverter converter;
