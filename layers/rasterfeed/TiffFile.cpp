@@ -72,7 +72,7 @@ namespace RasterFeed
         }
     }
 
-    // Several of libtiff's codecs do not notice that there was no memory for their fields or data, so that is looked at here.
+    // Several of libtiff's codecs do not notice that there was no memory for their fields or data, so that is looked at here: what is then set or got, they would know.
     void TiffFile::UseCodec()
     {
         TIFF* const tiff = handle.get();
@@ -86,13 +86,11 @@ namespace RasterFeed
         }
         else if (compression == COMPRESSION_CCITTFAX3)
         {
-            ready = ready && TIFFFindField(tiff, TIFFTAG_T4OPTIONS, TIFF_ANY) != nullptr &&
-                    TIFFSetField(tiff, TIFFTAG_T4OPTIONS, facts.faxOptions.value_or(0)) == 1;
+            ready = ready && TIFFSetField(tiff, TIFFTAG_T4OPTIONS, facts.faxOptions.value_or(0)) == 1;
         }
         else if (HasPredictor(compression))
         {
-            ready = ready && TIFFFindField(tiff, TIFFTAG_PREDICTOR, TIFF_ANY) != nullptr &&
-                    TIFFSetField(tiff, TIFFTAG_PREDICTOR, Predictor()) == 1;
+            ready = ready && TIFFSetField(tiff, TIFFTAG_PREDICTOR, Predictor()) == 1;
         }
         if (!ready)
         {

@@ -272,6 +272,14 @@ namespace RasterFeedTest
         EXPECT_EQ(width(200, 0), 37u);
         EXPECT_EQ(width(250, 100), 37u);
         EXPECT_EQ(width(0, 100), 37u);
+        // The same where the lower one is that across.
+        form.resolution = 200;
+        form.yResolution = 300;
+        RasterFeedSelection selection = To(100);
+        selection.reduceAbove = 200;
+        EXPECT_EQ(DeliverView(MakeTiff(form, MixedSamples(8)), selection).header.lineCount, 23u);
+        selection.reduceAbove = 199;
+        EXPECT_EQ(DeliverView(MakeTiff(form, MixedSamples(8)), selection).header.lineCount, 8u);
     }
 
     TEST(Reduction, InputResolutionStandsInPlaceOfTheFiles)
