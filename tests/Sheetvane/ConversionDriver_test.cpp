@@ -295,7 +295,7 @@ namespace SheetvaneTest
         do
         {
             fake.log.clear();
-            TestSupport::FailOneAllocation(++count);
+            TestSupport::FailOneAllocation(static_cast<long>(++count));
             text = FailureOf([&] { Sheetvane::CreateCIP3File(job, location); });
             TestSupport::AllowAllocations();
             EXPECT_TRUE(
