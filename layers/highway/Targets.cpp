@@ -13,7 +13,7 @@
 
 #if HWY_ARCH_X86
 // The header has C's name for the type, which C++ compilers offer only as an extension.
-#define _Bool bool
+#define _Bool bool // NOLINT(readability-identifier-naming): C's name
 #include <sys/platform/x86.h>
 #endif
 
@@ -31,7 +31,7 @@ namespace Highway
         /// string in <hwy/ops/set_macros-inl.h> lists them, and what Highway itself asks for.
         struct Level
         {
-            std::int64_t target;
+            std::int64_t target = 0;
             std::initializer_list<unsigned> extensions;
         };
 

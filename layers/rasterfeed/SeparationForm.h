@@ -13,21 +13,21 @@ namespace RasterFeed
     /// How an accepted image is stored.
     struct SeparationForm
     {
-        std::uint32_t width;       ///< pixels, at least 1
-        std::uint32_t height;      ///< pixels, at least 1
-        unsigned bits;             ///< per sample: 1, 2, 4, 8 or 16
-        std::uint16_t compression; ///< as libtiff numbers them
-        bool inverted;             ///< the highest sample value is ink
-        Turn upright;              ///< what makes the stored image upright
-        bool lowestBitFirst;       ///< FillOrder 2
-        bool byteSwapped;          ///< 16-bit samples have the other byte order than the machine
-        bool differences;          ///< predictor 2: samples are compressed as differences from the one before
-        double resolution;         ///< along stored rows, pixels per inch, above 0 and finite
-        double resolutionDown;     ///< across stored rows, likewise
+        std::uint32_t width = 0;       ///< pixels, at least 1
+        std::uint32_t height = 0;      ///< pixels, at least 1
+        unsigned bits = 0;             ///< per sample: 1, 2, 4, 8 or 16
+        std::uint16_t compression = 0; ///< as libtiff numbers them
+        bool inverted = false;         ///< the highest sample value is ink
+        Turn upright;                  ///< what makes the stored image upright
+        bool lowestBitFirst = false;   ///< FillOrder 2
+        bool byteSwapped = false;      ///< 16-bit samples have the other byte order than the machine
+        bool differences = false;      ///< predictor 2: samples are compressed as differences from the one before
+        double resolution = 0;         ///< along stored rows, pixels per inch, above 0 and finite
+        double resolutionDown = 0;     ///< across stored rows, likewise
 
-        bool tiled;
-        std::uint32_t chunkWidth;  ///< columns of a strip (the image's width) or tile
-        std::uint32_t chunkHeight; ///< rows of a strip or tile, at most the image's height for strips
+        bool tiled = false;
+        std::uint32_t chunkWidth = 0;  ///< columns of a strip (the image's width) or tile
+        std::uint32_t chunkHeight = 0; ///< rows of a strip or tile, at most the image's height for strips
 
         /// Whether the compression is one of the CCITT's.
         bool IsFax() const;

@@ -226,7 +226,7 @@ namespace RasterFeed
                 return;
             }
         }
-        std::strcpy(message, text[0] != '\0' ? text : "no reason given");
+        std::snprintf(message, sizeof message, "%s", text[0] != '\0' ? text : "no reason given");
         messageIsError = isError;
     }
 }

@@ -120,7 +120,7 @@ namespace RasterFeed
         char message[256] = "";     ///< see Complaint; needs no memory, which may be what libtiff complains about
         bool messageIsError = false;
         bool leavesJpeg = false; ///< an error of the JPEG library goes to `outsideJpeg`
-        std::jmp_buf outsideJpeg;
+        std::jmp_buf outsideJpeg = {};
         std::unique_ptr<TIFF, decltype(&TIFFCleanup)> handle; ///< last, to go before what libtiff's callbacks use
     };
 }

@@ -14,20 +14,20 @@ namespace RasterFeed
     /// One direction of a view.
     struct ViewSide
     {
-        std::uint32_t pixels; ///< of the image
-        double resolution;    ///< of the image, pixels per inch
-        std::uint32_t cells;  ///< pixels of the view
-        double pixelsPerCell; ///< more than 1 if reduced, else 1
+        std::uint32_t pixels = 0; ///< of the image
+        double resolution = 0;    ///< of the image, pixels per inch
+        std::uint32_t cells = 0;  ///< pixels of the view
+        double pixelsPerCell = 1; ///< more than 1 if reduced, else 1
     };
 
     /// A view of one image.
     struct View
     {
         Turn turn; ///< from the stored image
-        bool isReduced;
-        ViewSide across;   ///< of the turned image
-        ViewSide down;     ///< of the turned image
-        double resolution; ///< of the view across, pixels per inch
+        bool isReduced = false;
+        ViewSide across;       ///< of the turned image
+        ViewSide down;         ///< of the turned image
+        double resolution = 0; ///< of the view across, pixels per inch
     };
 
     /// Whether every field of `selection` is one that it may have.
