@@ -257,7 +257,7 @@ namespace Pdf2Ppf
                 {
                     return isDuplex ? "Sheet %d" : "Page %d";
                 }
-                const std::string pattern = ResultOf(sheetName);
+                std::string pattern = ResultOf(sheetName);
                 if (pattern.find("%d") == std::string::npos)
                 {
                     throw Host::UsageError(

@@ -43,6 +43,7 @@ namespace Pdf2Ppf
         std::vector<char*> Pointers(std::vector<std::string>& texts)
         {
             std::vector<char*> pointers;
+            pointers.reserve(texts.size() + 1);
             for (std::string& text : texts)
             {
                 pointers.push_back(text.data());
@@ -86,8 +87,8 @@ namespace Pdf2Ppf
             SpawnRecords(const SpawnRecords&) = delete;
             SpawnRecords& operator=(const SpawnRecords&) = delete;
 
-            posix_spawn_file_actions_t actions;
-            posix_spawnattr_t attributes;
+            posix_spawn_file_actions_t actions = {};
+            posix_spawnattr_t attributes = {};
         };
 
         struct Pipe
