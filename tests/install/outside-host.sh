@@ -15,8 +15,11 @@ libdir=$(dirname "$(find "$prefix" -name libSheetvane.so)")
 say() { printf '%s\n' "$*"; }
 fail() { say "FAILED: $*" >&2; exit 1; }
 
-told=$(grep -rlF -e "$source" -e "$build" "$prefix" || true)
-[ -z "$told" ] || fail "these tell where they were built: $told"
+# Sanitizers' reports name the sources by their full paths, so what they instrument keeps those.
+if [ -z "$flags" ]; then
+    told=$(grep -rlF -e "$source" -e "$build" "$prefix" || true)
+    [ -z "$told" ] || fail "these tell where they were built: $told"
+fi
 
 cd "$prefix/include/sheetvane"
 headers=$(find . -name '*.h')
