@@ -57,7 +57,7 @@ namespace RasterFeed
 
         /// Whether to decode strips as a whole, of which the largest takes `stored` bytes in the file. Deflate is several times
         /// faster then, and PackBits survives writers that let a run go on into the next row; LZW and Group 4 are as fast line
-        /// by line and need no room.
+        /// by line and need no room. CCITT RLE can be decoded to a strip's end only so.
         bool DecodesWholeStrips(const SeparationForm& form, std::uint64_t stored)
         {
             switch (form.compression)
@@ -65,6 +65,8 @@ namespace RasterFeed
             case COMPRESSION_LZW:
             case COMPRESSION_CCITTFAX4:
                 return false;
+            case COMPRESSION_CCITTRLE:
+                return true;
             case COMPRESSION_ADOBE_DEFLATE:
             case COMPRESSION_DEFLATE:
                 return form.ChunkBytes() <= (stored <= ComfortableStrip ? ComfortableImage : ComfortableStrip);

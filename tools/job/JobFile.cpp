@@ -323,9 +323,11 @@ namespace Jobs
         /// A job file of a hundred thousand separations has a tenth of this.
         constexpr std::size_t MaxBytes = 128U << 20U;
 
+        /// Whether the name is of an open file, which stands in no folder; /dev/shm is a folder like others.
         bool IsDescriptor(const std::string& path)
         {
-            return path.rfind("/dev/", 0) == 0 || path.rfind("/proc/", 0) == 0;
+            const std::string folder = Host::FolderOf(path);
+            return folder == "/dev" || folder == "/dev/fd" || path.rfind("/proc/", 0) == 0;
         }
 
         /// Whether the text begins as TIFF does.

@@ -138,6 +138,26 @@ namespace RasterFeedTest
         }
     }
 
+    TEST(AcceptedForms, LastRowsOfCcittRleWhateverTheirCodes)
+    {
+        // Two colours in every row, so that its codes end anywhere in their last byte, and the next row's in the data's last two.
+        for (std::uint32_t width = 2; width < 20; ++width)
+        {
+            for (std::uint32_t white = 0; white < width; ++white)
+            {
+                TiffForm form;
+                form.width = width;
+                form.height = 5;
+                form.rowsPerStrip = 3;
+                form.bits = 1;
+                form.photometric = PHOTOMETRIC_MINISWHITE;
+                form.compression = COMPRESSION_CCITTRLE;
+                const SampleRule rule = [&](std::uint32_t x, std::uint32_t) { return x < white ? 0u : 1u; };
+                EXPECT_EQ(Deliver(MakeTiff(form, rule)).lines, ExpectedLines(form, rule)) << width << ", " << white;
+            }
+        }
+    }
+
     TEST(AcceptedForms, JpegOfFlatBlocksIsExact)
     {
         // Blocks of one value have no frequencies to lose: at quality 100 the round trip is exact.

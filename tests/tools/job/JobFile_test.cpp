@@ -1,4 +1,6 @@
+#include "host/Descriptor.h"
 #include "host/Failure.h"
+#include "host/Paths.h"
 #include "job/JobFile.h"
 #include "tests/support/Folder.h"
 #include "tests/support/SystemFaults.h"
@@ -6,6 +8,10 @@
 #include <gmock/gmock.h>
 
 #include <cerrno>
+#include <filesystem>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace JobsTest
 {
@@ -173,6 +179,22 @@ namespace JobsTest
         {
             return error.what();
         }
+    }
+
+    TEST(JobFile, RelativeNamesStandInItsFolderAndOfADescriptorInTheCurrentOne)
+    {
+        const auto fileOf = [](const std::string& name)
+        { return Host::FolderOf(LoadJobFile(name).sheets[0].front[0].file); };
+        const std::string text = R"({"jobName":"J","sheets":[{"front":[{"separation":"K","file":"k.tif"}]}]})";
+        const TestSupport::Folder folder;
+        EXPECT_EQ(fileOf(folder.Write("job.json", text)), folder.Path());
+        const Host::Descriptor file(open((folder / "job.json").c_str(), O_RDONLY));
+        EXPECT_EQ(fileOf("/dev/fd/" + std::to_string(file.Number())), Host::CurrentFolder());
+
+        const std::string inMemory = "/dev/shm/JobFile_test-" + std::to_string(getpid()) + ".json";
+        std::filesystem::copy_file(folder / "job.json", inMemory);
+        EXPECT_EQ(fileOf(inMemory), "/dev/shm");
+        std::filesystem::remove(inMemory);
     }
 
     TEST(JobFile, FileThatIsNoneIsNamed)
