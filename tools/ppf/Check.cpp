@@ -3,9 +3,9 @@
 #include "ppf/DecodedSize.h"
 #include "ppf/DocumentReader.h"
 #include "ppf/Keywords.h"
-#include "ppf/Number.h"
 #include "ppf/ScanLineReader.h"
 #include "ppf/Scanner.h"
+#include "ppf/ValueCheck.h"
 
 #include <algorithm>
 #include <array>
@@ -19,31 +19,6 @@ namespace Ppf
             return "\"" + name.substr(0, 100) + "\"";
         }
 
-        /// Two numbers between brackets, each with a unit of length or, in points, without.
-        bool IsExtent(std::string_view value)
-        {
-            constexpr std::array<std::string_view, 6> Units = {"inch", "mm", "cm", "m", "point", "pt"};
-            const std::vector<Token> tokens = TokensOf(value, 2 + 2 * 2);
-            if (tokens.size() < 2 || tokens.front().kind != TokenKind::Open || tokens.back().kind != TokenKind::Close)
-            {
-                return false;
-            }
-            int numbers = 0;
-            for (std::size_t i = 1; i + 1 < tokens.size(); ++i)
-            {
-                const bool isUnit = std::find(Units.begin(), Units.end(), tokens[i].text) != Units.end();
-                if (tokens[i].kind == TokenKind::Number && *NumberOf(tokens[i].text) >= 0)
-                {
-                    ++numbers;
-                }
-                else if (!isUnit || tokens[i - 1].kind != TokenKind::Number)
-                {
-                    return false;
-                }
-            }
-            return numbers == 2;
-        }
-
         class Checker
         {
         public:
@@ -55,6 +30,10 @@ namespace Ppf
 
             std::vector<Finding> Findings()
             {
+                if (depth == CheckDepth::Everything)
+                {
+                    findings = CheckValues(document);
+                }
                 CheckDirectory();
                 for (const Sheet& sheet : document.sheets)
                 {
@@ -79,10 +58,12 @@ namespace Ppf
             bool IsOpen(const Sheet& sheet) const;
             void CheckDirectoryEntry(const DirectoryEntry& entry, const Sheet& sheet, std::uint64_t sectionEnd);
             void CheckSheet(const Sheet& sheet);
-            void CheckValues(const Sheet& sheet);
+            void CheckNames(const Sheet& sheet);
+            void CheckSides(const Sheet& sheet);
             void CheckSurface(const Surface& surface);
             void CheckPreview(const Preview& preview);
             void CheckEndMark(const Preview& preview);
+            void CheckForm(const Preview& preview);
             void CheckSize(const Preview& preview);
             void CheckEnd();
 
@@ -175,7 +156,8 @@ namespace Ppf
             }
             if (depth == CheckDepth::Everything)
             {
-                CheckValues(sheet);
+                CheckNames(sheet);
+                CheckSides(sheet);
             }
             for (const Surface& surface : sheet.surfaces)
             {
@@ -183,21 +165,33 @@ namespace Ppf
             }
         }
 
-        void Checker::CheckValues(const Sheet& sheet)
+        void Checker::CheckNames(const Sheet& sheet)
         {
-            for (const std::string_view key : {Key::JobName, Key::SheetName})
+            if (sheet.Find(Key::JobName) && sheet.JobName().empty())
             {
-                const std::string_view value = sheet.Find(key).value_or("()");
-                const std::vector<Token> tokens = TokensOf(value, 1);
-                if (tokens.size() != 1 || tokens[0].kind != TokenKind::String)
-                {
-                    Add(document.OffsetOf(value), "value of /" + std::string(key) + " is not a string");
-                }
+                Add(sheet.offset, "sheet's job has an empty name");
             }
-            const std::optional<std::string_view> extent = sheet.Find(Key::Extent);
-            if (extent && !IsExtent(*extent))
+            if (document.sheets.size() > 1 && sheet.SheetName().empty() && !IsOpen(sheet))
             {
-                Add(document.OffsetOf(*extent), "value of /CIP3AdmPSExtent is not an array of two lengths");
+                Add(sheet.offset, "sheet has no name, but is one of several");
+            }
+        }
+
+        void Checker::CheckSides(const Sheet& sheet)
+        {
+            for (auto surface = sheet.surfaces.begin(); surface != sheet.surfaces.end(); ++surface)
+            {
+                const std::string name(NameOf(surface->side));
+                if (std::any_of(
+                        sheet.surfaces.begin(), surface,
+                        [&](const Surface& other) { return other.side == surface->side; }))
+                {
+                    Add(surface->offset, "sheet has a second " + name);
+                }
+                if (surface->previews.empty() && surface->separationNames.empty() && !document.damage)
+                {
+                    Add(surface->offset, name + " has no separation");
+                }
             }
         }
 
@@ -234,9 +228,33 @@ namespace Ppf
             }
             const std::size_t before = findings.size();
             CheckEndMark(preview);
+            if (depth == CheckDepth::Everything)
+            {
+                CheckForm(preview);
+            }
             if (depth != CheckDepth::Structure && findings.size() == before)
             {
                 CheckSize(preview);
+            }
+        }
+
+        /// What data can be decoded without, and that says that a byte of it is lost.
+        void Checker::CheckForm(const Preview& preview)
+        {
+            const std::uint64_t end = EndOfData(preview);
+            const std::string_view after = document.bytes.substr(static_cast<std::size_t>(end), 1);
+            if (preview.encoding == Encoding::Binary && !after.empty() && !IsWhiteSpace(after[0]))
+            {
+                Add(end, "no line end stands after the preview's data");
+            }
+            if (preview.encoding == Encoding::AsciiHex)
+            {
+                const auto digits = std::count_if(
+                    preview.data.begin(), preview.data.end(), [](char c) { return !IsWhiteSpace(c) && c != '>'; });
+                if (digits % 2 != 0)
+                {
+                    Add(end, "ASCIIHex data has an odd number of digits");
+                }
             }
         }
 

@@ -18,7 +18,7 @@ namespace Ppf
         /// The same, and the decoded size of every preview is held against its width and height. Pixels are made of JPEG
         /// data only. What a writer can hold its own file against, whatever values it was given to write.
         Sizes,
-        /// The same, and the values of entries and the end of run-length data are what the format asks for.
+        /// The same, and the values of entries, the sides of sheets and the form of data are what the format asks for.
         Everything
     };
 

@@ -109,7 +109,7 @@ namespace PpfTest
                 Findings(file("ASCIIHexDecode", "fe67 80>"), CheckDepth::Sizes), ElementsAre(HasSubstr("row 1 of 1")));
         }
 
-        TEST(Check, ExtentIsTwoLengthsAndNamesAreStrings)
+        TEST(Check, ValuesAreWhatTheFormatAsksFor)
         {
             const auto with = [](const std::string& text, const std::string& other)
             {
@@ -123,7 +123,7 @@ namespace PpfTest
             }
             for (const char* const bad :
                  {"(10 cm 10 cm)", "[]", "[10 cm]", "[10 cm 10 cm 10 cm]", "[cm 10 cm 10]", "[10 10 cm cm]",
-                  "[10 miles 10 miles]", "[-10 cm 10 cm]", "10"})
+                  "[10 miles 10 miles]", "[-10 cm 10 cm]", "[0 cm 10 cm]", "10"})
             {
                 EXPECT_THAT(
                     Findings(with(extent, bad)),
@@ -131,9 +131,32 @@ namespace PpfTest
                     << bad;
                 EXPECT_THAT(Findings(with(extent, bad), CheckDepth::Sizes), IsEmpty()) << bad;
             }
-            EXPECT_THAT(
-                Findings(with("(Job)", "12")), ElementsAre(HasSubstr("value of /CIP3AdmJobName is not a string")));
             EXPECT_THAT(Findings(with("(Job)", "<4A6F62>")), IsEmpty());
+            const char* const others[][3] = {
+                {"(Job)", "12", "77: value of /CIP3AdmJobName is not a string"},
+                {"(Job)", "()", "46: sheet's job has an empty name"},
+                {"(K)", "7", "value of /CIP3AdmSeparationNames is not an array of strings"},
+                {"Version 3.0", "Version x", "0: header's version is not a number"},
+                {"00ff", "00f", "ASCIIHex data has an odd number of digits"},
+                {"CIP3BeginFront", "/CIP3TransferFilmCurveData [0 0 1] def CIP3BeginFront", "is not a curve"},
+                {"CIP3BeginFront", "/CIP3TransferFilmCurveData [0 0 1.1 1] def CIP3BeginFront", "is not a curve"},
+                {"CIP3BeginFront", "/CIP3TransferPlateCurveData [.5 0 .4 1] def CIP3BeginFront", "is not a curve"},
+                {"CIP3EndSheet", "CIP3BeginFront CIP3EndFront CIP3EndSheet", "sheet has a second front"},
+                {"CIP3EndSheet", "CIP3BeginBack CIP3EndBack CIP3EndSheet", "back has no separation"},
+            };
+            for (const auto& [text, other, finding] : others)
+            {
+                EXPECT_THAT(Findings(with(text, other)), testing::Contains(HasSubstr(finding))) << other;
+            }
+            EXPECT_THAT(
+                Findings(with("CIP3BeginFront", "/CIP3TransferFilmCurveData [0 0 .5 .7 1 1] def CIP3BeginFront")),
+                IsEmpty());
+            std::string nameless = TwoSheets();
+            nameless.replace(324 + 23, 3, ")  ").replace(1352, 27, std::string(27, ' '));
+            EXPECT_THAT(Findings(nameless), ElementsAre("1313: sheet has no name, but is one of several"));
+            EXPECT_THAT(
+                Findings(FrontOf("(K)", Separation(4, 1, "None", "Binary", "abc"))),
+                ElementsAre(HasSubstr("no line end stands after the preview's data")));
         }
 
         TEST(Check, EntriesThatUsersNeedAreAskedFor)
