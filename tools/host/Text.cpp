@@ -1,5 +1,6 @@
 #include "host/Text.h"
 
+#include <algorithm>
 #include <system_error>
 
 namespace Host
@@ -103,8 +104,10 @@ namespace Host
         {
             return std::string(text);
         }
-        std::size_t head = most / 2;
-        std::size_t tail = text.size() - most / 2;
+        constexpr std::string_view Gap = " ... ";
+        const std::size_t half = (most - std::min(most, Gap.size())) / 2;
+        std::size_t head = half;
+        std::size_t tail = text.size() - half;
         // A character has three bytes after its first at most; text that is not UTF-8 is cut anywhere.
         for (int i = 0; i < 3 && head > 0 && IsContinuation(text[head]); ++i)
         {
@@ -114,7 +117,7 @@ namespace Host
         {
             ++tail;
         }
-        return std::string(text.substr(0, head)) + " ... " + std::string(text.substr(tail));
+        return std::string(text.substr(0, head)).append(Gap).append(text.substr(tail));
     }
 
     std::string SystemText(int problem)

@@ -26,7 +26,8 @@ namespace Host
     /// and paragraph separators, and bytes that are not UTF-8. Applied twice it changes nothing more.
     std::string OneLine(std::string_view text);
 
-    /// `text`, or of a longer one than `most` bytes its begin and its end with " ... " between, cut where characters are.
+    /// `text`, or of a longer one than `most` bytes its begin and its end with " ... " between, cut where characters are:
+    /// not more than `most` bytes of UTF-8.
     std::string Shortened(std::string_view text, std::size_t most);
 
     /// `text` as one line, of sensible length, between double quotes: a name for a message.

@@ -37,10 +37,10 @@ namespace HostTest
     TEST(Shortened, KeepsBeginAndEndAndCutsBetweenCharacters)
     {
         EXPECT_EQ(Shortened("0123456789", 10), "0123456789");
-        EXPECT_EQ(Shortened("0123456789abcdef", 10), "01234 ... bcdef");
+        EXPECT_EQ(Shortened("0123456789abcdef", 11), "012 ... def");
         // Three bytes each: the cut at the fourth byte moves to the third, and the one before the last four to the last three.
-        EXPECT_EQ(Shortened("印印印印", 8), "印 ... 印");
+        EXPECT_EQ(Shortened("印印印印印", 14), "印 ... 印");
         // What is not UTF-8 is cut where it falls, three bytes off at most.
-        EXPECT_EQ(Shortened(std::string(100, '\x80'), 20).size(), 7 + 5 + 7U);
+        EXPECT_EQ(Shortened(std::string(100, '\x80'), 20).size(), 4 + 5 + 4U);
     }
 }
