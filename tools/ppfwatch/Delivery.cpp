@@ -75,6 +75,25 @@ namespace PpfWatch
             throw Host::Failure("what an earlier run has left cannot be removed: " + path + ": " + problem.message());
         }
 
+        /// Names of the folders in `folder`; none if it is not there.
+        std::vector<std::string> FoldersIn(const std::string& folder)
+        {
+            std::vector<std::string> names;
+            std::error_code problem;
+            for (const fs::directory_entry& entry : fs::directory_iterator(folder, problem))
+            {
+                if (entry.is_directory())
+                {
+                    names.push_back(entry.path().filename());
+                }
+            }
+            if (problem && problem != std::errc::no_such_file_or_directory)
+            {
+                throw fs::filesystem_error("", folder, problem);
+            }
+            return names;
+        }
+
         /// Names of the files in `folder` and below, relative to it.
         std::vector<std::string> FilesBelow(const std::string& folder)
         {
@@ -99,17 +118,15 @@ namespace PpfWatch
 
     void Delivery::Recover()
     {
-        try
-        {
-            RemoveTree(folders.out + '/' + hiddenName);
-            unlink((folders.in + '/' + hiddenName + PartName).c_str());
-            TakeBack(folders.done);
-            TakeBack(folders.failed);
-        }
-        catch (const fs::filesystem_error& error)
-        {
-            throw Host::Failure(std::string("what an earlier run has left cannot be read: ") + error.what());
-        }
+        RemoveTree(folders.out + '/' + hiddenName);
+        unlink((folders.in + '/' + hiddenName + PartName).c_str());
+        TakeBack();
+    }
+
+    void Delivery::TakeBack() const
+    {
+        TakeBackFrom(folders.done);
+        TakeBackFrom(folders.failed);
     }
 
     std::string Delivery::NewResult()
@@ -169,51 +186,53 @@ namespace PpfWatch
         const std::string& folder, const std::string& job, const std::vector<Order::Source>& sources,
         const std::string& error) const
     {
-        const std::string hidden = folder + '/' + hiddenName;
-        const std::string staging = hidden + '/' + job;
         try
         {
-            MakeFolder(hidden);
-            MakeFolder(staging);
-            if (!error.empty())
-            {
-                WriteError(staging + '/' + ErrorName, error);
-            }
-            std::set<std::string> below; // folders of a job file's files, in `in` and in the hidden one
-            for (const Order::Source& source : sources)
-            {
-                if (StampOf(AT_FDCWD, folders.in + '/' + source.name) != source.stamp)
-                {
-                    throw Changed(source.name + " has changed since it was converted");
-                }
-                const std::string target = staging + '/' + source.name;
-                if (source.name.find('/') != std::string::npos)
-                {
-                    Host::MakeFolders(Host::FolderOf(target), true);
-                    below.insert({Host::FolderOf(target), Host::FolderOf(folders.in + '/' + source.name)});
-                }
-                MoveFile(folders.in + '/' + source.name, target, hidden + '/' + PartName);
-            }
-            for (const std::string& next : below)
-            {
-                SyncNames(next);
-            }
-            SyncNames(staging);
-            SyncNames(folders.in);
-            std::string place = Settle(folder, hidden, job);
-            SyncNames(folder);
-            return place;
+            return Move(folder, job, sources, error);
         }
-        catch (const Host::Failure&)
+        catch (const std::exception&)
         {
-            TakeBack(folder);
+            TakeBackFrom(folder);
             throw;
         }
-        catch (const Changed&)
+    }
+
+    std::string Delivery::Move(
+        const std::string& folder, const std::string& job, const std::vector<Order::Source>& sources,
+        const std::string& error) const
+    {
+        const std::string hidden = folder + '/' + hiddenName;
+        const std::string staging = hidden + '/' + job;
+        MakeFolder(hidden);
+        MakeFolder(staging);
+        if (!error.empty())
         {
-            TakeBack(folder);
-            throw;
+            WriteError(staging + '/' + ErrorName, error);
         }
+        std::set<std::string> below; // folders of a job file's files, in `in` and in the hidden one
+        for (const Order::Source& source : sources)
+        {
+            if (StampOf(AT_FDCWD, folders.in + '/' + source.name) != source.stamp)
+            {
+                throw Changed(source.name + " has changed since it was converted");
+            }
+            const std::string target = staging + '/' + source.name;
+            if (source.name.find('/') != std::string::npos)
+            {
+                Host::MakeFolders(Host::FolderOf(target), true);
+                below.insert({Host::FolderOf(target), Host::FolderOf(folders.in + '/' + source.name)});
+            }
+            MoveFile(folders.in + '/' + source.name, target, hidden + '/' + PartName);
+        }
+        for (const std::string& next : below)
+        {
+            SyncNames(next);
+        }
+        SyncNames(staging);
+        SyncNames(folders.in);
+        std::string place = Settle(folder, hidden, job);
+        SyncNames(folder);
+        return place;
     }
 
     /// Gives the hidden folder of a job its name, or the first of JOB-2, JOB-3 that is free. Gives its path.
@@ -233,25 +252,19 @@ namespace PpfWatch
         return place;
     }
 
-    void Delivery::TakeBack(const std::string& folder) const
+    void Delivery::TakeBackFrom(const std::string& folder) const
     {
         const std::string hidden = folder + '/' + hiddenName;
-        std::error_code problem;
-        std::vector<std::string> jobs;
-        for (const fs::directory_entry& entry : fs::directory_iterator(hidden, problem))
+        try
         {
-            if (entry.is_directory())
+            for (const std::string& job : FoldersIn(hidden))
             {
-                jobs.push_back(entry.path().filename());
+                TakeBackJob(folder, hidden, job);
             }
         }
-        if (problem == std::errc::no_such_file_or_directory)
+        catch (const fs::filesystem_error& error)
         {
-            return;
-        }
-        for (const std::string& job : jobs)
-        {
-            TakeBackJob(folder, hidden, job);
+            throw Host::Failure(std::string("what was being moved cannot be taken back: ") + error.what());
         }
         unlink((hidden + '/' + PartName).c_str());
         if (rmdir(hidden.c_str()) != 0 && errno != ENOENT)
@@ -266,6 +279,7 @@ namespace PpfWatch
         const std::string staging = hidden + '/' + job;
         unlink((staging + '/' + ErrorName).c_str());
         bool isOneLeft = false;
+        SyncNames(folders.in); // that it is there: nothing is made in its place
         for (const std::string& name : FilesBelow(staging))
         {
             const std::string moved = staging + '/' + name;

@@ -48,6 +48,10 @@ namespace PpfWatch
         /// at `in`. Throws Failure.
         void Recover();
 
+        /// Brings half-moved sources back to `in`. To be tried again after a move that threw Failure, as that may have come
+        /// from a folder that was gone. Throws Failure.
+        void TakeBack() const;
+
         /// A path for a result, for Publish or to be unlinked. The folder is made if need be: throws Failure.
         std::string NewResult();
 
@@ -59,7 +63,7 @@ namespace PpfWatch
 
         /// Steps 3 to 5 for a job that is done, and for one that has failed with the line `error`. Gives the folder where the
         /// sources are now. Throws Changed if a source is no longer what it was, and Failure; then they all are where they
-        /// were.
+        /// were, or will be by TakeBack.
         std::string MoveToDone(const std::string& job, const std::vector<Order::Source>& sources) const;
         std::string
         MoveToFailed(const std::string& job, const std::vector<Order::Source>& sources, const std::string& error) const;
@@ -78,7 +82,10 @@ namespace PpfWatch
         std::string MoveTo(
             const std::string& folder, const std::string& job, const std::vector<Order::Source>& sources,
             const std::string& error) const;
-        void TakeBack(const std::string& folder) const;
+        std::string Move(
+            const std::string& folder, const std::string& job, const std::vector<Order::Source>& sources,
+            const std::string& error) const;
+        void TakeBackFrom(const std::string& folder) const;
         void TakeBackJob(const std::string& folder, const std::string& hidden, const std::string& job) const;
         std::string Settle(const std::string& folder, const std::string& hidden, const std::string& job) const;
 

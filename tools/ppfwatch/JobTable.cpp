@@ -576,7 +576,7 @@ namespace PpfWatch
         {
             const auto file = known.find(source.name);
             const bool isShared = file != known.end() && file->second.jobs.size() > 1;
-            if (IsInFolder(source.name) && !isShared)
+            if (IsInFolder(source.name) && !isShared && !IsLeftAlone(source.name))
             {
                 leaving.push_back(source);
             }

@@ -104,8 +104,8 @@ namespace PpfWatch
         /// The whole job that has waited longest; none if there is none.
         std::optional<Order> Take();
 
-        /// Of the sources of a job that was taken, those that leave the folder with it: they lie in it, and no other job
-        /// needs them.
+        /// Of the sources of a job that was taken, those that leave the folder with it: they lie in it, no other job needs
+        /// them, and they are not of those that stay, whoever names them.
         std::vector<Order::Source> LeavingWith(const Order& order) const;
 
         /// The job is over and the files `left` have gone. What has come for it meanwhile is a new job.

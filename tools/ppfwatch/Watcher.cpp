@@ -195,7 +195,8 @@ namespace PpfWatch
         for (const std::string& name : notices.names)
         {
             const std::optional<Stamp> stamp = look.Look(name);
-            if (stamp || std::filesystem::exists(std::filesystem::symlink_status(look.PathOf(name))))
+            std::error_code ignored; // a share that is gone says so when it is looked at
+            if (stamp || std::filesystem::exists(std::filesystem::symlink_status(look.PathOf(name), ignored)))
             {
                 table.Seen(name, stamp, now);
             }
@@ -343,6 +344,25 @@ namespace PpfWatch
 
     void Watcher::MoveUnmoved()
     {
+        const bool isOneDue =
+            std::any_of(unmoved.begin(), unmoved.end(), [&](const Over& over) { return over.next <= now; });
+        if (!isOneDue)
+        {
+            return;
+        }
+        try
+        {
+            delivery.TakeBack();
+        }
+        catch (const Host::Failure&)
+        {
+            // Said when it began. The others wait as well, as their sources go the same way.
+            for (Over& over : unmoved)
+            {
+                over.next = now + RetryTime;
+            }
+            return;
+        }
         for (Over& over : std::exchange(unmoved, {}))
         {
             if (over.next > now)

@@ -127,14 +127,6 @@ namespace PpfWatchTest
             EXPECT_EQ(folder.Read("done/J/a"), "older");
         }
 
-        TEST_F(DeliveryTest, FailedJobHasItsLineBesideItsFiles)
-        {
-            NewDelivery().MoveToFailed("J", Drop({"a", "sub/b"}), "tiff2ppf: error: because\nof \xFF");
-            EXPECT_EQ(folder.Read("failed/J/error.txt"), "tiff2ppf: error: because\\x0aof \\xff\n");
-            EXPECT_THAT(Names("failed/J"), ElementsAre("a", "error.txt", "sub"));
-            EXPECT_EQ(folder.Read("failed/J/sub/b"), "sub/b");
-        }
-
         TEST_F(DeliveryTest, SourceThatHasChangedKeepsAllWhereTheyWere)
         {
             const auto sources = Drop({"a", "b"});
@@ -232,6 +224,19 @@ namespace PpfWatchTest
             EXPECT_EQ(folder.Read("in/b"), "converted, too");
             EXPECT_EQ(folder.Read("done/J/a"), "converted");
             EXPECT_THAT(Names("done"), ElementsAre("J"));
+        }
+
+        TEST_F(DeliveryTest, SourcesAreTakenBackOnceTheirFolderIsThereAgain)
+        {
+            fs::create_directories(folder / "done/.ppfwatch-1/J/sub");
+            folder.Write("done/.ppfwatch-1/J/sub/a", "moved");
+            fs::rename(folder / "in", folder / "away");
+            EXPECT_THROW(NewDelivery().TakeBack(), Host::Failure);
+            EXPECT_FALSE(fs::exists(folder / "in")) << "a folder that may be a share is not made";
+            fs::rename(folder / "away", folder / "in");
+            NewDelivery().TakeBack();
+            EXPECT_EQ(folder.Read("in/sub/a"), "moved");
+            EXPECT_THAT(Names("done"), IsEmpty());
         }
 
         TEST_F(DeliveryTest, ObstacleIsFoundByTrying)
