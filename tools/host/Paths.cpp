@@ -89,7 +89,10 @@ namespace Host
         {
             return;
         }
-        MakeFolders(FolderOf(folder), toDisk);
+        if (const std::string above = FolderOf(folder); above != folder)
+        {
+            MakeFolders(above, toDisk);
+        }
         if (mkdir(folder.c_str(), S_IRWXU | S_IRWXG | S_IRWXO) != 0)
         {
             const int problem = errno;

@@ -162,6 +162,34 @@ namespace Jobs
             { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_'; };
             return !key.empty() && std::all_of(key.begin(), key.end(), isPlain);
         }
+
+        /// Values alone are left to the parser's class: without elements it takes no memory to give memory back.
+        struct Writer
+        {
+            template <class Alone>
+            std::string operator()(const Alone& value) const
+            {
+                return Json(value).dump();
+            }
+            std::string operator()(const JsonArray& elements) const
+            {
+                std::string text;
+                for (const JsonValue& element : elements)
+                {
+                    text += (text.empty() ? "" : ",") + JsonText(element);
+                }
+                return '[' + text + ']';
+            }
+            std::string operator()(const JsonObject& members) const
+            {
+                std::string text;
+                for (const auto& [key, value] : members)
+                {
+                    text += (text.empty() ? "" : ",") + (*this)(key) + ':' + JsonText(value);
+                }
+                return '{' + text + '}';
+            }
+        };
     }
 
     JsonRefusal::JsonRefusal(const std::string& place, const std::string& why)
@@ -188,5 +216,10 @@ namespace Jobs
         Builder builder;
         Json::sax_parse(text, &builder);
         return builder.Take();
+    }
+
+    std::string JsonText(const JsonValue& value)
+    {
+        return std::visit(Writer(), value.is);
     }
 }

@@ -48,4 +48,7 @@ namespace Jobs
 
     /// The one JSON value that `text` holds. Throws JsonRefusal.
     JsonValue ReadStrictJson(std::string_view text);
+
+    /// The value, whose strings are UTF-8, as JSON text in one line.
+    std::string JsonText(const JsonValue& value);
 }

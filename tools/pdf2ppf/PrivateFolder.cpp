@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <new>
 #include <system_error>
 
 #include <dirent.h>
@@ -20,6 +21,22 @@
 
 namespace Pdf2Ppf
 {
+    namespace
+    {
+        void RemoveTree(const std::string& path) noexcept
+        {
+            try
+            {
+                std::error_code ignored;
+                std::filesystem::remove_all(path, ignored);
+            }
+            catch (const std::bad_alloc&)
+            {
+                return;
+            }
+        }
+    }
+
     PrivateFolder::PrivateFolder()
         : path(Host::TemporaryFolder() + "/sheetvane-XXXXXX")
     {
@@ -43,8 +60,12 @@ namespace Pdf2Ppf
 
     PrivateFolder::~PrivateFolder()
     {
-        std::error_code ignored;
-        std::filesystem::remove_all(path, ignored);
+        // Files need no memory to be gone; folders among them, which Ghostscript has never made, may stay for want of it.
+        Empty();
+        if (rmdir(path.c_str()) != 0)
+        {
+            RemoveTree(path);
+        }
         ForgetFolder();
     }
 

@@ -7,8 +7,6 @@
 #include "job/JobFile.h"
 #include "job/StrictJson.h"
 
-#include <nlohmann/json.hpp>
-
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -16,7 +14,7 @@
 #include <cmath>
 #include <fstream>
 #include <iterator>
-#include <sstream>
+#include <string_view>
 #include <type_traits>
 #include <variant>
 
@@ -24,7 +22,8 @@ namespace PpfWatch
 {
     namespace
     {
-        using Json = nlohmann::json;
+        using Jobs::JsonObject;
+        using Jobs::JsonValue;
         using JsonFault = Jobs::JsonRefusal;
 
         constexpr std::array<const char*, 10> Members = {"in",         "out",           "done",        "failed",
@@ -39,64 +38,90 @@ namespace PpfWatch
         constexpr double MinResolution = 1;
         constexpr double MaxResolution = 2400;
 
-        std::string TextOf(const Json& config, const char* key, const char* absent)
+        /// The member, or null if there is none of that name.
+        const JsonValue* Find(const JsonObject& config, const char* key)
         {
-            if (!config.contains(key))
+            const auto found = config.find(key);
+            return found == config.end() ? nullptr : &found->second;
+        }
+
+        std::string TextOf(const JsonObject& config, const char* key, const char* absent)
+        {
+            const JsonValue* const value = Find(config, key);
+            if (value == nullptr)
             {
                 return absent;
             }
-            if (!config[key].is_string())
+            const auto* const text = value->As<std::string>();
+            if (text == nullptr)
             {
-                throw JsonFault(key, std::string("a string is needed, not ") + config[key].type_name());
+                throw JsonFault(key, "a string is needed");
             }
-            const auto& text = config[key].get_ref<const std::string&>();
-            if (text.empty() || text.find('\0') != std::string::npos)
+            if (text->empty() || text->find('\0') != std::string::npos)
             {
                 throw JsonFault(key, "this may not be empty or hold the character \\u0000");
             }
-            return text;
+            return *text;
         }
 
         /// Without "." and empty parts, so that a folder has one spelling; ".." stays, as links give it its meaning.
         std::string Tidied(const std::string& path)
         {
             std::string tidied;
-            std::istringstream parts(path);
-            for (std::string part; std::getline(parts, part, '/');)
+            std::string_view rest = path;
+            while (!rest.empty())
             {
+                const std::string_view part = rest.substr(0, rest.find('/'));
+                rest.remove_prefix(std::min(rest.size(), part.size() + 1));
                 if (!part.empty() && part != ".")
                 {
-                    tidied += '/' + part;
+                    tidied += '/' + std::string(part);
                 }
             }
             return tidied.empty() ? "/" : tidied;
         }
 
-        std::uint64_t
-        CountOf(const Json& config, const char* key, std::uint64_t absent, std::uint64_t least, std::uint64_t most)
+        std::uint64_t CountOf(
+            const JsonObject& config, const char* key, std::uint64_t absent, std::uint64_t least, std::uint64_t most)
         {
-            if (!config.contains(key))
+            const JsonValue* const value = Find(config, key);
+            if (value == nullptr)
             {
                 return absent;
             }
-            const Json& value = config[key];
-            if (!value.is_number_unsigned() || value.get<std::uint64_t>() < least || value.get<std::uint64_t>() > most)
+            const auto* const count = value->As<std::uint64_t>();
+            if (count == nullptr || *count < least || *count > most)
             {
                 throw JsonFault(
                     key, "an integer from " + std::to_string(least) + " to " + std::to_string(most) + " is needed");
             }
-            return value.get<std::uint64_t>();
+            return *count;
         }
 
-        std::chrono::milliseconds SettleOf(const Json& config)
+        /// The number that the value is; less than any that is taken if it is none.
+        double NumberOf(const JsonValue& value)
+        {
+            return std::visit(
+                [](const auto& is) -> double
+                {
+                    using Type = std::decay_t<decltype(is)>;
+                    if constexpr (std::is_arithmetic_v<Type> && !std::is_same_v<Type, bool>)
+                    {
+                        return static_cast<double>(is);
+                    }
+                    return -1;
+                },
+                value.is);
+        }
+
+        std::chrono::milliseconds SettleOf(const JsonObject& config)
         {
             constexpr double Absent = 5;
             constexpr double MillisecondsPerSecond = 1000;
             double seconds = Absent;
-            if (config.contains("settleSeconds"))
+            if (const JsonValue* const value = Find(config, "settleSeconds"))
             {
-                const Json& value = config["settleSeconds"];
-                seconds = value.is_number() ? value.get<double>() : -1;
+                seconds = NumberOf(*value);
                 if (!(seconds >= 0 && seconds <= MaxSettleSeconds))
                 {
                     throw JsonFault("settleSeconds", "a number of seconds from 0 to 86400 is needed");
@@ -105,21 +130,21 @@ namespace PpfWatch
             return std::chrono::milliseconds(std::llround(seconds * MillisecondsPerSecond));
         }
 
-        std::string ResolutionOf(const Json& config)
+        std::string ResolutionOf(const JsonObject& config)
         {
-            if (!config.contains("resolution"))
+            const JsonValue* const value = Find(config, "resolution");
+            if (value == nullptr)
             {
                 return "auto";
             }
-            const Json& value = config["resolution"];
-            const bool isWord = value.is_string() && (value == "auto" || value == "keep");
-            const bool isNumber =
-                value.is_number() && value.get<double>() >= MinResolution && value.get<double>() <= MaxResolution;
+            const auto* const word = value->As<std::string>();
+            const bool isWord = word != nullptr && (*word == "auto" || *word == "keep");
+            const bool isNumber = NumberOf(*value) >= MinResolution && NumberOf(*value) <= MaxResolution;
             if (!isWord && !isNumber)
             {
                 throw JsonFault("resolution", "\"auto\", \"keep\", or a number from 1 to 2400 is needed");
             }
-            return isWord ? value.get<std::string>() : value.dump();
+            return isWord ? *word : JsonText(*value);
         }
 
         /// The text that a value becomes in a PPF file.
@@ -160,13 +185,15 @@ namespace PpfWatch
 
         /// A sheet's parameters in a job file obey the rules of job files, so that is where they are checked: in the smallest
         /// job that has them.
-        void TakeParameters(const Json& parameters, Config& config)
+        void TakeParameters(const JsonValue& parameters, Config& config)
         {
-            const Json job = {
-                {"sheets", {{{"front", {{{"separation", "Black"}, {"file", "k.tif"}}}}, {"parameters", parameters}}}}};
+            config.parameters = JsonText(parameters);
             try
             {
-                const Jobs::Job read = Jobs::ReadJob(job.dump(), "/");
+                const Jobs::Job read = Jobs::ReadJob(
+                    R"({"sheets":[{"front":[{"separation":"Black","file":"k.tif"}],"parameters":)" + config.parameters +
+                        "}]}",
+                    "/");
                 for (const auto& [key, value] : read.sheets.front().parameters)
                 {
                     config.parameterText[key] = PostScriptOf(value);
@@ -178,10 +205,9 @@ namespace PpfWatch
                 const std::string place = "sheets[0].";
                 throw JsonFault(what.rfind(place, 0) == 0 ? what.substr(place.size()) : what);
             }
-            config.parameters = parameters.dump();
         }
 
-        NamePattern NamesOf(const Json& json)
+        NamePattern NamesOf(const JsonObject& json)
         {
             try
             {
@@ -193,13 +219,9 @@ namespace PpfWatch
             }
         }
 
-        void CheckMembers(const Json& json)
+        void CheckMembers(const JsonObject& json)
         {
-            if (!json.is_object())
-            {
-                throw JsonFault(std::string("an object is needed, not ") + json.type_name());
-            }
-            for (const auto& [key, value] : json.items())
+            for (const auto& [key, value] : json)
             {
                 if (std::find(Members.begin(), Members.end(), key) == Members.end())
                 {
@@ -213,8 +235,14 @@ namespace PpfWatch
             }
         }
 
-        Config ConfigOf(const Json& json, const std::string& folder)
+        Config ConfigOf(const JsonValue& value, const std::string& folder)
         {
+            const auto* const members = value.As<JsonObject>();
+            if (members == nullptr)
+            {
+                throw JsonFault("an object is needed");
+            }
+            const JsonObject& json = *members;
             CheckMembers(json);
             const auto folderOf = [&](const char* key)
             { return Tidied(Host::AbsolutePath(TextOf(json, key, key), folder)); };
@@ -235,7 +263,8 @@ namespace PpfWatch
             config.separations = CountOf(json, "separations", 0, 0, MaxSeparations);
             config.workers = CountOf(json, "workers", DefaultWorkers, 1, MaxWorkers);
             config.resolution = ResolutionOf(json);
-            TakeParameters(json.contains("parameters") ? json["parameters"] : Json::object(), config);
+            const JsonValue* const parameters = Find(json, "parameters");
+            TakeParameters(parameters == nullptr ? JsonValue{JsonObject()} : *parameters, config);
             return config;
         }
     }
@@ -251,8 +280,7 @@ namespace PpfWatch
                 throw Host::UsageError(path + ": the configuration cannot be read: " + Host::SystemText(errno));
             }
             const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-            Jobs::ReadStrictJson(text); // as strictly as a job file
-            return ConfigOf(Json::parse(text), Host::FolderOf(place));
+            return ConfigOf(Jobs::ReadStrictJson(text), Host::FolderOf(place));
         }
         catch (const JsonFault& fault)
         {

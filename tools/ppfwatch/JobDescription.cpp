@@ -2,9 +2,8 @@
 
 #include "host/Failure.h"
 #include "host/Text.h"
+#include "job/StrictJson.h"
 #include "ppfwatch/SetOrder.h"
-
-#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <map>
@@ -13,8 +12,6 @@ namespace PpfWatch
 {
     namespace
     {
-        using Json = nlohmann::ordered_json;
-
         struct NaturalOrder
         {
             bool operator()(const std::string& a, const std::string& b) const { return IsNaturallyBefore(a, b); }
@@ -59,35 +56,39 @@ namespace PpfWatch
                 [](const Order::Source& source) { return Host::IsUtf8(source.name); });
         }
 
-        Json JsonOf(const Surface& surface)
+        std::string JsonOf(const std::string& text)
         {
-            Json separations = Json::array();
+            return Jobs::JsonText({text});
+        }
+
+        std::string JsonOf(const Surface& surface)
+        {
+            std::string separations;
             for (const auto& [ink, file] : surface)
             {
-                separations.push_back({{"separation", ink}, {"file", file}});
+                separations += separations.empty() ? "" : ",";
+                separations += R"({"separation":)" + JsonOf(ink) + R"(,"file":)" + JsonOf(file) + '}';
             }
-            return separations;
+            return '[' + separations + ']';
         }
 
         /// Members that are left at their default are not there.
         std::string JobFileOf(const Order& order, const Sheets& sheets, const Config& config)
         {
-            Json job = {{"jobName", order.job}};
+            std::string job = R"({"jobName":)" + JsonOf(order.job);
             if (config.resolution != "auto")
             {
-                job["resolution"] = config.resolution == "keep" ? Json("keep") : Json::parse(config.resolution);
+                job += R"(,"resolution":)" + (config.resolution == "keep" ? JsonOf("keep") : config.resolution);
             }
-            const Json parameters = Json::parse(config.parameters);
-            job["sheets"] = Json::array();
+            job += R"(,"sheets":[)";
+            const char* separator = "";
             for (const auto& [name, sheet] : sheets)
             {
-                job["sheets"].push_back(
-                    {{"sheetName", name},
-                     {"front", JsonOf(sheet.front)},
-                     {"back", JsonOf(sheet.back)},
-                     {"parameters", parameters}});
+                job += separator + (R"({"sheetName":)" + JsonOf(name)) + R"(,"front":)" + JsonOf(sheet.front) +
+                       R"(,"back":)" + JsonOf(sheet.back) + R"(,"parameters":)" + config.parameters + '}';
+                separator = ",";
             }
-            return job.dump();
+            return job + "]}";
         }
 
         void AddParameters(std::vector<std::string>& arguments, const Config& config)

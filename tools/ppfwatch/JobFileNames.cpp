@@ -1,15 +1,18 @@
 #include "ppfwatch/JobFileNames.h"
 
-#include <nlohmann/json.hpp>
+#include "job/StrictJson.h"
 
 #include <algorithm>
 #include <fstream>
+#include <iterator>
 
 namespace PpfWatch
 {
     namespace
     {
-        using Json = nlohmann::json;
+        using Jobs::JsonArray;
+        using Jobs::JsonObject;
+        using Jobs::JsonValue;
 
         /// The name without "./" before it, so that one file has one name.
         std::string Plain(std::string name)
@@ -21,14 +24,23 @@ namespace PpfWatch
             return name;
         }
 
-        void Take(const Json& element, const char* key, std::vector<std::string>& names)
+        /// The member, if `value` is an object that has it and it is of this type.
+        template <class Type>
+        const Type* MemberOf(const JsonValue& value, const char* key)
         {
-            const auto found = element.find(key);
-            if (found == element.end() || !found->is_string() || found->get_ref<const std::string&>().empty())
+            const auto* const members = value.As<JsonObject>();
+            const auto found = members == nullptr ? JsonObject::const_iterator() : members->find(key);
+            return members == nullptr || found == members->end() ? nullptr : found->second.As<Type>();
+        }
+
+        void Take(const JsonValue& element, const char* key, std::vector<std::string>& names)
+        {
+            const auto* const text = MemberOf<std::string>(element, key);
+            if (text == nullptr || text->empty())
             {
                 return;
             }
-            std::string name = Plain(found->get<std::string>());
+            std::string name = Plain(*text);
             if (std::find(names.begin(), names.end(), name) == names.end())
             {
                 names.push_back(std::move(name));
@@ -38,28 +50,20 @@ namespace PpfWatch
 
     std::optional<JobFileNames> NamesInJobFile(const std::string& path)
     {
-        std::ifstream file(path, std::ios::binary);
-        const Json job = Json::parse(file, nullptr, false);
-        if (job.is_discarded())
-        {
-            return std::nullopt;
-        }
         JobFileNames names;
-        if (!job.is_object() || !job.contains("sheets"))
+        try
         {
-            return names;
-        }
-        for (const Json& sheet : job["sheets"])
-        {
-            for (const char* const side : {"front", "back"})
+            std::ifstream file(path, std::ios::binary);
+            const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+            const JsonValue job = Jobs::ReadStrictJson(text);
+            const JsonArray none;
+            const auto* const sheets = MemberOf<JsonArray>(job, "sheets");
+            for (const JsonValue& sheet : sheets == nullptr ? none : *sheets)
             {
-                if (!sheet.is_object() || !sheet.contains(side) || !sheet[side].is_array())
+                for (const char* const side : {"front", "back"})
                 {
-                    continue;
-                }
-                for (const Json& element : sheet[side])
-                {
-                    if (element.is_object())
+                    const auto* const elements = MemberOf<JsonArray>(sheet, side);
+                    for (const JsonValue& element : elements == nullptr ? none : *elements)
                     {
                         Take(element, "file", names.files);
                         Take(element, "inks", names.files);
@@ -67,6 +71,14 @@ namespace PpfWatch
                     }
                 }
             }
+        }
+        catch (const Jobs::JsonRefusal&)
+        {
+            return std::nullopt;
+        }
+        catch (const std::ios_base::failure&)
+        {
+            return std::nullopt;
         }
         return names;
     }

@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <filesystem>
+#include <new>
 #include <system_error>
 
 #include <sys/stat.h>
@@ -49,10 +50,18 @@ namespace PpfWatch
 
     void Scratch::Remove() const noexcept
     {
-        if (IsOurs())
+        if (!IsOurs())
+        {
+            return;
+        }
+        try
         {
             std::error_code ignored;
             std::filesystem::remove_all(path, ignored);
+        }
+        catch (const std::bad_alloc&)
+        {
+            return; // the next watcher removes it
         }
     }
 }
