@@ -55,9 +55,11 @@ namespace FaultTest
         , errors(MemoryFile("errors"))
     {
         Checked(pwrite(input, theInput.data(), theInput.size(), 0), "pwrite");
-        const int shared = MemoryFile("order");
-        Checked(ftruncate(shared, sizeof(Order)), "ftruncate");
-        order = static_cast<Order*>(mmap(nullptr, sizeof(Order), PROT_READ | PROT_WRITE, MAP_SHARED, shared, 0));
+        const int memory = MemoryFile("order");
+        Checked(ftruncate(memory, sizeof(SharedMemory)), "ftruncate");
+        shared = static_cast<SharedMemory*>(
+            mmap(nullptr, sizeof(SharedMemory), PROT_READ | PROT_WRITE, MAP_SHARED, memory, 0));
+        const std::string searched = path.substr(0, path.rfind('/')) + ':' + std::getenv("PATH");
         std::array<int, 2> pair{};
         Checked(socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, pair.data()), "socketpair");
         commands = pair[0];
@@ -71,23 +73,26 @@ namespace FaultTest
             }
             argv.push_back(nullptr);
             if (chdir(folder.c_str()) == 0 && dup2(input, STDIN_FILENO) >= 0 && dup2(output, STDOUT_FILENO) >= 0 &&
-                dup2(errors, STDERR_FILENO) >= 0 && dup2(shared, OrderDescriptor) >= 0 &&
+                dup2(errors, STDERR_FILENO) >= 0 && dup2(memory, OrderDescriptor) >= 0 &&
                 dup2(pair[1], CommandDescriptor) >= 0 && setenv("TMPDIR", folder.c_str(), 1) == 0 &&
-                setenv("LD_PRELOAD", FAULTS_PRELOAD, 1) == 0)
+                setenv("PATH", searched.c_str(), 1) == 0 && setenv("LD_LIBRARY_PATH", PROGRAMS, 1) == 0 &&
+                setenv("LD_PRELOAD", FAULTS_PRELOAD, 1) == 0 &&
+                setenv("LD_BIND_NOW", "1", 1) == 0 && // once, and not in every run
+                setenv("JOURNAL_STREAM", "1:2", 1) == 0 && setenv("INVOCATION_ID", "x", 1) == 0) // no times in lines
             {
                 execv(path.c_str(), argv.data());
             }
             _exit(127);
         }
         close(pair[1]);
-        close(shared);
+        close(memory);
     }
 
     FaultedProgram::~FaultedProgram()
     {
         close(commands); // ends it
         waitpid(static_cast<pid_t>(process), nullptr, 0);
-        munmap(order, sizeof(Order));
+        munmap(shared, sizeof(SharedMemory));
         for (const int file : {input, output, errors})
         {
             close(file);
@@ -96,15 +101,37 @@ namespace FaultTest
 
     Outcome FaultedProgram::Run(const Fault& fault)
     {
+        Order& order = shared->order = {};
+        std::strncpy(order.call, fault.call.c_str(), sizeof order.call - 1);
+        order.number = fault.number;
+        order.withAllAfter = fault.withAllAfter;
+        order.isShort = fault.isShort;
+        order.error = fault.error;
+        return RunOrdered();
+    }
+
+    std::pair<Outcome, std::vector<Call>> FaultedProgram::Record()
+    {
+        shared->order = {};
+        shared->order.isRecorded = true;
+        Outcome outcome = RunOrdered();
+        if (shared->order.count > MostRecorded)
+        {
+            throw std::runtime_error("the program makes more calls than can be recorded");
+        }
+        std::vector<Call> calls;
+        for (long i = 0; i < shared->order.count; ++i)
+        {
+            calls.push_back({shared->calls[i].name, shared->calls[i].stack});
+        }
+        return {std::move(outcome), std::move(calls)};
+    }
+
+    Outcome FaultedProgram::RunOrdered()
+    {
         Checked(lseek(input, 0, SEEK_SET), "lseek");
         Empty(output);
         Empty(errors);
-        *order = {};
-        std::strncpy(order->call, fault.call.c_str(), sizeof order->call - 1);
-        order->number = fault.number;
-        order->withAllAfter = fault.withAllAfter;
-        order->isShort = fault.isShort;
-        order->error = fault.error;
         int status = 0;
         Checked(write(commands, "r", 1), "write");
         if (read(commands, &status, sizeof status) != sizeof status)
@@ -112,21 +139,17 @@ namespace FaultTest
             throw std::runtime_error("the program did not start");
         }
         return {
-            order->hasHappened,
-            WIFSIGNALED(status) ? WTERMSIG(status) : 0,
-            WIFEXITED(status) ? WEXITSTATUS(status) : -1,
-            ContentsOf(output),
-            ContentsOf(errors),
-            StackOf()};
+            shared->order.hasHappened, WIFSIGNALED(status) ? WTERMSIG(status) : 0,
+            WIFEXITED(status) ? WEXITSTATUS(status) : -1, ContentsOf(output), ContentsOf(errors)};
     }
 
-    std::string FaultedProgram::StackOf() const
+    std::string FaultedProgram::StackOfFault() const
     {
         // The child's modules lie where those of the process lie that it was forked from.
         std::string stack;
-        for (int i = 0; i < order->frameCount; ++i)
+        for (int i = 0; i < shared->order.frameCount; ++i)
         {
-            const auto address = reinterpret_cast<std::uintptr_t>(order->frames[i]);
+            const auto address = reinterpret_cast<std::uintptr_t>(shared->order.frames[i]);
             std::ifstream maps("/proc/" + std::to_string(process) + "/maps");
             std::string module;
             std::uintptr_t base = 0;

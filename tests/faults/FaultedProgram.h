@@ -3,7 +3,9 @@
 
 #include "tests/faults/Order.h"
 
+#include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace FaultTest
@@ -25,14 +27,20 @@ namespace FaultTest
         int status; ///< the exit status if none did
         std::string out;
         std::string errors;
-        std::string stack; ///< at the call that failed: "module+offset" per line, innermost first
+    };
+
+    /// A call of the system or an allocation that the program makes.
+    struct Call
+    {
+        std::string name;    ///< as in Fault
+        std::uint64_t stack; ///< the same for the same stack, of all runs of a program
     };
 
     class FaultedProgram
     {
     public:
-        /// The program at `path`, in `folder`, where it finds TMPDIR too, with `input` on standard input. Throws
-        /// std::system_error.
+        /// The program at `path`, in `folder`, where it finds TMPDIR too, with `input` on standard input. What it starts
+        /// itself is looked for beside it first. Throws std::system_error.
         FaultedProgram(
             const std::string& path, const std::vector<std::string>& arguments, const std::string& folder,
             const std::string& input);
@@ -42,14 +50,20 @@ namespace FaultTest
 
         Outcome Run(const Fault& fault);
 
+        /// Runs it with nothing failing; gives the calls in their order, too.
+        std::pair<Outcome, std::vector<Call>> Record();
+
+        /// Where the call that failed in the last run stands: "module+offset" per line, innermost first.
+        std::string StackOfFault() const;
+
     private:
-        std::string StackOf() const;
+        Outcome RunOrdered();
 
         int input;
         int output;
         int errors;
         int commands;
-        Order* order;
+        SharedMemory* shared;
         long process;
     };
 }

@@ -1,9 +1,11 @@
 #include "tests/faults/Scenario.h"
 
 #include "tests/TwoSheetExample.h"
+#include "tests/support/Folder.h"
 #include "tests/support/TiffMaker.h"
 
 #include <filesystem>
+#include <fstream>
 
 namespace FaultTest
 {
@@ -48,6 +50,25 @@ namespace FaultTest
         const std::vector<std::string> OneSheet = {
             "--job", "J", "--sheet", "S", "--front", "Black=plain.tif", "--param", "CIP3AdmMake=(Press 4)"};
 
+        /// A page as Ghostscript leaves it.
+        Files Rendered()
+        {
+            Files files = {{"a.pdf", "%PDF-1.4\n"}};
+            for (const char* const name : {"1", "1(Cyan)", "1(Magenta)", "1(Yellow)", "1(Black)", "1(Gold)"})
+            {
+                files.insert({std::string(name) + ".tif", Tiff(COMPRESSION_PACKBITS)});
+            }
+            return files;
+        }
+
+        Files Watched()
+        {
+            return {
+                {"c.json", R"({"names": "{job}_{ink}.tif", "settleSeconds": 0})"},
+                {"in/J_C.tif", Tiff(COMPRESSION_NONE)},
+                {"in/J_K.tif", Tiff(COMPRESSION_NONE)}};
+        }
+
         std::vector<std::string> And(std::vector<std::string> arguments, const std::vector<std::string>& more)
         {
             arguments.insert(arguments.end(), more.begin(), more.end());
@@ -55,45 +76,68 @@ namespace FaultTest
         }
     }
 
-    std::vector<Scenario> Scenarios()
+    std::vector<Program> Programs()
     {
         const Files older = With(Separations(), {{"out.ppf", "older"}});
         const Files jobs = With(Separations(), {{"job.json", JobText}});
         const std::string ppf = TwoSheetExample::File();
-        return {
-            {"CommandLine", 0, "tiff2ppf", And(OneSheet, {"-o", "out.ppf"}), older},
-            {"JobFile", 0, "tiff2ppf", {"job.json", "-o", "made/out.ppf", "--verbose"}, jobs},
-            {"JobOnStandardInput", 0, "tiff2ppf", {"-", "-o", "-"}, Separations(), JobText},
-            {"MissingSeparation", 1, "tiff2ppf", And(OneSheet, {"--back", "Cyan=none.tif", "-o", "out.ppf"}), older},
-            {"DamagedSeparation", 1, "tiff2ppf", And(OneSheet, {"--back", "Cyan=damaged.tif", "-o", "out.ppf"}), older},
-            {"WrongCommandLine", 2, "tiff2ppf", And(OneSheet, {"--turbo", "-o", "out.ppf"}), older},
-            {"WrongJobFile",
-             2,
-             "tiff2ppf",
-             {"job.json", "-o", "out.ppf"},
-             {{"job.json", R"({"jobName": "J", "sheet": []})"}}},
-            {"Help", 0, "tiff2ppf", {"--help"}, {}},
-
-            {"Text", 0, "ppfinfo", {"job.ppf"}, {{"job.ppf", ppf}}},
-            {"Json", 0, "ppfinfo", {"--json", "--zones", "4", "job.ppf"}, {{"job.ppf", ppf}}},
-            {"Check", 0, "ppfinfo", {"--check", "job.ppf"}, {{"job.ppf", ppf}}},
-            {"CheckWithFindings", 1, "ppfinfo", {"--check", "job.ppf"}, {{"job.ppf", ppf.substr(0, ppf.size() - 600)}}},
-            {"Extract", 0, "ppfinfo", {"--extract", "pictures", "job.ppf"}, {{"job.ppf", ppf}}},
-            {"ZoneWidth", 0, "ppfinfo", {"--zone-width", "0.5inch", "job.ppf"}, {{"job.ppf", ppf}}},
-            {"Report", 0, "ppfinfo", {"--report", "out.html", "job.ppf"}, {{"job.ppf", ppf}, {"out.html", "older"}}},
-            {"MissingFile", 1, "ppfinfo", {"none.ppf"}, {}},
-            {"WrongOption", 2, "ppfinfo", {"--turbo", "job.ppf"}, {{"job.ppf", ppf}}},
-        };
+        const Files file = {{"job.ppf", ppf}, {"out", "older"}};
+        const Program tiff2ppf = {
+            "tiff2ppf",
+            {
+                {"command line", 0, And(OneSheet, {"-o", "out.ppf"}), older},
+                {"job file", 0, {"job.json", "-o", "made/out.ppf", "--verbose"}, jobs},
+                {"job on standard input", 0, {"-", "-o", "-"}, Separations(), JobText},
+                {"missing separation", 1, And(OneSheet, {"--back", "Cyan=none.tif", "-o", "out.ppf"}), older},
+                {"damaged separation", 1, And(OneSheet, {"--back", "Cyan=damaged.tif", "-o", "out.ppf"}), older},
+                {"wrong command line", 2, And(OneSheet, {"--turbo", "-o", "out.ppf"}), older},
+                {"wrong job file",
+                 2,
+                 {"job.json", "-o", "out.ppf"},
+                 {{"job.json", R"({"jobName": "J", "sheet": []})"}}},
+                {"help", 0, {"--help"}, {}},
+            }};
+        const Program ppfinfo = {
+            "ppfinfo",
+            {
+                {"text", 0, {"job.ppf"}, file},
+                {"text of standard input", 0, {"--zone-width", "0.5inch", "-"}, {}, ppf},
+                {"JSON", 0, {"--json", "--zones", "4", "job.ppf"}, file},
+                {"CSV", 0, {"--csv", "--zones", "4", "--zone-width", "32.5mm", "job.ppf"}, file},
+                {"check", 0, {"--check", "job.ppf"}, file},
+                {"check with findings", 1, {"--check", "job.ppf"}, {{"job.ppf", ppf.substr(0, ppf.size() - 600)}}},
+                {"pictures", 0, {"--extract", "pictures", "job.ppf"}, file},
+                {"report", 0, {"--report", "out", "--zones", "4", "job.ppf"}, file},
+                {"JDF", 0, {"--jdf", "out", "--zones", "4", "job.ppf"}, file},
+                {"XJDF", 0, {"--xjdf", "made/out", "--zones", "4", "job.ppf"}, file},
+                {"missing file", 1, {"none.ppf"}, {}},
+                {"wrong option", 2, {"--turbo", "job.ppf"}, file},
+            }};
+        const Program pdf2ppf = {
+            "pdf2ppf",
+            {
+                {"spot colour", 0, {"a.pdf", "--verbose", "-o", "out.ppf"}, With(Rendered(), {{"out.ppf", "older"}})},
+                {"renderer that fails", 1, {"a.pdf", "-o", "-"}, {{"a.pdf", "%PDF-1.4\n"}, {"fail", ""}}},
+                {"missing file", 1, {"none.pdf", "-o", "out.ppf"}, {}},
+            },
+            {{"gs", "#!/bin/sh\n[ -e ../fail ] && echo 'Error: /undefined' && exit 1\n"
+                    "cp ../*.tif . && echo '%%SeparationColor: \"Gold\" 100% ink = 0 16380 32760 0 CMYK'\n"}}};
+        const Program ppfwatch = {
+            "ppfwatch",
+            {
+                {"job", 0, {"--once", "c.json"}, Watched()},
+                {"job that fails", 1, {"--once", "c.json"}, With(Watched(), {{"fail", ""}})},
+                {"wrong configuration", 2, {"--once", "c.json"}, {{"c.json", R"({"workers": 0})"}}},
+            },
+            {{"tiff2ppf", "#!/bin/sh\n[ -e ../fail ] && echo 'tiff2ppf: error: it fails' >&2 && exit 1\n"
+                          "for out; do :; done; echo whole >\"$out\"\n"}},
+            true};
+        return {tiff2ppf, ppfinfo, pdf2ppf, ppfwatch};
     }
 
-    std::ostream& operator<<(std::ostream& out, const Scenario& scenario)
+    std::ostream& operator<<(std::ostream& out, const Program& program)
     {
-        out << scenario.program;
-        for (const std::string& argument : scenario.arguments)
-        {
-            out << ' ' << argument;
-        }
-        return out;
+        return out << program.name;
     }
 
     Files FilesIn(const std::string& folder)
@@ -112,5 +156,22 @@ namespace FaultTest
             }
         }
         return files;
+    }
+
+    void Fill(const std::string& folder, const Files& files)
+    {
+        for (const auto& entry : std::filesystem::directory_iterator(folder))
+        {
+            std::filesystem::remove_all(entry);
+        }
+        for (const auto& [name, bytes] : files)
+        {
+            const std::filesystem::path path = folder + '/' + name;
+            std::filesystem::create_directories(path.parent_path());
+            if (path.has_filename())
+            {
+                std::ofstream(path, std::ios::binary) << bytes;
+            }
+        }
     }
 }

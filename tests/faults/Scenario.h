@@ -1,7 +1,5 @@
-// A command that the sweep runs again and again: the program, its arguments, and the folder that it works in.
+// What the sweep runs again and again: the programs, their arguments, and the folder that they work in.
 #pragma once
-
-#include "tests/support/Folder.h"
 
 #include <map>
 #include <ostream>
@@ -16,16 +14,30 @@ namespace FaultTest
     struct Scenario
     {
         std::string name;
-        int status;          ///< with which the program ends if nothing fails
-        std::string program; ///< "tiff2ppf" or "ppfinfo"
+        int status; ///< with which the program ends if nothing fails
         std::vector<std::string> arguments;
         Files files;            ///< in the folder before the run
         std::string input = ""; ///< what is on standard input
     };
 
-    std::vector<Scenario> Scenarios();
+    /// A program and all that it is run with.
+    struct Program
+    {
+        std::string name;
+        std::vector<Scenario> scenarios;
+        Files helpers = {}; ///< scripts that stand in the place of what it starts
 
-    std::ostream& operator<<(std::ostream& out, const Scenario& scenario);
+        /// It may end anywhere and leave what it has begun; the next run brings that to its end.
+        bool isMadeGoodByTheNext = false;
+    };
 
+    std::vector<Program> Programs();
+
+    std::ostream& operator<<(std::ostream& out, const Program& program);
+
+    /// All that is in `folder` and below.
     Files FilesIn(const std::string& folder);
+
+    /// Empties `folder` and puts `files` there.
+    void Fill(const std::string& folder, const Files& files);
 }

@@ -2,32 +2,41 @@
 #include "tests/support/SystemFaults.h"
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <cstdarg>
+#include <cstdint>
+#include <cstring>
 #include <filesystem>
 #include <iterator>
 #include <mutex>
 #include <stdexcept>
 #include <utility>
 
+#include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <poll.h>
 #include <pthread.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/file.h>
+#include <sys/inotify.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
-#include <sys/types.h>
+#include <sys/statvfs.h>
 #include <sys/uio.h>
+#include <unistd.h>
 
 namespace TestSupport
 {
     namespace
     {
-        constexpr std::array Functions = {
-            "access", "chmod",  "chown",          "close",      "fchmod", "fchown",   "fcntl",  "fdatasync",
-            "fstat",  "fsync",  "ftruncate",      "getentropy", "lstat",  "mkdir",    "mmap",   "open",
-            "openat", "pread",  "pthread_create", "pwrite",     "read",   "readlink", "rename", "renameat",
-            "stat",   "unlink", "unlinkat",       "write",      "writev"};
+        constexpr const char* Functions[] = {
+#define CALL(type, failure, name, parameters, arguments) #name,
+#include "tests/support/SystemCalls.inc"
+#undef CALL
+            "close",        "fcntl", "fsync",          "open", "openat", "posix_fallocate",
+            "posix_spawnp", "pread", "pthread_create", "read", "write",  "writev"};
 
         /// What is ordered. Calls may come from several threads.
         struct
@@ -47,6 +56,10 @@ namespace TestSupport
         bool Fails(const char* function)
         {
             const std::lock_guard lock(orders.mutex);
+            if (std::strncmp(function, "rename", std::strlen("rename")) == 0)
+            {
+                orders.calls.emplace_back("rename");
+            }
             if (orders.remaining == 0 || orders.function != function)
             {
                 return false;
@@ -88,17 +101,11 @@ namespace TestSupport
             const std::lock_guard lock(orders.mutex);
             return orders.most > 0 ? std::min(size, orders.most) : size;
         }
-
-        void Note(const char* call)
-        {
-            const std::lock_guard lock(orders.mutex);
-            orders.calls.emplace_back(call);
-        }
     }
 
     SystemFault::SystemFault(const std::string& function, int error, int nth, int times)
     {
-        if (std::find(Functions.begin(), Functions.end(), function) == Functions.end())
+        if (std::find(std::begin(Functions), std::end(Functions), function) == std::end(Functions))
         {
             throw std::invalid_argument("no call of " + function + " can be made to fail");
         }
@@ -151,68 +158,37 @@ using TestSupport::FailedRead;
 using TestSupport::Fails;
 using TestSupport::FailsOrIsInterrupted;
 using TestSupport::Limited;
-using TestSupport::Note;
+using TestSupport::orders;
 
 extern "C"
 {
-    int __real_access(const char* path, int mode);
-    int __real_chmod(const char* path, mode_t mode);
-    int __real_chown(const char* path, uid_t user, gid_t group);
+#define CALL(type, failure, name, parameters, arguments)                                                               \
+    type __real_##name parameters;                                                                                     \
+    type __wrap_##name parameters                                                                                      \
+    {                                                                                                                  \
+        return Fails(#name) ? failure : __real_##name arguments;                                                       \
+    }
+#include "tests/support/SystemCalls.inc"
+#undef CALL
+
     int __real_close(int file);
-    int __real_fchmod(int file, mode_t mode);
-    int __real_fchown(int file, uid_t user, gid_t group);
     int __real_fcntl(int file, int command, ...);
-    int __real_fdatasync(int file);
-    int __real_fstat(int file, struct stat* status);
     int __real_fsync(int file);
-    int __real_ftruncate(int file, off_t size);
-    int __real_getentropy(void* bytes, std::size_t size);
-    int __real_lstat(const char* path, struct stat* status);
-    int __real_mkdir(const char* path, mode_t mode);
-    void* __real_mmap(void* address, std::size_t size, int protection, int flags, int file, off_t offset);
     int __real_open(const char* path, int flags, ...);
     int __real_openat(int folder, const char* path, int flags, ...);
+    int __real_posix_fallocate(int file, off_t offset, off_t size);
+    int __real_posix_spawnp(
+        pid_t* process, const char* name, const posix_spawn_file_actions_t* actions,
+        const posix_spawnattr_t* attributes, char* const* arguments, char* const* environment);
     ssize_t __real_pread(int file, void* bytes, std::size_t size, off_t offset);
-    ssize_t __real_pwrite(int file, const void* bytes, std::size_t size, off_t offset);
     ssize_t __real_read(int file, void* bytes, std::size_t size);
-    ssize_t __real_readlink(const char* path, char* text, std::size_t size);
-    int __real_rename(const char* from, const char* to);
-    int __real_renameat(int fromFolder, const char* from, int toFolder, const char* to);
-    int __real_stat(const char* path, struct stat* status);
-    int __real_unlink(const char* path);
-    int __real_unlinkat(int folder, const char* path, int flags);
     ssize_t __real_write(int file, const void* bytes, std::size_t size);
     ssize_t __real_writev(int file, const iovec* pieces, int count);
-
-    int __wrap_access(const char* path, int mode)
-    {
-        return Fails("access") ? -1 : __real_access(path, mode);
-    }
-
-    int __wrap_chmod(const char* path, mode_t mode)
-    {
-        return Fails("chmod") ? -1 : __real_chmod(path, mode);
-    }
-
-    int __wrap_chown(const char* path, uid_t user, gid_t group)
-    {
-        return Fails("chown") ? -1 : __real_chown(path, user, group);
-    }
 
     int __wrap_close(int file)
     {
         const int result = __real_close(file);
         return Fails("close") ? -1 : result;
-    }
-
-    int __wrap_fchmod(int file, mode_t mode)
-    {
-        return Fails("fchmod") ? -1 : __real_fchmod(file, mode);
-    }
-
-    int __wrap_fchown(int file, uid_t user, gid_t group)
-    {
-        return Fails("fchown") ? -1 : __real_fchown(file, user, group);
     }
 
     int __wrap_fcntl(int file, int command, ...)
@@ -225,47 +201,15 @@ extern "C"
         return Fails("fcntl") ? -1 : __real_fcntl(file, command, argument);
     }
 
-    int __wrap_fdatasync(int file)
-    {
-        return FailsOrIsInterrupted("fdatasync") ? -1 : __real_fdatasync(file);
-    }
-
-    int __wrap_fstat(int file, struct stat* status)
-    {
-        return Fails("fstat") ? -1 : __real_fstat(file, status);
-    }
-
     int __wrap_fsync(int file)
     {
         struct stat status = {};
         __real_fstat(file, &status);
-        Note(S_ISDIR(status.st_mode) ? "fsync of a folder" : "fsync of a file");
+        {
+            const std::lock_guard lock(orders.mutex);
+            orders.calls.emplace_back(S_ISDIR(status.st_mode) ? "fsync of a folder" : "fsync of a file");
+        }
         return FailsOrIsInterrupted("fsync") ? -1 : __real_fsync(file);
-    }
-
-    int __wrap_ftruncate(int file, off_t size)
-    {
-        return FailsOrIsInterrupted("ftruncate") ? -1 : __real_ftruncate(file, size);
-    }
-
-    int __wrap_getentropy(void* bytes, std::size_t size)
-    {
-        return Fails("getentropy") ? -1 : __real_getentropy(bytes, size);
-    }
-
-    int __wrap_lstat(const char* path, struct stat* status)
-    {
-        return Fails("lstat") ? -1 : __real_lstat(path, status);
-    }
-
-    int __wrap_mkdir(const char* path, mode_t mode)
-    {
-        return Fails("mkdir") ? -1 : __real_mkdir(path, mode);
-    }
-
-    void* __wrap_mmap(void* address, std::size_t size, int protection, int flags, int file, off_t offset)
-    {
-        return Fails("mmap") ? MAP_FAILED : __real_mmap(address, size, protection, flags, file, offset);
     }
 
     int __wrap_open(const char* path, int flags, ...)
@@ -286,6 +230,19 @@ extern "C"
         return FailsOrIsInterrupted("openat") ? -1 : __real_openat(folder, path, flags, mode);
     }
 
+    int __wrap_posix_fallocate(int file, off_t offset, off_t size)
+    {
+        return Fails("posix_fallocate") ? errno : __real_posix_fallocate(file, offset, size);
+    }
+
+    int __wrap_posix_spawnp(
+        pid_t* process, const char* name, const posix_spawn_file_actions_t* actions,
+        const posix_spawnattr_t* attributes, char* const* arguments, char* const* environment)
+    {
+        return Fails("posix_spawnp") ? errno
+                                     : __real_posix_spawnp(process, name, actions, attributes, arguments, environment);
+    }
+
     ssize_t __wrap_pread(int file, void* bytes, std::size_t size, off_t offset)
     {
         return FailsOrIsInterrupted("pread") ? FailedRead() : __real_pread(file, bytes, Limited(size), offset);
@@ -303,46 +260,9 @@ extern "C"
         return next(thread, attributes, run, argument);
     }
 
-    ssize_t __wrap_pwrite(int file, const void* bytes, std::size_t size, off_t offset)
-    {
-        return FailsOrIsInterrupted("pwrite") ? -1 : __real_pwrite(file, bytes, Limited(size), offset);
-    }
-
     ssize_t __wrap_read(int file, void* bytes, std::size_t size)
     {
         return FailsOrIsInterrupted("read") ? FailedRead() : __real_read(file, bytes, Limited(size));
-    }
-
-    ssize_t __wrap_readlink(const char* path, char* text, std::size_t size)
-    {
-        return Fails("readlink") ? -1 : __real_readlink(path, text, size);
-    }
-
-    int __wrap_rename(const char* from, const char* to)
-    {
-        Note("rename");
-        return Fails("rename") ? -1 : __real_rename(from, to);
-    }
-
-    int __wrap_renameat(int fromFolder, const char* from, int toFolder, const char* to)
-    {
-        Note("rename");
-        return Fails("renameat") ? -1 : __real_renameat(fromFolder, from, toFolder, to);
-    }
-
-    int __wrap_stat(const char* path, struct stat* status)
-    {
-        return Fails("stat") ? -1 : __real_stat(path, status);
-    }
-
-    int __wrap_unlink(const char* path)
-    {
-        return Fails("unlink") ? -1 : __real_unlink(path);
-    }
-
-    int __wrap_unlinkat(int folder, const char* path, int flags)
-    {
-        return Fails("unlinkat") ? -1 : __real_unlinkat(folder, path, flags);
     }
 
     ssize_t __wrap_write(int file, const void* bytes, std::size_t size)
