@@ -15,9 +15,9 @@ namespace Sheetvane
 
     /// A job and its conversion. Order of calls:
     ///     (AddSheet | SetRequiredParameters | SetOptionalParameters | SetCompression | SetEncoding | SetPreviewResolution
-    ///      | SetInputResolution | SetOrientation | SetThreads)* CreateCIP3File
-    /// any number of times, where parameters and orientations are given to sheets that have been added, and every sheet
-    /// needs its required parameters before CreateCIP3File.
+    ///      | SetInputResolution | SetOrientation | SetSeparationImage | SetThreads)* CreateCIP3File
+    /// any number of times, where parameters, orientations and images are given to sheets that have been added, and every
+    /// sheet needs its required parameters before CreateCIP3File.
     ///
     /// Host objects are read during the call and never kept. Failures are KX_ECIP3Exceptions with the texts given below,
     /// unless said otherwise; where memory does not even suffice for one, std::bad_alloc comes in its place. A failed
@@ -117,7 +117,7 @@ namespace Sheetvane
         /// How they are encoded, likewise. A value outside the enumeration stands for CIP3EncodingASCII85. Never throws.
         void SetEncoding(CIP3Encoding encoding);
 
-        // Previews from plates. A host that calls none of the following four gets every file as it is.
+        // Previews from plates. A host that calls none of the following five gets every file as it is.
 
         /// Reduces each file that has more than `pixelsPerInch`, and more than `onlyAbove`, pixels per inch both across and
         /// down to `pixelsPerInch`; any other is kept as it is. 50.8 is the trade's custom, and with an `onlyAbove` of 300 a
@@ -141,9 +141,21 @@ namespace Sheetvane
         /// changed after either.
         void SetOrientation(unsigned int sheetIndex, Side side, Orientation orientation);
 
+        /// Picks one ink of a file that holds several for the separation at `separationIndex` (from 0) of one side of the
+        /// sheet at `sheetIndex` (from 0): the page, every one of the TIFF's directories counted, and the channel, a sample
+        /// of its pixels; both from 1, and 0 stands for 1. Both 0, the default: the file is one ink. A file without that page
+        /// or channel fails in CreateCIP3File. Where separations that follow each other are channels of one page and are
+        /// reduced, the page is decoded once for them, and up to 256 MiB of their previews are held.
+        ///
+        /// "Sheet index out of bounds": no such sheet. "Separation index out of bounds": no such separation, or a side
+        /// outside the enumeration. Nothing has changed after either. Throws std::bad_alloc.
+        void SetSeparationImage(
+            unsigned int sheetIndex, Side side, unsigned int separationIndex, unsigned int page, unsigned int channel);
+
         /// How many files are read side by side where they are reduced: CreateCIP3File starts at most `count` threads of its
-        /// own for it, 1 to 256, and ends them before it returns. They hold at most `count` finished previews ahead. File and
-        /// failures are those of one thread. 1, the default, starts none.
+        /// own for it, 1 to 256, and ends them before it returns. They hold at most `count` finished previews ahead; all
+        /// channels of a page that is decoded once count as one. File and failures are those of one thread. 1, the default,
+        /// starts none.
         ///
         /// "Invalid number of threads": nothing has changed.
         void SetThreads(unsigned int count);

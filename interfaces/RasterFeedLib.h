@@ -1,6 +1,7 @@
 // The TIFF reader: one ink separation as a header and a sequence of 8-bit lines.
 //
-// Calls on a reader: RasterFeedInit RasterFeedSelect? RasterFeedHeader RasterFeedLine* RasterFeedEnd
+// Calls on a reader: RasterFeedInit (RasterFeedSelect | RasterFeedSelectChannels)? RasterFeedHeader RasterFeedLine*
+// RasterFeedEnd
 // Delivered bytes: 0 is full ink (black), 255 is paper, whatever the photometric form of the file.
 #pragma once
 
@@ -9,6 +10,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 /// One open reader. Owned by the caller of RasterFeedInit, until RasterFeedEnd.
 struct RasterFeedReader;
@@ -87,12 +89,19 @@ struct RasterFeedSelection
     double inputResolution = 0;
 
     RasterFeedOrientation orientation = RasterFeedOrientation::Rotate0;
+
+    /// Which ink of a file that holds several: a directory of the file's chain, every one of them counted, and a sample of
+    /// its pixels, both from 1. If one of them is 0 it stands for 1. If both are: the first image that is neither a
+    /// reduced-resolution image nor a mask, which has to be one ink.
+    std::uint32_t page = 0;
+    std::uint32_t channel = 0;
 };
 
 /// Makes header and lines those of the view that `selection` describes; without this call they are those of the upright
 /// image. At most once per reader, before RasterFeedHeader; the reader keeps a copy. 0 on success; anything else for a
 /// resolution that is negative, infinite or not a number, an orientation that is none of the eight, and a call out of
-/// order, after which the reader accepts RasterFeedEnd alone.
+/// order, after which the reader accepts RasterFeedEnd alone. Whether the file has the page and channel shows in
+/// RasterFeedHeader.
 ///
 /// A reduced image of an image of W x H pixels at X x Y pixels per inch has max(1, floor(W / cx + 1/2)) columns, cx being X
 /// / resolution; column i reaches from e(i) to e(i + 1), e(i) = floor(i x cx x 65536 + 1/2), in 1/65536 of an input column;
@@ -102,6 +111,13 @@ struct RasterFeedSelection
 /// A view that is turned by a quarter is held in memory as it is delivered, and is refused by RasterFeedHeader if it takes
 /// more than 256 MiB. All others are read line by line.
 std::int32_t RasterFeedSelect(RasterFeedHandle reader, const RasterFeedSelection* selection);
+
+/// In place of RasterFeedSelect: the views of `count` channels, 1 to 32, of the selection's page, whose own `channel` does
+/// not count. The header is that of each of them. RasterFeedLine gives all lines of the first, then all of the second and
+/// so on. Where they are reduced and the samples of a pixel are stored together, one decoding serves as many of them as
+/// fit into 256 MiB; else each is decoded by itself.
+std::int32_t RasterFeedSelectChannels(
+    RasterFeedHandle reader, const RasterFeedSelection* selection, const std::uint32_t* channels, std::uint32_t count);
 
 /// Fills `header`. Once per reader, before the first line. 0 on success; otherwise a separation may not be
 /// such an image, its data is not all in the file, or memory is exhausted. After a failure, as after an exception of a callback, the
@@ -131,6 +147,9 @@ struct RasterFeedDescription
     double inputAcross;        ///< pixels per inch across, turned but not reduced
     double inputDown;          ///< pixels per inch down, turned but not reduced
 
+    /// Whether RasterFeedSelectChannels decodes once for several channels of this view.
+    bool sharesDecoding;
+
     std::string reason; ///< one line: the file, what was found, what is accepted; empty if accepted
 };
 
@@ -147,3 +166,24 @@ enum class RasterFeedDepth
 /// one that RasterFeedSelect takes. Throws std::bad_alloc only.
 RasterFeedDescription
 RasterFeedProbe(const std::string& path, RasterFeedDepth depth, const RasterFeedSelection& selection = {});
+
+/// One ink of a file.
+struct RasterFeedInk
+{
+    std::uint32_t page;    ///< as in a selection
+    std::uint32_t channel; ///< as in a selection
+    std::string name;      ///< UTF-8, not empty; no two of a file are alike
+};
+
+/// The inks that a file holds, or why they cannot be told.
+struct RasterFeedInkList
+{
+    std::vector<RasterFeedInk> inks; ///< page by page, in the order of their samples; empty if there is a reason
+    std::string reason;              ///< one line: the file, page and sample, and what to do; empty if there are inks
+};
+
+/// Finds the inks of the TIFF at `path`, which is found as by RasterFeedProbe. Every page that is neither a
+/// reduced-resolution image nor a mask gives one for each of its samples that is not alpha; no image data is looked at.
+/// Names: InkNames; else, where the InkSet is CMYK or not stated, Cyan, Magenta, Yellow, Black, and for further samples the
+/// names in the image resources; for a page of one sample InkNames, else PageName. Throws std::bad_alloc only.
+RasterFeedInkList RasterFeedInks(const std::string& path);

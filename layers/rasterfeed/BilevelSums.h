@@ -19,10 +19,11 @@ namespace RasterFeed
     class BilevelSums : public CellSums
     {
     public:
-        BilevelSums(const SeparationForm& form, const std::vector<std::int64_t>& edges);
+        BilevelSums(
+            const SeparationForm& form, const std::vector<unsigned>& samples, const std::vector<std::int64_t>& edges);
 
         void Add(const unsigned char* row, std::uint32_t weight) override;
-        void Finish(std::uint64_t height, unsigned char* line) override;
+        void Finish(std::uint64_t height, unsigned char* line, std::size_t pitch) override;
 
     private:
         using Bits = std::vector<std::uint64_t>;
@@ -35,23 +36,31 @@ namespace RasterFeed
             bool isPending = false;
         };
 
+        struct Channel
+        {
+            std::vector<std::uint64_t> masks; ///< of its bits in the words of a row, as CountOnes has them
+            std::vector<BilevelEdge> places;  ///< of the edges, those outside the image at its ends
+            /// For each edge, the ones before it. They may wrap around; the differences between two edges do not.
+            std::vector<Sum> sums;
+        };
+
+        void FinishChannel(Channel& channel, std::uint64_t height, unsigned char* line) const;
         void AddToDigit(std::size_t digit, const std::uint64_t* bits);
         void CountPlane(const Bits& bits, Sum weight);
 
         std::size_t rowBytes;
-        std::size_t words; ///< of 64 pixels, of a row
+        std::size_t words; ///< of 64 bits, of a row
+        std::uint32_t width;
         bool onesAreInk;
         std::vector<std::int64_t> cellEdges;
-        std::vector<BilevelEdge> places; ///< of the edges, those outside the image at its ends
+        std::vector<Channel> channels;
 
         Bits latest;               ///< a row
         Bits nothing;              ///< a row of zeros
         std::vector<Digit> digits; ///< of the rows of weight 65536, the lowest first
 
-        // For each edge, the ones before it. The sums may wrap around; the differences between two edges do not.
         std::vector<std::uint32_t> before; ///< work space of CountOnes
-        std::vector<std::uint64_t> ones;
-        std::vector<Sum> sums;
-        std::uint64_t added = 0; ///< weight of all rows
+        std::vector<std::uint64_t> ones;   ///< for each edge, those of a row before it
+        std::uint64_t added = 0;           ///< weight of all rows
     };
 }

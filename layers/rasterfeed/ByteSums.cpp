@@ -15,14 +15,18 @@ namespace RasterFeed
     }
 
     template <class Sum>
-    ByteSums<Sum>::ByteSums(const SeparationForm& form, const std::vector<std::int64_t>& edges)
-        : expansion(form.bits, false, false, form.width)
-        , isInverted(form.inverted)
+    ByteSums<Sum>::ByteSums(
+        const SeparationForm& form, const std::vector<unsigned>& wanted, const std::vector<std::int64_t>& edges)
+        : isInverted(form.inverted)
         , width(form.width)
+        , samples(form.samples)
+        , columns(samples * width)
+        , channels(wanted)
+        , expansion(form.bits, false, false, columns)
         , cellEdges(edges)
-        , expanded(expansion.WorksInPlace() ? 0 : form.width)
-        , wholeRows(form.width)
-        , partialRows(form.width)
+        , expanded(expansion.WorksInPlace() ? 0 : columns)
+        , wholeRows(columns)
+        , partialRows(columns)
     {
     }
 
@@ -41,12 +45,12 @@ namespace RasterFeed
             {
                 Spill();
             }
-            AddBytes(wholeRows.data(), line, width);
+            AddBytes(wholeRows.data(), line, columns);
             ++rows;
         }
         else
         {
-            AddWeightedBytes(partialRows.data(), line, weight, width);
+            AddWeightedBytes(partialRows.data(), line, weight, columns);
         }
         added += weight;
     }
@@ -54,8 +58,8 @@ namespace RasterFeed
     template <class Sum>
     void ByteSums<Sum>::Spill()
     {
-        manyRows.resize(width);
-        for (std::uint32_t i = 0; i < width; ++i)
+        manyRows.resize(columns);
+        for (std::size_t i = 0; i < columns; ++i)
         {
             manyRows[i] += wholeRows[i];
         }
@@ -71,20 +75,20 @@ namespace RasterFeed
     }
 
     template <class Sum>
-    void ByteSums<Sum>::Finish(std::uint64_t height, unsigned char* line)
+    void ByteSums<Sum>::FinishChannel(std::size_t sample, std::uint64_t height, unsigned char* line) const
     {
         // What lies before an edge may wrap around; the difference between two edges does not.
-        Sum columns = 0; // of weight 1
-        std::size_t column = 0;
+        Sum whole = 0; // of weight 1
+        std::size_t pixel = 0;
         const auto before = [&](std::int64_t edge)
         {
             const auto place = static_cast<std::uint64_t>(InsideImage(edge, width));
-            for (const std::size_t end = place >> EdgeBits; column < end; ++column)
+            for (const std::size_t end = place >> EdgeBits; pixel < end; ++pixel)
             {
-                columns += SumOfColumn(column);
+                whole += SumOfColumn(pixel * samples + sample);
             }
             const std::uint64_t fraction = place % EdgeUnits;
-            return (columns << EdgeBits) + (fraction != 0 ? Sum{SumOfColumn(column)} * fraction : 0);
+            return (whole << EdgeBits) + (fraction != 0 ? Sum{SumOfColumn(pixel * samples + sample)} * fraction : 0);
         };
         Sum sum = before(cellEdges[0]);
         for (std::size_t i = 0; i + 1 < cellEdges.size(); ++i)
@@ -98,6 +102,16 @@ namespace RasterFeed
             const Sum values = isInverted ? 255 * inside - (next - sum) : next - sum;
             line[i] = MeanPixel<Sum>(255 * (area - inside) + values, area);
             sum = next;
+        }
+    }
+
+    template <class Sum>
+    void ByteSums<Sum>::Finish(std::uint64_t height, unsigned char* line, std::size_t pitch)
+    {
+        for (const unsigned sample : channels)
+        {
+            FinishChannel(sample, height, line);
+            line += pitch;
         }
         std::fill(wholeRows.begin(), wholeRows.end(), 0);
         std::fill(partialRows.begin(), partialRows.end(), 0);

@@ -15,18 +15,23 @@ namespace RasterFeed
     class ByteSums : public CellSums
     {
     public:
-        ByteSums(const SeparationForm& form, const std::vector<std::int64_t>& edges);
+        ByteSums(
+            const SeparationForm& form, const std::vector<unsigned>& channels, const std::vector<std::int64_t>& edges);
 
         void Add(const unsigned char* row, std::uint32_t weight) override;
-        void Finish(std::uint64_t height, unsigned char* line) override;
+        void Finish(std::uint64_t height, unsigned char* line, std::size_t pitch) override;
 
     private:
         void Spill();
+        void FinishChannel(std::size_t sample, std::uint64_t height, unsigned char* line) const;
         std::uint64_t SumOfColumn(std::size_t column) const;
 
-        SampleExpansion expansion; ///< without inversion, which is for the means
         bool isInverted;
         std::uint32_t width;
+        std::size_t samples; ///< of a pixel
+        std::size_t columns; ///< of samples
+        std::vector<unsigned> channels;
+        SampleExpansion expansion; ///< without inversion, which is for the means
         std::vector<std::int64_t> cellEdges;
         std::vector<unsigned char> expanded; ///< a row, where it is not bytes already
 

@@ -51,9 +51,10 @@ namespace RasterFeed
         }
     }
 
-    void DecodeScanline(TiffFile& file, std::uint32_t row, unsigned char* to)
+    void DecodeScanline(TiffFile& file, std::uint32_t row, unsigned plane, unsigned char* to)
     {
-        Decode(file, 1, [&](TIFF* tiff) { return TIFFReadScanline(tiff, to, row, 0); });
+        const auto sample = static_cast<std::uint16_t>(plane);
+        Decode(file, 1, [&](TIFF* tiff) { return TIFFReadScanline(tiff, to, row, sample); });
     }
 
     void DecodeStrip(TiffFile& file, std::uint32_t strip, unsigned char* to, std::uint64_t bytes)

@@ -13,7 +13,7 @@ namespace RasterFeed
 
     /// Decode into `to`, which has the bytes of a row, of a strip's rows, or of a tile. Throw Refusal if libtiff fails or
     /// complains, and what the callbacks throw.
-    void DecodeScanline(TiffFile& file, std::uint32_t row, unsigned char* to);
+    void DecodeScanline(TiffFile& file, std::uint32_t row, unsigned plane, unsigned char* to);
     void DecodeStrip(TiffFile& file, std::uint32_t strip, unsigned char* to, std::uint64_t bytes);
     void DecodeTile(TiffFile& file, std::uint32_t tile, unsigned char* to, std::uint64_t bytes);
 

@@ -80,23 +80,25 @@ namespace RasterFeed
         {
             const std::string name = form.tiled ? "tile " : "strip ";
             const std::uint64_t across = form.ChunksAcross();
-            const std::uint64_t count = across * form.ChunksDown();
-            if (count > MostChunks)
+            const std::uint64_t count = form.ChunksOfPlane();
+            if (count > MostChunks || count * form.planes > MostChunks)
             {
                 throw Refusal(
-                    std::to_string(count) + (form.tiled ? " tiles" : " strips") + "; up to 1048576 are accepted");
+                    std::to_string(count * form.planes) + (form.tiled ? " tiles" : " strips") +
+                    "; up to 1048576 are accepted");
             }
 
             const std::uint64_t fileBytes = file.Source().Size();
             std::uint64_t largest = 0;
-            for (std::uint32_t chunk = 0; chunk < count; ++chunk)
+            for (std::uint32_t index = 0; index < count; ++index)
             {
+                const std::uint32_t chunk = form.ChunkOf(index);
                 const std::uint64_t offset = file.ChunkOffset(chunk);
                 const std::uint64_t bytes = file.ChunkBytes(chunk);
                 const auto refuse = [&](const std::string& what)
                 {
                     throw Refusal(
-                        name + std::to_string(chunk + 1) + " of " + std::to_string(count) + " " + what +
+                        name + std::to_string(chunk + 1) + " of " + std::to_string(count * form.planes) + " " + what +
                         "; image data that is all there is needed");
                 };
                 if (offset == 0 || bytes == 0)
@@ -116,7 +118,7 @@ namespace RasterFeed
                 if (form.compression == COMPRESSION_NONE)
                 {
                     const std::uint64_t rows =
-                        form.tiled ? form.chunkHeight : form.RowsOf(static_cast<std::uint32_t>(chunk / across));
+                        form.tiled ? form.chunkHeight : form.RowsOf(static_cast<std::uint32_t>(index / across));
                     const std::uint64_t needed = form.ChunkRowBytes() * rows;
                     // Where libtiff disbelieves the stated lengths it works them out as whole ones.
                     const std::uint64_t stated = form.tiled ? bytes : file.StatedStripBytes(chunk).value_or(bytes);
@@ -163,7 +165,7 @@ namespace RasterFeed
             plan.way = DecodeWay::Scanlines;
         }
 
-        const std::uint64_t lists = std::uint64_t{form.ChunksAcross()} * form.ChunksDown() * BytesPerChunk;
+        const std::uint64_t lists = form.ChunksOfPlane() * form.planes * BytesPerChunk;
         const std::uint64_t decoder = stored ? 0 : largestChunk + CodecMemory(form);
         const auto check = [&](std::uint64_t memory)
         {

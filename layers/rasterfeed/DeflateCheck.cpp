@@ -24,18 +24,23 @@ namespace RasterFeed
         // Bytes handled at once; an even number.
         constexpr std::size_t PieceBytes = std::size_t{32} * 1024;
 
-        /// Writes the samples of `from` as differences from the one before, which is how predictor 2 stores them; `last` is the
-        /// sample before, and becomes the last one.
+        /// Writes `bytes` bytes of `row` from `begin` on as differences of samples from the same one of the pixel before, which
+        /// is how predictor 2 stores them.
         template <class Sample>
-        void Difference(const unsigned char* from, std::size_t bytes, Sample& last, unsigned char* to)
+        void Difference(
+            const unsigned char* row, std::size_t begin, std::size_t bytes, std::size_t pixelBytes, unsigned char* to)
         {
-            for (std::size_t i = 0; i < bytes; i += sizeof(Sample))
+            for (std::size_t i = begin; i < begin + bytes; i += sizeof(Sample))
             {
                 Sample sample;
-                std::memcpy(&sample, from + i, sizeof sample);
-                const auto difference = static_cast<Sample>(sample - last);
-                std::memcpy(to + i, &difference, sizeof difference);
-                last = sample;
+                Sample before = 0;
+                std::memcpy(&sample, row + i, sizeof sample);
+                if (i >= pixelBytes)
+                {
+                    std::memcpy(&before, row + i - pixelBytes, sizeof before);
+                }
+                const auto difference = static_cast<Sample>(sample - before);
+                std::memcpy(to + i - begin, &difference, sizeof difference);
             }
         }
     }
@@ -65,8 +70,7 @@ namespace RasterFeed
     void DeflateCheck::TakeRow(const unsigned char* row, std::size_t bytes)
     {
         unsigned char stored[PieceBytes];
-        std::uint8_t lastByte = 0;
-        std::uint16_t lastPair = 0;
+        const std::size_t pixelBytes = std::size_t{form.samples} * form.bits / 8;
         for (std::size_t done = 0; done < bytes; done += PieceBytes)
         {
             const std::size_t count = std::min(PieceBytes, bytes - done);
@@ -76,11 +80,11 @@ namespace RasterFeed
             }
             else if (form.bits == 16)
             {
-                Difference(row + done, count, lastPair, stored);
+                Difference<std::uint16_t>(row, done, count, pixelBytes, stored);
             }
             else
             {
-                Difference(row + done, count, lastByte, stored);
+                Difference<std::uint8_t>(row, done, count, pixelBytes, stored);
             }
             if (form.bits == 16 && form.byteSwapped)
             {

@@ -195,6 +195,15 @@ namespace RasterFeed
             }
         }
 
+        /// Where a tag stands twice the first counts.
+        void KeepFirst(NumberList& list, const Entry& entry)
+        {
+            if (list.count == 0)
+            {
+                list = {entry.value, entry.count, SizeOf(entry.type)};
+            }
+        }
+
         std::string Encoded(const TiffPreamble& preamble, std::uint64_t number, unsigned width)
         {
             std::string bytes(width, '\0');
@@ -211,6 +220,46 @@ namespace RasterFeed
             const unsigned wordWidth = preamble.big ? 8 : 4;
             return Encoded(preamble, tag, 2) + Encoded(preamble, TIFF_SHORT, 2) + Encoded(preamble, 1, wordWidth) +
                    Encoded(preamble, value, 2) + std::string(wordWidth - 2, '\0');
+        }
+
+        /// Where the entries of a directory are.
+        struct EntryPlaces
+        {
+            std::uint64_t first; ///< bytes from the start of the file
+            std::uint64_t count;
+            std::uint64_t bytes; ///< of each
+            unsigned wordWidth;  ///< bytes of a count or an offset
+
+            std::uint64_t End() const { return first + count * bytes; }
+        };
+
+        EntryPlaces FindEntries(SourceFile& file, const TiffPreamble& preamble, std::uint64_t offset)
+        {
+            if (offset == 0)
+            {
+                throw Refusal("no image; a TIFF with one is needed");
+            }
+            if (offset >= file.Size())
+            {
+                throw Refusal(
+                    "a directory at byte " + std::to_string(offset) + ", beyond the end of the file of " +
+                    std::to_string(file.Size()) + " bytes; a whole TIFF is needed");
+            }
+            const unsigned countWidth = preamble.big ? 8 : 2;
+            const unsigned wordWidth = preamble.big ? 8 : 4;
+            const std::uint64_t count = Numbers(file, preamble.bigEndian).At(offset, countWidth);
+            if (count == 0 || count > MostEntries)
+            {
+                throw Refusal("damaged directory with " + std::to_string(count) + " entries; 1 to 4096 are accepted");
+            }
+            return {offset + countWidth, count, std::uint64_t{4} + 2 * wordWidth, wordWidth};
+        }
+
+        /// A file may end with its last directory's last entry.
+        std::uint64_t NextAfter(SourceFile& file, const Numbers& numbers, const EntryPlaces& entries)
+        {
+            const std::uint64_t end = entries.End();
+            return end + entries.wordWidth <= file.Size() ? numbers.At(end, entries.wordWidth) : 0;
         }
 
         double PixelsPerInch(const Ratio& resolution, std::uint32_t unit)
@@ -274,28 +323,16 @@ namespace RasterFeed
                Encoded(preamble, 0, preamble.big ? 8 : 4);
     }
 
+    std::uint64_t NextDirectory(SourceFile& file, const TiffPreamble& preamble, std::uint64_t offset)
+    {
+        return NextAfter(file, Numbers(file, preamble.bigEndian), FindEntries(file, preamble, offset));
+    }
+
     DirectoryFacts ReadDirectoryFacts(SourceFile& file, const TiffPreamble& preamble, std::uint64_t offset)
     {
         const Numbers numbers(file, preamble.bigEndian);
-        const unsigned countWidth = preamble.big ? 8 : 2;
-        const unsigned wordWidth = preamble.big ? 8 : 4;
-        const unsigned entryBytes = 4 + 2 * wordWidth;
-
-        if (offset == 0)
-        {
-            throw Refusal("no image; a TIFF with one is needed");
-        }
-        if (offset >= file.Size())
-        {
-            throw Refusal(
-                "a directory at byte " + std::to_string(offset) + ", beyond the end of the file of " +
-                std::to_string(file.Size()) + " bytes; a whole TIFF is needed");
-        }
-        const std::uint64_t entries = numbers.At(offset, countWidth);
-        if (entries == 0 || entries > MostEntries)
-        {
-            throw Refusal("damaged directory with " + std::to_string(entries) + " entries; 1 to 4096 are accepted");
-        }
+        const EntryPlaces entries = FindEntries(file, preamble, offset);
+        const unsigned wordWidth = entries.wordWidth;
 
         DirectoryFacts facts;
         Ratio resolution;
@@ -306,10 +343,8 @@ namespace RasterFeed
         bool resolutionSeen = false;
         bool resolutionDownSeen = false;
         bool unitSeen = false;
-        const std::uint64_t first = offset + countWidth;
-        for (std::uint64_t i = 0; i < entries; ++i)
+        for (std::uint64_t at = entries.first; at < entries.End(); at += entries.bytes)
         {
-            const std::uint64_t at = first + i * entryBytes;
             Entry entry = {};
             entry.tag = static_cast<std::uint16_t>(numbers.At(at, 2));
             entry.type = static_cast<std::uint16_t>(numbers.At(at + 2, 2));
@@ -317,11 +352,11 @@ namespace RasterFeed
             if (IsOfForm(entry.tag))
             {
                 char bytes[20];
-                if (file.Read(at, bytes, entryBytes) != entryBytes)
+                if (file.Read(at, bytes, entries.bytes) != entries.bytes)
                 {
                     throw Refusal(CutDirectory);
                 }
-                facts.formEntries.append(bytes, entryBytes);
+                facts.formEntries.append(bytes, entries.bytes);
             }
             const unsigned size = SizeOf(entry.type);
             if (size == 0)
@@ -395,6 +430,24 @@ namespace RasterFeed
                     oldSubfileType = ReadWhole(numbers, entry);
                 }
                 break;
+            case TIFFTAG_INKSET:
+                if (!facts.inkSet)
+                {
+                    facts.inkSet = ReadWhole(numbers, entry);
+                }
+                break;
+            case TIFFTAG_EXTRASAMPLES:
+                KeepFirst(facts.extraSamples, entry);
+                break;
+            case TIFFTAG_INKNAMES:
+                KeepFirst(facts.inkNames, entry);
+                break;
+            case TIFFTAG_PAGENAME:
+                KeepFirst(facts.pageName, entry);
+                break;
+            case TIFFTAG_PHOTOSHOP:
+                KeepFirst(facts.imageResources, entry);
+                break;
             case TIFFTAG_STRIPBYTECOUNTS:
                 if (facts.stripBytes.count == 0 && IsWhole(entry.type))
                 {
@@ -416,9 +469,7 @@ namespace RasterFeed
         facts.resolution = PixelsPerInch(resolution, unit);
         facts.resolutionDown = PixelsPerInch(resolutionDown, unit);
         facts.isReducedImage = !subfileTypeSeen && oldSubfileType == OFILETYPE_REDUCEDIMAGE;
-        // A file may end with its last directory's last entry.
-        const std::uint64_t end = first + entries * entryBytes;
-        facts.next = end + wordWidth <= file.Size() ? numbers.At(end, wordWidth) : 0;
+        facts.next = NextAfter(file, numbers, entries);
         return facts;
     }
 }

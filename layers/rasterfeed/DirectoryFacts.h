@@ -48,7 +48,12 @@ namespace RasterFeed
         /// The entries that say how the image is stored, each as it stands in the file. Compressions other than none and
         /// JPEG are PackBits here, and have no entries of their own.
         std::string formEntries;
-        std::uint64_t next = 0; ///< the next directory, bytes from the start of the file; 0 for none
+        std::optional<std::uint32_t> inkSet; ///< InkSet, as stated
+        NumberList extraSamples;             ///< ExtraSamples
+        NumberList inkNames;                 ///< the bytes of InkNames
+        NumberList pageName;                 ///< the bytes of PageName
+        NumberList imageResources;           ///< the bytes of the image resources, tag 34377
+        std::uint64_t next = 0;              ///< the next directory, bytes from the start of the file; 0 for none
     };
 
     /// A value that libtiff would have to allocate more for than this is never loaded: its tag is passed over, or, where the
@@ -61,6 +66,10 @@ namespace RasterFeed
     /// The number at `index`, less than the list's count. Throws Refusal if the file ends before it.
     std::uint64_t
     NumberInList(SourceFile& file, const TiffPreamble& preamble, const NumberList& list, std::uint64_t index);
+
+    /// The next directory after that at `offset`, bytes from the start of the file; 0 for none. Throws Refusal if that at
+    /// `offset` cannot be one.
+    std::uint64_t NextDirectory(SourceFile& file, const TiffPreamble& preamble, std::uint64_t offset);
 
     /// Reads the directory at `offset`. A value of more than largestTag bytes does not count in tagBytes. Throws Refusal if the
     /// file ends inside the directory.

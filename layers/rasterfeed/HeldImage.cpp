@@ -16,13 +16,15 @@ namespace RasterFeed
     }
 
     HeldImage::HeldImage(
-        std::unique_ptr<LineSource> lines, std::uint32_t width, std::uint32_t height, bool asColumns, bool lastFirst)
+        std::unique_ptr<LineSource> lines, std::uint32_t width, std::uint32_t height, std::size_t channelCount,
+        bool asColumns, bool lastFirst)
         : source(std::move(lines))
         , sourceWidth(width)
         , sourceHeight(height)
+        , channels(channelCount)
         , isTransposed(asColumns)
         , fromBottom(lastFirst)
-        , pixels(new unsigned char[sourceWidth * sourceHeight])
+        , pixels(new unsigned char[sourceWidth * sourceHeight * channels])
     {
     }
 
@@ -30,40 +32,43 @@ namespace RasterFeed
     {
         for (std::size_t y = 0; y < sourceHeight; ++y)
         {
-            source->Next(pixels.get() + (fromBottom ? sourceHeight - 1 - y : y) * sourceWidth);
+            source->Next(
+                pixels.get() + (fromBottom ? sourceHeight - 1 - y : y) * sourceWidth, sourceWidth * sourceHeight);
         }
     }
 
     void HeldImage::ReadTransposed()
     {
-        std::vector<unsigned char> band(std::min(BandLines, sourceHeight) * sourceWidth);
+        const std::size_t bandPixels = std::min(BandLines, sourceHeight) * sourceWidth;
+        std::vector<unsigned char> band(bandPixels * channels);
         for (std::size_t top = 0; top < sourceHeight; top += BandLines)
         {
             const std::size_t count = std::min(BandLines, sourceHeight - top);
             for (std::size_t i = 0; i < count; ++i)
             {
-                source->Next(&band[(fromBottom ? count - 1 - i : i) * sourceWidth]);
+                source->Next(&band[(fromBottom ? count - 1 - i : i) * sourceWidth], bandPixels);
             }
             const std::size_t column = fromBottom ? sourceHeight - top - count : top;
-            for (std::size_t x = 0; x < sourceWidth; ++x)
+            for (std::size_t x = 0; x < sourceWidth * channels; ++x)
             {
+                const unsigned char* const from = &band[x / sourceWidth * bandPixels + x % sourceWidth];
                 unsigned char* const to = pixels.get() + x * sourceHeight + column;
                 for (std::size_t i = 0; i < count; ++i)
                 {
-                    to[i] = band[i * sourceWidth + x];
+                    to[i] = from[i * sourceWidth];
                 }
             }
         }
     }
 
-    void HeldImage::Next(unsigned char* line)
+    void HeldImage::Next(unsigned char* line, std::size_t)
     {
         if (source)
         {
             isTransposed ? ReadTransposed() : ReadAll();
             source.reset();
         }
-        const std::size_t all = sourceWidth * sourceHeight;
+        const std::size_t all = sourceWidth * sourceHeight * channels;
         if (delivered >= all)
         {
             throw Refusal("no line is left; as many are read as there are");

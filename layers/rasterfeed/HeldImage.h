@@ -1,10 +1,11 @@
-// An image that is held whole and delivered in an order that its source does not have: turned by a quarter, or from its
-// bottom.
+// An image that is held whole and delivered in an order that its source does not have: turned by a quarter, from its bottom,
+// or one channel after the other.
 #pragma once
 
 #include "rasterfeed/LineSource.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 
 namespace RasterFeed
@@ -15,13 +16,14 @@ namespace RasterFeed
     class HeldImage : public LineSource
     {
     public:
-        /// `source` has `height` lines of `width` pixels. `isTransposed`: its lines are delivered as columns, from left to right.
+        /// `source` has `height` lines of `width` pixels of each of `channels` channels, which are delivered one after the other;
+        /// together they are not larger than LargestHeldImage. `isTransposed`: its lines are delivered as columns, from left to right.
         /// `fromBottom`: its last line comes first.
         HeldImage(
-            std::unique_ptr<LineSource> source, std::uint32_t width, std::uint32_t height, bool isTransposed,
-            bool fromBottom);
+            std::unique_ptr<LineSource> source, std::uint32_t width, std::uint32_t height, std::size_t channels,
+            bool isTransposed, bool fromBottom);
 
-        void Next(unsigned char* line) override;
+        void Next(unsigned char* line, std::size_t pitch) override;
 
     private:
         void ReadAll();
@@ -30,6 +32,7 @@ namespace RasterFeed
         std::unique_ptr<LineSource> source; ///< null once it is read
         std::size_t sourceWidth;            ///< pixels
         std::size_t sourceHeight;           ///< pixels
+        std::size_t channels;
         bool isTransposed;
         bool fromBottom;
         std::unique_ptr<unsigned char[]> pixels; ///< as they are delivered

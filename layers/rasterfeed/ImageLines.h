@@ -1,4 +1,4 @@
-// The pixels of an image as they are, line by line.
+// The pixels of one channel of an image as they are, line by line.
 #pragma once
 
 #include "rasterfeed/LineSource.h"
@@ -15,11 +15,18 @@ namespace RasterFeed
         /// `isMirrored`: lines run from right to left.
         ImageLines(RowOrder rows, const SeparationForm& form, bool isMirrored);
 
-        void Next(unsigned char* line) override;
+        void Next(unsigned char* line, std::size_t pitch) override;
 
     private:
+        void PickChannel(unsigned char* line) const;
+
         RowOrder rows;
         SampleExpansion expansion;
-        std::unique_ptr<unsigned char[]> packedRow; ///< holds a row that cannot be decoded into its line
+        std::uint32_t width;
+        unsigned samples; ///< of a pixel
+        unsigned sample;
+        bool isMirrored;
+        std::unique_ptr<unsigned char[]> packedRow;   ///< holds a row that cannot be decoded into its line
+        std::unique_ptr<unsigned char[]> allChannels; ///< holds the bytes of a row of several channels
     };
 }

@@ -2,7 +2,7 @@
 // reduced or held.
 #pragma once
 
-#include <cstdint>
+#include <cstddef>
 
 namespace RasterFeed
 {
@@ -11,8 +11,9 @@ namespace RasterFeed
     public:
         virtual ~LineSource() = default;
 
-        /// Writes the next line, one byte for each pixel, 0 being ink. Throws Refusal for data that ends early or cannot be
-        /// decoded, and what the callbacks throw.
-        virtual void Next(unsigned char* line) = 0;
+        /// Writes the next line, one byte for each pixel, 0 being ink; of a source of several channels one line for each,
+        /// `pitch` bytes after each other. Throws Refusal for data that ends early or cannot be decoded, and what the
+        /// callbacks throw.
+        virtual void Next(unsigned char* line, std::size_t pitch) = 0;
     };
 }

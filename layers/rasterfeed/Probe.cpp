@@ -1,5 +1,6 @@
 // A look at a TIFF without a host's reader: the same road as a reader's, with the reasons kept.
 
+#include "rasterfeed/InkNames.h"
 #include "rasterfeed/Refusal.h"
 #include "rasterfeed/SeparationReader.h"
 
@@ -123,6 +124,7 @@ namespace RasterFeed
                 description.resolution = ResolutionOf(reader.Width(), reader.Units());
                 const View& view = reader.Shown();
                 description.isReduced = view.isReduced;
+                description.sharesDecoding = reader.SharesDecoding();
                 description.inputWidth = view.across.pixels;
                 description.inputHeight = view.down.pixels;
                 description.inputAcross = view.across.resolution;
@@ -134,6 +136,49 @@ namespace RasterFeed
             }
             return description;
         }
+
+        void Append(std::vector<RasterFeedInk>& inks, std::vector<RasterFeedInk> further)
+        {
+            for (RasterFeedInk& ink : further)
+            {
+                const auto same = std::find_if(
+                    inks.begin(), inks.end(), [&](const RasterFeedInk& other) { return other.name == ink.name; });
+                if (same != inks.end())
+                {
+                    throw Refusal(
+                        "sample " + std::to_string(ink.channel) + " has the name of page " +
+                        std::to_string(same->page) + ", sample " + std::to_string(same->channel) + ", \"" + ink.name +
+                        '"' + WayByHand(ink));
+                }
+                inks.push_back(std::move(ink));
+            }
+        }
+
+        std::vector<RasterFeedInk> InksOf(const char* name)
+        {
+            SourceFile source(RefusingCallbacks, name);
+            TiffFile file(source);
+            std::vector<RasterFeedInk> inks;
+            try
+            {
+                for (bool isPage = true; isPage; isPage = file.NextPage())
+                {
+                    if (!file.IsAside() && file.Facts().photometric != PHOTOMETRIC_MASK)
+                    {
+                        Append(inks, InksOfPage(file));
+                    }
+                }
+            }
+            catch (const Refusal& refusal)
+            {
+                throw Refusal("page " + std::to_string(file.Page()) + ": " + refusal.what());
+            }
+            if (inks.empty())
+            {
+                throw Refusal("only reduced-resolution images, masks and alpha channels; a page with an ink is needed");
+            }
+            return inks;
+        }
     }
 }
 
@@ -141,4 +186,19 @@ RasterFeedDescription
 RasterFeedProbe(const std::string& path, RasterFeedDepth depth, const RasterFeedSelection& selection)
 {
     return RasterFeed::Describe(path, depth, selection);
+}
+
+RasterFeedInkList RasterFeedInks(const std::string& path)
+{
+    RasterFeedInkList list;
+    const std::string name = RasterFeed::OpenedName(path);
+    try
+    {
+        list.inks = RasterFeed::InksOf(name.c_str());
+    }
+    catch (const RasterFeed::Refusal& refusal)
+    {
+        list.reason = RasterFeed::OneLine(name + ": " + refusal.what());
+    }
+    return list;
 }

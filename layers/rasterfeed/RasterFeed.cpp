@@ -5,8 +5,11 @@
 
 #include <RasterFeedLib.h>
 
+#include <algorithm>
 #include <cstring>
+#include <memory>
 #include <new>
+#include <vector>
 
 struct RasterFeedReader
 {
@@ -24,6 +27,7 @@ struct RasterFeedReader
 
     RasterFeed::SeparationReader separation;
     RasterFeedSelection selection;
+    std::vector<std::uint32_t> channels; ///< in place of the selection's own, if there are any
     bool isSelected = false;
     State state = State::Opened;
 };
@@ -34,6 +38,7 @@ namespace RasterFeed
     {
         constexpr std::int32_t Done = 0;
         constexpr std::int32_t Failed = -1;
+        constexpr std::uint32_t MostChannels = 32;
 
         /// Runs `operation` in `state`, and leaves the reader in `next` if it succeeds.
         template <class Operation>
@@ -59,6 +64,16 @@ namespace RasterFeed
             }
             reader->state = next;
             return Done;
+        }
+
+        void Keep(RasterFeedReader& reader, const RasterFeedSelection& selection)
+        {
+            if (reader.isSelected || !IsSelection(selection))
+            {
+                throw Refusal("no selection, or a second one");
+            }
+            reader.selection = selection;
+            reader.isSelected = true;
         }
     }
 }
@@ -87,15 +102,23 @@ std::int32_t RasterFeedSelect(RasterFeedHandle reader, const RasterFeedSelection
 {
     const RasterFeedReader::State opened = RasterFeedReader::State::Opened;
     return RasterFeed::Run(
+        reader, opened, opened, [&](RasterFeed::SeparationReader&) { RasterFeed::Keep(*reader, *selection); });
+}
+
+std::int32_t RasterFeedSelectChannels(
+    RasterFeedHandle reader, const RasterFeedSelection* selection, const std::uint32_t* channels, std::uint32_t count)
+{
+    const RasterFeedReader::State opened = RasterFeedReader::State::Opened;
+    return RasterFeed::Run(
         reader, opened, opened,
         [&](RasterFeed::SeparationReader&)
         {
-            if (reader->isSelected || !RasterFeed::IsSelection(*selection))
+            if (count < 1 || count > RasterFeed::MostChannels || std::count(channels, channels + count, 0U) != 0)
             {
-                throw RasterFeed::Refusal("no selection, or a second one");
+                throw RasterFeed::Refusal("no channels");
             }
-            reader->selection = *selection;
-            reader->isSelected = true;
+            reader->channels.assign(channels, channels + count);
+            RasterFeed::Keep(*reader, *selection);
         });
 }
 
@@ -105,7 +128,7 @@ std::int32_t RasterFeedHeader(RasterFeedHandle reader, RasterFeedImageHeader* he
         reader, RasterFeedReader::State::Opened, RasterFeedReader::State::Lines,
         [&](RasterFeed::SeparationReader& separation)
         {
-            separation.ReadHeader(reader->selection);
+            separation.ReadHeader(reader->selection, reader->channels);
             *header = {};
             header->unitsPerInch = separation.Units().unitsPerInch;
             header->widthExtent = separation.Units().extent;

@@ -8,13 +8,14 @@
 namespace RasterFeed
 {
     ReducedLines::ReducedLines(
-        RowOrder imageRows, const SeparationForm& form, const CellEdges& columns, const CellEdges& lines,
-        bool fromRight)
+        RowOrder imageRows, const SeparationForm& form, const std::vector<unsigned>& samples, const CellEdges& columns,
+        const CellEdges& lines, bool fromRight)
         : rows(std::move(imageRows))
         , edges(lines)
         , cells(columns.Cells())
+        , channels(samples.size())
         , isMirrored(fromRight)
-        , sums(MakeCellSums(form, columns, edges.GreatestCell()))
+        , sums(MakeCellSums(form, samples, columns, edges.GreatestCell()))
         , space(new unsigned char[static_cast<std::size_t>(form.RowBytes())])
     {
     }
@@ -24,7 +25,7 @@ namespace RasterFeed
         row = rows.Next(space.get());
     }
 
-    void ReducedLines::Next(unsigned char* line)
+    void ReducedLines::Next(unsigned char* line, std::size_t pitch)
     {
         if (done >= edges.Cells())
         {
@@ -45,10 +46,10 @@ namespace RasterFeed
             sums->Add(row, static_cast<std::uint32_t>(next - at));
             at = next;
         }
-        sums->Finish(static_cast<std::uint64_t>(end - begin), line);
-        if (isMirrored)
+        sums->Finish(static_cast<std::uint64_t>(end - begin), line, pitch);
+        for (std::size_t i = 0; isMirrored && i < channels; ++i)
         {
-            std::reverse(line, line + cells);
+            std::reverse(line + i * pitch, line + i * pitch + cells);
         }
         ++done;
         // Rows after the last cell count for nothing but damage.

@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 namespace RasterFeed
 {
@@ -15,12 +16,12 @@ namespace RasterFeed
     {
     public:
         /// `columns` and `lines` are the cells along the rows and across them, the latter in the order in which rows are read.
-        /// `isMirrored`: lines run from right to left.
+        /// `samples`: the channels, of those that are stored together. `isMirrored`: lines run from right to left.
         ReducedLines(
-            RowOrder rows, const SeparationForm& form, const CellEdges& columns, const CellEdges& lines,
-            bool isMirrored);
+            RowOrder rows, const SeparationForm& form, const std::vector<unsigned>& samples, const CellEdges& columns,
+            const CellEdges& lines, bool isMirrored);
 
-        void Next(unsigned char* line) override;
+        void Next(unsigned char* line, std::size_t pitch) override;
 
     private:
         void NextRow();
@@ -28,6 +29,7 @@ namespace RasterFeed
         RowOrder rows;
         CellEdges edges;   ///< of the lines
         std::size_t cells; ///< in a line
+        std::size_t channels;
         bool isMirrored;
         std::unique_ptr<CellSums> sums;
         std::unique_ptr<unsigned char[]> space; ///< holds a row, if its source does not

@@ -29,21 +29,23 @@ namespace RasterFeed
             }
 
             void CountRow(
-                const std::uint64_t* row, std::size_t words, std::uint32_t* before, const BilevelEdge* edges,
-                std::size_t count, std::uint64_t* ones)
+                const std::uint64_t* row, std::size_t words, const std::uint64_t* masks, std::size_t period,
+                std::uint32_t* before, const BilevelEdge* edges, std::size_t count, std::uint64_t* ones)
             {
                 std::uint32_t sum = 0;
+                std::size_t mask = 0;
                 for (std::size_t i = 0; i < words; ++i)
                 {
                     before[i] = sum;
-                    sum += static_cast<std::uint32_t>(__builtin_popcountll(row[i]));
+                    sum += static_cast<std::uint32_t>(__builtin_popcountll(row[i] & masks[mask]));
+                    mask = mask + 1 == period ? 0 : mask + 1;
                 }
                 before[words] = sum;
                 for (std::size_t i = 0; i < count; ++i)
                 {
                     const BilevelEdge& edge = edges[i];
                     // The edge's own pixel in the lowest bit, and those before it above.
-                    const std::uint64_t upTo = be64toh(row[edge.word]) >> (63 - edge.pixel);
+                    const std::uint64_t upTo = be64toh(row[edge.word] & masks[edge.word % period]) >> (63 - edge.bit);
                     const std::uint64_t whole =
                         before[edge.word] + static_cast<std::uint64_t>(__builtin_popcountll(upTo >> 1));
                     ones[i] = (whole << 16) + (upTo & 1) * edge.fraction;
@@ -89,10 +91,10 @@ namespace RasterFeed
     }
 
     void CountOnes(
-        const std::uint64_t* row, std::size_t words, std::uint32_t* before, const BilevelEdge* edges, std::size_t count,
-        std::uint64_t* ones)
+        const std::uint64_t* row, std::size_t words, const std::uint64_t* masks, std::size_t period,
+        std::uint32_t* before, const BilevelEdge* edges, std::size_t count, std::uint64_t* ones)
     {
-        HWY_DYNAMIC_DISPATCH(CountRow)(row, words, before, edges, count, ones);
+        HWY_DYNAMIC_DISPATCH(CountRow)(row, words, masks, period, before, edges, count, ones);
     }
 
     void AddBytes(std::uint16_t* sums, const unsigned char* bytes, std::size_t count)

@@ -8,7 +8,7 @@
 
 namespace RasterFeed
 {
-    SampleExpansion::SampleExpansion(unsigned bitsPerSample, bool inverted, bool fromRight, std::uint32_t samples)
+    SampleExpansion::SampleExpansion(unsigned bitsPerSample, bool inverted, bool fromRight, std::size_t samples)
         : bits(bitsPerSample)
         , mirrored(fromRight)
         , width(samples)
@@ -33,15 +33,15 @@ namespace RasterFeed
     template <unsigned SamplesPerByte>
     void SampleExpansion::Unpack(const unsigned char* row, unsigned char* line) const
     {
-        const std::uint32_t whole = width / SamplesPerByte;
-        for (std::uint32_t i = 0; i < whole; ++i)
+        const std::size_t whole = width / SamplesPerByte;
+        for (std::size_t i = 0; i < whole; ++i)
         {
-            std::memcpy(line + std::size_t{i} * SamplesPerByte, expanded[row[i]].data(), SamplesPerByte);
+            std::memcpy(line + i * SamplesPerByte, expanded[row[i]].data(), SamplesPerByte);
         }
-        const std::uint32_t rest = width % SamplesPerByte;
+        const std::size_t rest = width % SamplesPerByte;
         if (rest != 0)
         {
-            std::memcpy(line + std::size_t{whole} * SamplesPerByte, expanded[row[whole]].data(), rest);
+            std::memcpy(line + whole * SamplesPerByte, expanded[row[whole]].data(), rest);
         }
     }
 
@@ -61,7 +61,7 @@ namespace RasterFeed
         case 8:
             if (flip != 0)
             {
-                for (std::uint32_t i = 0; i < width; ++i)
+                for (std::size_t i = 0; i < width; ++i)
                 {
                     line[i] = static_cast<unsigned char>(row[i] ^ 255);
                 }
@@ -72,10 +72,10 @@ namespace RasterFeed
             }
             break;
         default:
-            for (std::uint32_t i = 0; i < width; ++i)
+            for (std::size_t i = 0; i < width; ++i)
             {
                 std::uint16_t sample;
-                std::memcpy(&sample, row + std::size_t{i} * 2, sizeof sample);
+                std::memcpy(&sample, row + i * 2, sizeof sample);
                 // sample / 257 rounded to the nearest, for all 65536 values.
                 const std::uint32_t byte = (sample * 255u + 32895u) >> 16;
                 line[i] = static_cast<unsigned char>(byte ^ flip);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 
 namespace RasterFeed
@@ -12,7 +13,7 @@ namespace RasterFeed
     public:
         /// `bits` per sample: 1, 2, 4, 8 or 16. `inverted`: the file's highest value is ink. `mirrored`: lines run from
         /// right to left. `width`: samples of a row.
-        SampleExpansion(unsigned bits, bool inverted, bool mirrored, std::uint32_t width);
+        SampleExpansion(unsigned bits, bool inverted, bool mirrored, std::size_t width);
 
         /// Whether a row takes as many bytes as its line, so that it may be decoded into the line and expanded in place.
         bool WorksInPlace() const { return bits == 8; }
@@ -27,7 +28,7 @@ namespace RasterFeed
 
         unsigned bits;
         bool mirrored;
-        std::uint32_t width;
+        std::size_t width;
         unsigned char flip; ///< 255 to invert, else 0
         std::array<std::array<unsigned char, 4>, 256>
             expanded; ///< the bytes of a packed byte's samples, for 2 and 4 bits

@@ -17,13 +17,13 @@ namespace RasterFeed
 
     const unsigned char* ScanlineRows::Row(std::uint32_t row, unsigned char* space)
     {
-        DecodeScanline(file, row, space);
+        DecodeScanline(file, row, form.plane, space);
         if (check)
         {
             check->Take(space, form.RowBytes());
             if ((row + 1) % form.chunkHeight == 0 || row + 1 == form.height)
             {
-                check->Finish(row / form.chunkHeight);
+                check->Finish(form.ChunkOf(row / form.chunkHeight));
             }
         }
         return space;

@@ -14,6 +14,7 @@ namespace RasterFeed
     {
         constexpr std::uint32_t LargestSide = 2147483647;           // pixels
         constexpr std::uint64_t LargestRow = 1024ull * 1024 * 1024; // bytes, stored or delivered
+        constexpr std::uint32_t MostSamples = 32;
         constexpr std::uint32_t WidestFaxRow = 1000000; // pixels; libtiff takes 16 bytes for each, in one piece
         constexpr double ResolutionOfNone = 72;         // pixels per inch
 
@@ -109,17 +110,42 @@ namespace RasterFeed
             }
         }
 
+        /// Which of the samples of a pixel are stored together, and which of them is the separation's.
+        void CheckChannel(const TiffFile& file, std::uint32_t channel, SeparationForm& form)
+        {
+            const std::uint32_t samples = file.Field<std::uint16_t>(TIFFTAG_SAMPLESPERPIXEL, 1);
+            const auto& photometric = file.Facts().photometric;
+            const std::string name = photometric ? PlainName(*photometric, PhotometricNames) : "";
+            const std::string found = std::to_string(samples) + (samples == 1 ? " sample" : " samples") + " per pixel" +
+                                      (name.empty() ? "" : " (" + name + ")");
+            const bool mayHaveSeveral = photometric == PHOTOMETRIC_SEPARATED && samples <= MostSamples;
+            if (channel == 0 && samples != 1)
+            {
+                const std::string choice = mayHaveSeveral ? ": choose it by \"page\": " + std::to_string(file.Page()) +
+                                                                " and \"channel\": 1 to " + std::to_string(samples)
+                                                          : "";
+                throw Refusal(found + "; a separation has one" + choice);
+            }
+            if (samples != 1 && !mayHaveSeveral)
+            {
+                throw Refusal(found + "; one, and 1 to 32 of Separated, are accepted");
+            }
+            if (channel > samples)
+            {
+                throw Refusal(found + "; the page has no channel " + std::to_string(channel));
+            }
+            const unsigned index = channel == 0 ? 0 : channel - 1;
+            const bool isPlanar =
+                file.Field<std::uint16_t>(TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG) != PLANARCONFIG_CONTIG;
+            form.samples = isPlanar ? 1 : samples;
+            form.sample = isPlanar ? 0 : index;
+            form.planes = isPlanar ? samples : 1;
+            form.plane = isPlanar ? index : 0;
+        }
+
         void CheckSamples(const TiffFile& file, SeparationForm& form)
         {
-            const auto samples = file.Field<std::uint16_t>(TIFFTAG_SAMPLESPERPIXEL, 1);
             const auto& photometric = file.Facts().photometric;
-            if (samples != 1)
-            {
-                const std::string name = photometric ? PlainName(*photometric, PhotometricNames) : "";
-                throw Refusal(
-                    std::to_string(samples) + " samples per pixel" + (name.empty() ? "" : " (" + name + ")") +
-                    "; a separation has one");
-            }
             if (!photometric)
             {
                 throw Refusal(
@@ -155,6 +181,12 @@ namespace RasterFeed
             if (form.IsFax() && form.bits != 1)
             {
                 throw Refusal("CCITT compression of " + std::to_string(form.bits) + " bits per sample; 1 is accepted");
+            }
+            if (form.IsFax() && form.samples != 1)
+            {
+                throw Refusal(
+                    "CCITT compression of " + std::to_string(form.samples) +
+                    " samples that are stored together; a plane for each is accepted");
             }
             if (form.compression == COMPRESSION_JPEG && form.bits != 8)
             {
@@ -211,7 +243,8 @@ namespace RasterFeed
             {
                 throw Refusal(tiles + "; 1 to 2147483647 in each direction are accepted");
             }
-            if (form.tiled && form.ChunksAcross() > 1 && std::uint64_t{form.chunkWidth} * form.bits % 8 != 0)
+            if (form.tiled && form.ChunksAcross() > 1 &&
+                std::uint64_t{form.chunkWidth} * form.samples * form.bits % 8 != 0)
             {
                 throw Refusal(tiles + "; widths that are multiples of 16 are accepted");
             }
@@ -229,9 +262,10 @@ namespace RasterFeed
         return compression == COMPRESSION_ADOBE_DEFLATE || compression == COMPRESSION_DEFLATE;
     }
 
-    SeparationForm InspectForm(const TiffFile& file)
+    SeparationForm InspectForm(const TiffFile& file, std::uint32_t channel)
     {
         SeparationForm form = {};
+        CheckChannel(file, channel, form);
         CheckSamples(file, form);
         CheckCoding(file, form);
         form.tiled = file.IsTiled();

@@ -16,6 +16,10 @@ namespace RasterFeed
         std::uint32_t width = 0;       ///< pixels, at least 1
         std::uint32_t height = 0;      ///< pixels, at least 1
         unsigned bits = 0;             ///< per sample: 1, 2, 4, 8 or 16
+        unsigned samples = 1;          ///< of a pixel that are stored together: 1 where each has a plane of its own
+        unsigned sample = 0;           ///< the separation's among those
+        unsigned planes = 1;           ///< of samples, stored one after the other
+        unsigned plane = 0;            ///< the separation's
         std::uint16_t compression = 0; ///< as libtiff numbers them
         bool inverted = false;         ///< the highest sample value is ink
         Turn upright;                  ///< what makes the stored image upright
@@ -36,12 +40,19 @@ namespace RasterFeed
         bool IsDeflate() const;
 
         /// Bytes of a stored row: of the image, and of one strip or tile.
-        std::uint64_t RowBytes() const { return (std::uint64_t{width} * bits + 7) / 8; }
-        std::uint64_t ChunkRowBytes() const { return (std::uint64_t{chunkWidth} * bits + 7) / 8; }
+        std::uint64_t RowBytes() const { return (std::uint64_t{width} * samples * bits + 7) / 8; }
+        std::uint64_t ChunkRowBytes() const { return (std::uint64_t{chunkWidth} * samples * bits + 7) / 8; }
         std::uint64_t ChunkBytes() const { return ChunkRowBytes() * chunkHeight; }
 
         std::uint32_t ChunksAcross() const { return (width - 1) / chunkWidth + 1; }
         std::uint32_t ChunksDown() const { return (height - 1) / chunkHeight + 1; }
+        std::uint64_t ChunksOfPlane() const { return std::uint64_t{ChunksAcross()} * ChunksDown(); }
+
+        /// The number by which the file has the strip or tile `index` of the separation's plane.
+        std::uint32_t ChunkOf(std::uint32_t index) const
+        {
+            return static_cast<std::uint32_t>(plane * ChunksOfPlane() + index);
+        }
 
         /// Rows of the image in the chunks that are `down` from the first.
         std::uint32_t RowsOf(std::uint32_t down) const
@@ -51,6 +62,7 @@ namespace RasterFeed
         }
     };
 
-    /// The form of the image at which `file` stands. Throws Refusal if a separation cannot have it.
-    SeparationForm InspectForm(const TiffFile& file);
+    /// The form of one channel of the image at which `file` stands, counted from 1; 0: of an image of a single one. Throws
+    /// Refusal if a separation cannot have it.
+    SeparationForm InspectForm(const TiffFile& file, std::uint32_t channel);
 }

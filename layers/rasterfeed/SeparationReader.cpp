@@ -7,6 +7,7 @@
 #include "rasterfeed/ReducedLines.h"
 #include "rasterfeed/Refusal.h"
 
+#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -48,15 +49,55 @@ namespace RasterFeed
         file.emplace(source);
     }
 
-    void SeparationReader::ReadHeader(const RasterFeedSelection& selection)
+    void SeparationReader::ReadHeader(const RasterFeedSelection& selection, const std::vector<std::uint32_t>& channels)
     {
-        file->SelectImage();
-        const SeparationForm form = InspectForm(*file);
-        view = ChooseView(form, selection);
-        CheckHeldSize(view);
-        const bool isHeld = IsHeld(form, view);
+        const bool isChosen = selection.page != 0 || selection.channel != 0 || !channels.empty();
+        page = isChosen ? std::max(selection.page, 1U) : 0;
+        chosen = !channels.empty() ? channels : std::vector{isChosen ? std::max(selection.channel, 1U) : 0};
+        channel = chosen.front();
+        try
+        {
+            page != 0 ? file->SelectPage(page) : file->SelectImage();
+            for (const std::uint32_t next : chosen)
+            {
+                channel = next;
+                forms.push_back(InspectForm(*file, channel));
+            }
+            view = ChooseView(forms.front(), selection);
+            CheckHeldSize(view);
+            file->UseCodec();
+            BeginLines();
+        }
+        catch (const Refusal& refusal)
+        {
+            throw Refusal(Place() + refusal.what());
+        }
+        units = ExpressWidth(Width(), view.resolution);
+    }
+
+    void SeparationReader::BeginLines()
+    {
+        channel = chosen[begun];
+        const SeparationForm& form = forms[begun];
+        std::vector<unsigned> samples = {form.sample};
+        if (SharesDecoding())
+        {
+            const std::uint64_t most = LargestHeldImage / (std::uint64_t{Width()} * Height());
+            while (begun + samples.size() < forms.size() && samples.size() < most)
+            {
+                samples.push_back(forms[begun + samples.size()].sample);
+            }
+        }
+        lines.reset(); // before its successor takes as much memory
+        MakeLines(form, samples);
+        begun += samples.size();
+        linesLeft = std::uint64_t{Height()} * samples.size();
+    }
+
+    void SeparationReader::MakeLines(const SeparationForm& form, const std::vector<unsigned>& samples)
+    {
+        const bool isHeld = samples.size() > 1 || IsHeld(form, view);
         const bool fromBottom = view.turn.flipsRows && !isHeld;
-        file->UseCodec();
         RowOrder rows(MakeRowSource(*file, form, PlanDecoding(*file, form, fromBottom)), form.height, fromBottom);
 
         // The sides of the stored image.
@@ -65,7 +106,7 @@ namespace RasterFeed
         if (view.isReduced)
         {
             lines = std::make_unique<ReducedLines>(
-                std::move(rows), form, EdgesOf(columns, view.turn.flipsColumns),
+                std::move(rows), form, samples, EdgesOf(columns, view.turn.flipsColumns),
                 EdgesOf(down, view.turn.flipsRows && isHeld), view.turn.flipsColumns);
         }
         else
@@ -75,14 +116,31 @@ namespace RasterFeed
         if (isHeld)
         {
             lines = std::make_unique<HeldImage>(
-                std::move(lines), columns.cells, down.cells, view.turn.isTransposed, view.turn.flipsRows);
+                std::move(lines), columns.cells, down.cells, samples.size(), view.turn.isTransposed,
+                view.turn.flipsRows);
         }
-        units = ExpressWidth(Width(), view.resolution);
     }
 
     void SeparationReader::ReadLine(unsigned char* line)
     {
-        lines->Next(line);
+        try
+        {
+            if (linesLeft == 0 && begun < forms.size())
+            {
+                BeginLines();
+            }
+            lines->Next(line, Width());
+            --linesLeft;
+        }
+        catch (const Refusal& refusal)
+        {
+            throw Refusal(Place() + refusal.what());
+        }
+    }
+
+    std::string SeparationReader::Place() const
+    {
+        return page == 0 ? "" : "page " + std::to_string(page) + ", channel " + std::to_string(channel) + ": ";
     }
 
     void SeparationReader::Close()

@@ -18,7 +18,7 @@ namespace RasterFeed
 
     const unsigned char* StoredRows::Row(std::uint32_t row, unsigned char* space)
     {
-        const std::uint64_t strip = file.ChunkOffset(row / form.chunkHeight);
+        const std::uint64_t strip = file.ChunkOffset(form.ChunkOf(row / form.chunkHeight));
         const std::uint64_t position = strip + std::uint64_t{row % form.chunkHeight} * rowBytes;
         const bool isSwapped = form.bits == 16 && form.byteSwapped;
         if (!isSwapped && !form.lowestBitFirst)

@@ -22,11 +22,11 @@ namespace RasterFeed
         {
             present.reset();
             const std::uint64_t bytes = form.RowBytes() * form.RowsOf(strip);
-            DecodeStrip(file, strip, block.get(), bytes);
+            DecodeStrip(file, form.ChunkOf(strip), block.get(), bytes);
             if (check)
             {
                 check->Take(block.get(), bytes);
-                check->Finish(strip);
+                check->Finish(form.ChunkOf(strip));
             }
             present = strip;
         }

@@ -19,6 +19,10 @@ namespace RasterFeed
         // Reduced images and masks before the image proper. Real files have a handful.
         constexpr int MostDirectories = 64;
 
+        // Pages that may be counted, and those that may be looked at one after the other, each a directory of its own.
+        constexpr std::uint32_t MostPages = 65535;
+        constexpr std::uint32_t MostPagesInTurn = 1024;
+
         // Where libtiff finds the directory that it is shown: no file reaches so far.
         constexpr std::uint64_t ShownAt = std::uint64_t{1} << 40;
 
@@ -59,8 +63,7 @@ namespace RasterFeed
     {
         for (int looked = 1;; ++looked)
         {
-            const auto kind = Field<std::uint32_t>(TIFFTAG_SUBFILETYPE, 0);
-            if ((kind & (FILETYPE_REDUCEDIMAGE | FILETYPE_MASK)) == 0 && !facts.isReducedImage)
+            if (!IsAside())
             {
                 return;
             }
@@ -69,6 +72,66 @@ namespace RasterFeed
                 throw Refusal("only reduced-resolution images and masks; one image of full resolution is needed");
             }
             Enter(facts.next);
+            ++page;
+        }
+    }
+
+    void TiffFile::SelectPage(std::uint32_t number)
+    {
+        if (number > MostPages)
+        {
+            throw Refusal("more pages than 65535, which are as many as are counted");
+        }
+        std::uint64_t directory = preamble.firstDirectory;
+        while (page < number)
+        {
+            CheckNotVisited(directory);
+            directory = NextDirectory(source, preamble, directory);
+            if (directory == 0)
+            {
+                throw Refusal("the file has " + std::to_string(page) + (page == 1 ? " page" : " pages"));
+            }
+            ++page;
+        }
+        if (page > 1)
+        {
+            CheckNotVisited(directory);
+            Enter(directory);
+        }
+    }
+
+    bool TiffFile::NextPage()
+    {
+        if (page == 1)
+        {
+            CheckNotVisited(preamble.firstDirectory);
+        }
+        if (facts.next == 0)
+        {
+            return false;
+        }
+        if (page == MostPagesInTurn)
+        {
+            throw Refusal("more than 1024 pages; up to 1024 are looked at");
+        }
+        CheckNotVisited(facts.next);
+        ++page;
+        Enter(facts.next);
+        return true;
+    }
+
+    bool TiffFile::IsAside() const
+    {
+        const auto kind = Field<std::uint32_t>(TIFFTAG_SUBFILETYPE, 0);
+        return (kind & (FILETYPE_REDUCEDIMAGE | FILETYPE_MASK)) != 0 || facts.isReducedImage;
+    }
+
+    void TiffFile::CheckNotVisited(std::uint64_t directory)
+    {
+        if (!visited.insert(directory).second)
+        {
+            throw Refusal(
+                "the pages run in a circle after page " + std::to_string(page) + "; a chain with an end is needed");
         }
     }
 
@@ -101,7 +164,7 @@ namespace RasterFeed
     std::optional<std::uint64_t> TiffFile::StatedStripBytes(std::uint32_t strip) const
     {
         const NumberList& list = facts.stripBytes;
-        const std::uint64_t bytes = strip < list.count ? NumberInList(source, preamble, list, strip) : 0;
+        const std::uint64_t bytes = strip < list.count ? NumberIn(list, strip) : 0;
         return bytes != 0 ? std::optional(bytes) : std::nullopt;
     }
 

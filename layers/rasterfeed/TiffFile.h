@@ -15,12 +15,14 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_set>
 
 namespace RasterFeed
 {
     class SourceFile;
 
-    /// A TIFF that is open from the constructor to the destructor, at its first image. SelectImage? (UseCodec Call*)?
+    /// A TIFF that is open from the constructor to the destructor, at its first page.
+    /// (SelectImage | SelectPage | NextPage*)? (UseCodec Call*)?
     class TiffFile
     {
     public:
@@ -33,6 +35,18 @@ namespace RasterFeed
         /// Goes on to the first directory that is neither a reduced-resolution image nor a mask. Throws Refusal if there is
         /// none.
         void SelectImage();
+
+        /// Goes to the directory that is the `number`-th of the file's chain, from 1. Throws Refusal if there is none.
+        void SelectPage(std::uint32_t number);
+
+        /// Goes on to the next directory, if there is one. Throws Refusal if the chain runs in a circle or is too long.
+        bool NextPage();
+
+        /// The number of the present directory in the file's chain, from 1.
+        std::uint32_t Page() const { return page; }
+
+        /// Whether the present directory is a reduced-resolution image or a mask.
+        bool IsAside() const;
 
         /// What the present directory states.
         const DirectoryFacts& Facts() const { return facts; }
@@ -63,6 +77,12 @@ namespace RasterFeed
 
         /// The length of a strip as the directory states it; nothing where it states none.
         std::optional<std::uint64_t> StatedStripBytes(std::uint32_t strip) const;
+
+        /// Number `index` of a list of the present directory, which has as many. Throws Refusal if the file ends before it.
+        std::uint64_t NumberIn(const NumberList& list, std::uint64_t index) const
+        {
+            return NumberInList(source, preamble, list, index);
+        }
 
         /// Bytes of a decoded row of the image or, if it is tiled, of a tile.
         std::uint64_t DecodedRowBytes() const;
@@ -107,6 +127,7 @@ namespace RasterFeed
         static int KeepWarning(TIFF*, void* self, const char* module, const char* format, va_list arguments);
 
         void Enter(std::uint64_t directory);
+        void CheckNotVisited(std::uint64_t directory);
         void Keep(bool isError, const char* format, va_list arguments);
         void Rethrow();
         [[noreturn]] void RefuseDamaged();
@@ -114,6 +135,8 @@ namespace RasterFeed
         SourceFile& source;
         TiffPreamble preamble;
         DirectoryFacts facts;
+        std::uint32_t page = 1;
+        std::unordered_set<std::uint64_t> visited; ///< the directories of the pages up to this one, but for SelectImage
         std::string shown;          ///< the directory that libtiff sees, as if it stood far after the end of the file
         std::uint64_t position = 0; ///< libtiff's place in the file
         std::exception_ptr pending; ///< what a callback threw below libtiff

@@ -27,7 +27,7 @@ namespace RasterFeed
             const std::uint32_t across = form.ChunksAcross();
             for (std::uint32_t i = 0; i < across; ++i)
             {
-                const std::uint32_t tile = down * across + i;
+                const std::uint32_t tile = form.ChunkOf(down * across + i);
                 unsigned char* const to = block.get() + i * form.ChunkBytes();
                 DecodeTile(file, tile, to, form.ChunkBytes());
                 if (check)

@@ -5,6 +5,7 @@
 
 #include <RasterFeedLib.h>
 
+#include <algorithm>
 #include <cstring>
 #include <memory>
 #include <sstream>
@@ -111,6 +112,17 @@ std::int32_t RasterFeedSelect(RasterFeedHandle, const RasterFeedSelection* selec
          << static_cast<int>(selection->orientation);
     FakeReader::Instance().log += "select " + view.str() + '\n';
     return FakeReader::Instance().selectionFails ? -1 : 0;
+}
+
+std::int32_t RasterFeedSelectChannels(
+    RasterFeedHandle reader, const RasterFeedSelection* selection, const std::uint32_t* channels, std::uint32_t count)
+{
+    const OutsideTheCount notOurs;
+    std::ostringstream choice;
+    choice << "page " << selection->page << " channels";
+    std::for_each(channels, channels + count, [&](std::uint32_t channel) { choice << ' ' << channel; });
+    FakeReader::Instance().log += choice.str() + '\n';
+    return RasterFeedSelect(reader, selection);
 }
 
 RasterFeedDescription RasterFeedProbe(const std::string&, RasterFeedDepth, const RasterFeedSelection&)

@@ -1,9 +1,10 @@
-// Views of the files of a job, which a host asks for, and threads that read them: what the document says of them, that it is
-// the same by any number of threads, and whose failure is reported.
+// Views of the files of a job, which a host asks for, inks of files that hold several, and threads that read them: what the
+// document says of them, that it is the same by any number of threads, and whose failure is reported.
 #include "tests/Sheetvane/Failures.h"
 #include "tests/Sheetvane/Tiffs.h"
 #include "tests/Sheetvane/Values.h"
 #include "tests/support/Folder.h"
+#include "tests/support/TiffMaker.h"
 
 #include <Sheetvane/SheetvaneConverter.h>
 
@@ -134,6 +135,80 @@ namespace SheetvaneTest
         }
     }
 
+    TEST_F(Plates, InksOfOneFileAreThoseOfAFileForEach)
+    {
+        // Five inks that are stored together, and four in planes of their own on a second page, in an order of the host's.
+        TestSupport::TiffForm together;
+        together.samples = 5;
+        together.photometric = PHOTOMETRIC_SEPARATED;
+        together.compression = COMPRESSION_LZW;
+        together.resolution = 600;
+        TestSupport::TiffForm planes = together;
+        planes.samples = 4;
+        planes.planar = PLANARCONFIG_SEPARATE;
+        const TestSupport::InkRule rule = TestSupport::MixedInks(8);
+        const std::string both = folder.Write("inks.tif", TestSupport::MakePages({together, planes}, rule));
+        struct Image
+        {
+            unsigned int page, channel;
+        };
+        const std::vector<Image> fronts = {{1, 4}, {1, 1}, {1, 5}, {1, 1}, {2, 1}, {2, 4}, {1, 2}};
+        TestSupport::TiffForm single = together;
+        single.samples = 1;
+        KX_TArray composite;
+        KX_TArray singles;
+        for (const Image& image : fronts)
+        {
+            composite.Append(Location(both));
+            singles.Append(Location(folder.Write(
+                "single" + std::to_string(image.channel) + ".tif",
+                TestSupport::MakeTiff(
+                    single, [&](std::uint32_t x, std::uint32_t y) { return rule(image.channel - 1, x, y); }))));
+        }
+        const auto write = [&](const KX_TArray& files, bool chooses)
+        {
+            AddSheet("S" + std::to_string(converter.GetNumSheets()), files, files);
+            const unsigned int sheet = converter.GetNumSheets() - 1;
+            for (const auto side : {SheetvaneConverter::FrontSide, SheetvaneConverter::BackSide})
+            {
+                for (unsigned int index = 0; chooses && index < fronts.size(); ++index)
+                {
+                    converter.SetSeparationImage(sheet, side, index, fronts[index].page, fronts[index].channel);
+                }
+            }
+            converter.SetOrientation(sheet, SheetvaneConverter::BackSide, SheetvaneConverter::Flip90);
+        };
+        write(singles, false);
+        write(composite, true);
+        for (const double resolution : {0.0, 90.0})
+        {
+            converter.SetPreviewResolution(resolution, 0);
+            std::string byOne;
+            for (const unsigned int threads : {1u, 2u, 8u})
+            {
+                converter.SetThreads(threads);
+                const std::string document = Written();
+                const std::size_t second = document.find("/CIP3AdmSheetName (S1)");
+                const auto surfaces = [&](std::size_t from)
+                {
+                    const std::size_t at = document.find("CIP3BeginFront", from);
+                    return document.substr(at, document.find("CIP3EndSheet", at) - at);
+                };
+                EXPECT_EQ(surfaces(0), surfaces(second)) << threads;
+                byOne = byOne.empty() ? document : byOne;
+                EXPECT_EQ(document, byOne) << threads;
+            }
+        }
+
+        // Taken back, the file is several inks again; and a channel that it has not fails.
+        converter.SetSeparationImage(1, SheetvaneConverter::BackSide, 6, 0, 0);
+        EXPECT_EQ(Convert(), "Problem converting TIFF files to CIP3");
+        converter.SetSeparationImage(1, SheetvaneConverter::BackSide, 6, 0, 5);
+        EXPECT_EQ(Convert(), "[nothing]");
+        converter.SetSeparationImage(1, SheetvaneConverter::BackSide, 6, 2, 5);
+        EXPECT_EQ(Convert(), "Problem converting TIFF files to CIP3");
+    }
+
     TEST_F(Plates, FailureIsThatOfTheFirstSeparationByAnyNumberOfThreads)
     {
         const std::string good = Plate("a");
@@ -181,6 +256,12 @@ namespace SheetvaneTest
         EXPECT_EQ(turn(0, 2, 1), "Invalid orientation");
         EXPECT_EQ(turn(0, 0, 8), "Invalid orientation");
         EXPECT_EQ(turn(0, 1, -1), "Invalid orientation");
+        const auto choose = [&](unsigned int sheet, int side, unsigned int index)
+        { return FailureOf([&] { converter.SetSeparationImage(sheet, static_cast<Side>(side), index, 1, 1); }); };
+        EXPECT_EQ(choose(1, 0, 0), "Sheet index out of bounds");
+        EXPECT_EQ(choose(0, 2, 0), "Separation index out of bounds");
+        EXPECT_EQ(choose(0, 0, 1), "Separation index out of bounds");
+        EXPECT_EQ(choose(0, 1, 0), "Separation index out of bounds");
         EXPECT_EQ(FailureOf([&] { converter.SetThreads(0); }), "Invalid number of threads");
         EXPECT_EQ(FailureOf([&] { converter.SetThreads(257); }), "Invalid number of threads");
         EXPECT_EQ(Written(), before);

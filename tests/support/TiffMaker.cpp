@@ -7,7 +7,6 @@
 #include <cstring>
 #include <memory>
 #include <stdexcept>
-#include <vector>
 
 namespace TestSupport
 {
@@ -59,9 +58,10 @@ namespace TestSupport
             }
         }
 
-        /// Columns [left, left + count) of row y as libtiff wants them: packed from the highest bit down.
-        std::vector<unsigned char>
-        PackRow(const TiffForm& form, const SampleRule& rule, std::uint32_t left, std::uint32_t count, std::uint32_t y)
+        /// Columns [left, left + count) of row y of a plane as libtiff wants them: packed from the highest bit down.
+        std::vector<unsigned char> PackRow(
+            const TiffForm& form, const InkRule& rule, unsigned plane, std::uint32_t left, std::uint32_t count,
+            std::uint32_t y)
         {
             const unsigned samples = form.planar == PLANARCONFIG_CONTIG ? form.samples : 1;
             std::vector<unsigned char> row((std::size_t{count} * samples * form.bits + 7) / 8);
@@ -70,7 +70,8 @@ namespace TestSupport
                 // What a tile has beyond the image must not show: the opposite of its last column and row.
                 const std::uint32_t x = left + i / samples;
                 const bool outside = x >= form.width || y >= form.height;
-                std::uint32_t value = rule(std::min(x, form.width - 1), std::min(y, form.height - 1));
+                std::uint32_t value =
+                    rule(plane + i % samples, std::min(x, form.width - 1), std::min(y, form.height - 1));
                 if (outside)
                 {
                     value = ~value & ((1u << form.bits) - 1);
@@ -99,7 +100,54 @@ namespace TestSupport
             return row;
         }
 
-        void WritePage(TIFF* tiff, const TiffForm& form, const SampleRule& rule)
+        void WriteTiles(TIFF* tiff, const TiffForm& form, const InkRule& rule, std::uint16_t plane)
+        {
+            for (std::uint32_t top = 0; top < form.height; top += form.tileLength)
+            {
+                for (std::uint32_t left = 0; left < form.width; left += form.tileWidth)
+                {
+                    std::vector<unsigned char> tile;
+                    for (std::uint32_t y = 0; y < form.tileLength; ++y)
+                    {
+                        const auto row = PackRow(form, rule, plane, left, form.tileWidth, top + y);
+                        tile.insert(tile.end(), row.begin(), row.end());
+                    }
+                    const std::uint32_t index = TIFFComputeTile(tiff, left, top, 0, plane);
+                    Require(TIFFWriteEncodedTile(tiff, index, tile.data(), static_cast<tmsize_t>(tile.size())) > 0);
+                }
+            }
+        }
+
+        void WriteNames(TIFF* tiff, const TiffForm& form)
+        {
+            if (form.inkSet != 0)
+            {
+                TIFFSetField(tiff, TIFFTAG_INKSET, form.inkSet);
+            }
+            if (!form.extraSamples.empty())
+            {
+                TIFFSetField(
+                    tiff, TIFFTAG_EXTRASAMPLES, static_cast<std::uint16_t>(form.extraSamples.size()),
+                    form.extraSamples.data());
+            }
+            if (!form.inkNames.empty())
+            {
+                TIFFSetField(
+                    tiff, TIFFTAG_INKNAMES, static_cast<std::uint16_t>(form.inkNames.size()), form.inkNames.data());
+            }
+            if (!form.pageName.empty())
+            {
+                TIFFSetField(tiff, TIFFTAG_PAGENAME, form.pageName.c_str());
+            }
+            if (!form.imageResources.empty())
+            {
+                TIFFSetField(
+                    tiff, TIFFTAG_PHOTOSHOP, static_cast<std::uint32_t>(form.imageResources.size()),
+                    form.imageResources.data());
+            }
+        }
+
+        void WritePage(TIFF* tiff, const TiffForm& form, const InkRule& rule)
         {
             TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, form.width);
             TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, form.height);
@@ -113,6 +161,7 @@ namespace TestSupport
                 TIFFSetField(tiff, TIFFTAG_INKSET, INKSET_MULTIINK);
                 TIFFSetField(tiff, TIFFTAG_NUMBEROFINKS, 1);
             }
+            WriteNames(tiff, form);
             if (form.predictor != 0)
             {
                 TIFFSetField(tiff, TIFFTAG_PREDICTOR, form.predictor);
@@ -146,65 +195,72 @@ namespace TestSupport
             {
                 TIFFSetField(tiff, TIFFTAG_JPEGQUALITY, 100);
             }
-            const std::uint16_t planes = form.planar == PLANARCONFIG_CONTIG ? 1 : form.samples;
             if (form.tileWidth == 0)
             {
                 TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, form.rowsPerStrip);
-                for (std::uint16_t plane = 0; plane < planes; ++plane)
-                {
-                    for (std::uint32_t y = 0; y < form.height; ++y)
-                    {
-                        std::vector<unsigned char> row = PackRow(form, rule, 0, form.width, y);
-                        Require(TIFFWriteScanline(tiff, row.data(), y, plane) == 1);
-                    }
-                }
             }
             else
             {
                 TIFFSetField(tiff, TIFFTAG_TILEWIDTH, form.tileWidth);
                 TIFFSetField(tiff, TIFFTAG_TILELENGTH, form.tileLength);
-                for (std::uint32_t top = 0; top < form.height; top += form.tileLength)
+            }
+            const std::uint16_t planes = form.planar == PLANARCONFIG_CONTIG ? 1 : form.samples;
+            for (std::uint16_t plane = 0; plane < planes; ++plane)
+            {
+                if (form.tileWidth != 0)
                 {
-                    for (std::uint32_t left = 0; left < form.width; left += form.tileWidth)
-                    {
-                        std::vector<unsigned char> tile;
-                        for (std::uint32_t y = 0; y < form.tileLength; ++y)
-                        {
-                            const auto row = PackRow(form, rule, left, form.tileWidth, top + y);
-                            tile.insert(tile.end(), row.begin(), row.end());
-                        }
-                        const std::uint32_t index = TIFFComputeTile(tiff, left, top, 0, 0);
-                        Require(TIFFWriteEncodedTile(tiff, index, tile.data(), static_cast<tmsize_t>(tile.size())) > 0);
-                    }
+                    WriteTiles(tiff, form, rule, plane);
+                    continue;
+                }
+                for (std::uint32_t y = 0; y < form.height; ++y)
+                {
+                    std::vector<unsigned char> row = PackRow(form, rule, plane, 0, form.width, y);
+                    Require(TIFFWriteScanline(tiff, row.data(), y, plane) == 1);
                 }
             }
             Require(TIFFWriteDirectory(tiff) == 1);
         }
 
-        std::string Write(std::initializer_list<TiffForm> pages, const SampleRule& rule)
+        /// The same for every sample.
+        InkRule ForAll(const SampleRule& rule)
         {
-            Sink sink;
-            const TiffForm& first = *pages.begin();
-            const std::string mode = std::string("w") + (first.bigEndian ? "b" : "l") + (first.bigTiff ? "8" : "");
-            // Some forms make libtiff wonder; that is what they are for.
-            const std::unique_ptr<TIFFOpenOptions, decltype(&TIFFOpenOptionsFree)> quiet(
-                TIFFOpenOptionsAlloc(), TIFFOpenOptionsFree);
-            const TIFFErrorHandlerExtR ignore = [](TIFF*, void*, const char*, const char*, va_list) { return 1; };
-            TIFFOpenOptionsSetWarningHandlerExtR(quiet.get(), ignore, nullptr);
-            TIFFOpenOptionsSetErrorHandlerExtR(quiet.get(), ignore, nullptr);
-            const std::unique_ptr<TIFF, decltype(&TIFFClose)> tiff(
-                TIFFClientOpenExt(
-                    "made", mode.c_str(), &sink, Sink::Read, Sink::Write, Sink::Seek, Sink::Close, Sink::Size, nullptr,
-                    nullptr, quiet.get()),
-                TIFFClose);
-            Require(tiff != nullptr);
-            for (const TiffForm& page : pages)
-            {
-                WritePage(tiff.get(), page, rule);
-            }
-            TIFFFlush(tiff.get());
-            return sink.bytes;
+            return [&rule](unsigned, std::uint32_t x, std::uint32_t y) { return rule(x, y); };
         }
+
+        std::string BigEndian(std::uint64_t number, unsigned width)
+        {
+            std::string bytes;
+            for (unsigned i = width; i-- > 0;)
+            {
+                bytes += static_cast<char>(number >> 8 * i & 0xff);
+            }
+            return bytes;
+        }
+    }
+
+    std::string MakePages(const std::vector<TiffForm>& pages, const InkRule& rule)
+    {
+        Sink sink;
+        const TiffForm& first = pages.front();
+        const std::string mode = std::string("w") + (first.bigEndian ? "b" : "l") + (first.bigTiff ? "8" : "");
+        // Some forms make libtiff wonder; that is what they are for.
+        const std::unique_ptr<TIFFOpenOptions, decltype(&TIFFOpenOptionsFree)> quiet(
+            TIFFOpenOptionsAlloc(), TIFFOpenOptionsFree);
+        const TIFFErrorHandlerExtR ignore = [](TIFF*, void*, const char*, const char*, va_list) { return 1; };
+        TIFFOpenOptionsSetWarningHandlerExtR(quiet.get(), ignore, nullptr);
+        TIFFOpenOptionsSetErrorHandlerExtR(quiet.get(), ignore, nullptr);
+        const std::unique_ptr<TIFF, decltype(&TIFFClose)> tiff(
+            TIFFClientOpenExt(
+                "made", mode.c_str(), &sink, Sink::Read, Sink::Write, Sink::Seek, Sink::Close, Sink::Size, nullptr,
+                nullptr, quiet.get()),
+            TIFFClose);
+        Require(tiff != nullptr);
+        for (const TiffForm& page : pages)
+        {
+            WritePage(tiff.get(), page, rule);
+        }
+        TIFFFlush(tiff.get());
+        return sink.bytes;
     }
 
     SampleRule MixedSamples(unsigned bits)
@@ -224,13 +280,50 @@ namespace TestSupport
         };
     }
 
+    InkRule MixedInks(unsigned bits)
+    {
+        return [rule = MixedSamples(bits)](unsigned sample, std::uint32_t x, std::uint32_t y)
+        { return rule(x + 5 * sample, y + sample); };
+    }
+
+    std::string ImageResource(std::uint16_t identifier, const std::string& data)
+    {
+        const std::string noName(2, '\0');
+        return "8BIM" + BigEndian(identifier, 2) + noName + BigEndian(data.size(), 4) + data +
+               std::string(data.size() % 2, '\0');
+    }
+
+    std::string UnicodeNames(const std::vector<std::u16string>& names)
+    {
+        std::string bytes;
+        for (const std::u16string& name : names)
+        {
+            bytes += BigEndian(name.size(), 4);
+            for (const char16_t unit : name)
+            {
+                bytes += BigEndian(unit, 2);
+            }
+        }
+        return bytes;
+    }
+
+    std::string PascalNames(const std::vector<std::string>& names)
+    {
+        std::string bytes;
+        for (const std::string& name : names)
+        {
+            bytes += static_cast<char>(name.size()) + name;
+        }
+        return bytes;
+    }
+
     std::string MakeTiff(const TiffForm& form, const SampleRule& rule)
     {
-        return Write({form}, rule);
+        return MakePages({form}, ForAll(rule));
     }
 
     std::string MakeTiff(const TiffForm& first, const TiffForm& second, const SampleRule& rule)
     {
-        return Write({first, second}, rule);
+        return MakePages({first, second}, ForAll(rule));
     }
 }

@@ -7,10 +7,11 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace TestSupport
 {
-    /// A single-ink TIFF in every form that the reader accepts, and in many that it does not.
+    /// A page of a TIFF in every form that the reader accepts, and in many that it does not.
     struct TiffForm
     {
         std::uint32_t width = 37; // no multiple of 8: rows end inside a byte
@@ -33,13 +34,31 @@ namespace TestSupport
         double resolution = 0;         ///< 0: no tag; the nearest ratio of 32-bit numbers
         double yResolution = 0;        ///< 0: as `resolution`
         std::uint32_t subfileType = 0; ///< 0: no tag
+        std::uint16_t inkSet = 0;      ///< 0: no tag
+        std::vector<std::uint16_t> extraSamples;
+        std::string inkNames; ///< each with its zero; empty: no tag
+        std::string pageName; ///< empty: no tag
+        std::string imageResources;
     };
 
     /// The value of the sample at column x of stored row y, in the form's own range.
     using SampleRule = std::function<std::uint32_t(std::uint32_t x, std::uint32_t y)>;
 
+    /// The value of a sample of a pixel, the first of which is 0.
+    using InkRule = std::function<std::uint32_t(unsigned sample, std::uint32_t x, std::uint32_t y)>;
+
     /// A rule with long runs, single pixels and every value: what each codec finds hard.
     SampleRule MixedSamples(unsigned bits);
+
+    /// The same, for each sample another.
+    InkRule MixedInks(unsigned bits);
+
+    /// A block of the image resources.
+    std::string ImageResource(std::uint16_t identifier, const std::string& data);
+
+    /// Names as the image resources 1045 and 1006 have them.
+    std::string UnicodeNames(const std::vector<std::u16string>& names);
+    std::string PascalNames(const std::vector<std::string>& names);
 
     /// The file of one page; the samples of a pixel of several are all the same. Throws std::runtime_error if libtiff cannot
     /// write that form.
@@ -47,4 +66,5 @@ namespace TestSupport
 
     /// The file with one page after the other.
     std::string MakeTiff(const TiffForm& first, const TiffForm& second, const SampleRule& rule);
+    std::string MakePages(const std::vector<TiffForm>& pages, const InkRule& rule);
 }

@@ -32,45 +32,109 @@ namespace Sheetvane
             std::int32_t side; ///< as the document has it
             const std::vector<std::string>& names;
             const std::vector<std::string>& paths;
-            RasterFeedSelection view; ///< of each of its files
+            const std::vector<SeparationImage>& images;
+            RasterFeedSelection view; ///< of each of its files, but for the image
+
+            /// What is read for separation `index`.
+            TiffView At(std::size_t index) const
+            {
+                TiffView tiff = {paths[index], view, {}};
+                if (index < images.size() && images[index].channel != 0)
+                {
+                    tiff.view.page = images[index].page;
+                    tiff.view.channel = images[index].channel;
+                    tiff.channels = {images[index].channel};
+                }
+                return tiff;
+            }
         };
 
         std::array<Surface, 2> SurfacesOf(const ConverterImpl& job, const SheetRecord& sheet)
         {
             std::array<Surface, 2> surfaces{
-                {{0, sheet.frontSeparationNames, sheet.frontFilePaths, job.view},
-                 {1, sheet.backSeparationNames, sheet.backFilePaths, job.view}}};
+                {{0, sheet.frontSeparationNames, sheet.frontFilePaths, sheet.frontImages, job.view},
+                 {1, sheet.backSeparationNames, sheet.backFilePaths, sheet.backImages, job.view}}};
             surfaces[0].view.orientation = sheet.frontOrientation;
             surfaces[1].view.orientation = sheet.backOrientation;
             return surfaces;
         }
 
-        struct Separation
+        /// All that is read for a job, in the order in which it is written.
+        class Input
         {
-            const std::string& path;
-            RasterFeedSelection view;
-        };
-
-        /// What is to be read ahead: all separations in the order in which they are written, or none.
-        std::vector<Separation> SeparationsToReadAhead(const ConverterImpl& job)
-        {
-            std::vector<Separation> separations;
-            if (job.view.resolution == 0 || job.threads < 2)
+        public:
+            explicit Input(const ConverterImpl& job)
+                : isReadAhead(job.view.resolution != 0 && job.threads > 1)
+                , tiffs(TiffsOf(job))
+                , previews(
+                      isReadAhead ? tiffs.size() : 0, job.threads,
+                      [this](std::size_t position, const std::atomic<bool>& isEnding)
+                      { return ReadPreview(tiffs[position], isEnding); })
             {
-                return separations;
             }
-            for (const SheetRecord& sheet : job.sheets)
+
+            /// Writes the next separations of a surface, those that are read together, and gives how many.
+            std::size_t WriteNext(CIP3Painter& painter)
             {
-                for (const Surface& surface : SurfacesOf(job, sheet))
+                const TiffView& tiff = tiffs.at(next++);
+                if (const std::unique_ptr<Preview> preview = previews.Take())
                 {
-                    for (std::size_t index = 0; !surface.names.empty() && index < surface.paths.size(); ++index)
+                    ConvertPreview(painter, *preview);
+                }
+                else
+                {
+                    ConvertSeparations(painter, tiff);
+                }
+                return tiff.Separations();
+            }
+
+        private:
+            std::vector<TiffView> TiffsOf(const ConverterImpl& job) const
+            {
+                std::vector<TiffView> all;
+                for (const SheetRecord& sheet : job.sheets)
+                {
+                    for (const Surface& surface : SurfacesOf(job, sheet))
                     {
-                        separations.push_back({surface.paths[index], surface.view});
+                        AppendTiffs(all, surface);
+                    }
+                }
+                return all;
+            }
+
+            void AppendTiffs(std::vector<TiffView>& all, const Surface& surface) const
+            {
+                const std::size_t first = all.size();
+                for (std::size_t index = 0; !surface.names.empty() && index < surface.paths.size(); ++index)
+                {
+                    const TiffView tiff = surface.At(index);
+                    if (all.size() == first || !IsReadWith(all.back(), tiff))
+                    {
+                        all.push_back(tiff);
+                    }
+                    else
+                    {
+                        all.back().channels.push_back(tiff.view.channel);
                     }
                 }
             }
-            return separations;
-        }
+
+            /// Whether `other` is another channel of the page that `tiff` reads. Threads read side by side what would not be
+            /// decoded at once anyway.
+            bool IsReadWith(const TiffView& tiff, const TiffView& other) const
+            {
+                constexpr std::size_t MostChannels = 32; // that the reader takes at once
+                const bool isOfPage = other.view.channel != 0 && tiff.path == other.path &&
+                                      tiff.view.page == other.view.page && tiff.channels.size() < MostChannels;
+                return isOfPage && (!isReadAhead ||
+                                    RasterFeedProbe(other.path, RasterFeedDepth::Header, other.view).sharesDecoding);
+            }
+
+            bool isReadAhead;
+            std::vector<TiffView> tiffs;
+            std::size_t next = 0;
+            ReadAhead previews; ///< last, to end before what its threads read
+        };
 
         void MakeFolder(const boost::filesystem::path& folder)
         {
@@ -112,13 +176,13 @@ namespace Sheetvane
         }
 
         /// All surfaces of a sheet are described by its first file; the others only say what lines they deliver.
-        Separation FirstFileOf(const ConverterImpl& job, const SheetRecord& sheet)
+        TiffView FirstFileOf(const ConverterImpl& job, const SheetRecord& sheet)
         {
             for (const Surface& surface : SurfacesOf(job, sheet))
             {
                 if (!surface.paths.empty())
                 {
-                    return {surface.paths.front(), surface.view};
+                    return surface.At(0);
                 }
             }
             ThrowFailure(FailureText::TiffNotOpened, __LINE__);
@@ -129,7 +193,7 @@ namespace Sheetvane
             std::uint32_t width = 0;
             std::uint32_t height = 0;
             double resolution = 0.0;
-            const Separation first = FirstFileOf(job, sheet);
+            const TiffView first = FirstFileOf(job, sheet);
             ReadTiffGeometry(first.path, first.view, width, height, resolution);
 
             sheet.parameters.extentX = static_cast<double>(width) / resolution;
@@ -143,8 +207,7 @@ namespace Sheetvane
         }
 
         void WriteSurface(
-            CIP3Painter& painter, RasterOutput::CIP3SurfaceParameters& parameters, const Surface& surface,
-            ReadAhead& previews)
+            CIP3Painter& painter, RasterOutput::CIP3SurfaceParameters& parameters, const Surface& surface, Input& input)
         {
             if (surface.names.empty())
             {
@@ -153,23 +216,16 @@ namespace Sheetvane
             parameters.side = surface.side;
             parameters.separationNames = surface.names;
             painter.BeginSurface(parameters);
-            for (const std::string& path : surface.paths)
+            for (std::size_t written = 0; written < surface.paths.size();)
             {
-                if (const std::unique_ptr<Preview> preview = previews.Take())
-                {
-                    ConvertPreview(painter, *preview);
-                }
-                else
-                {
-                    ConvertSeparation(painter, path, surface.view);
-                }
+                written += input.WriteNext(painter);
             }
             painter.EndSurface();
         }
 
         void WriteSheet(
             ConverterImpl& job, CIP3Painter& painter, RasterOutput::CIP3SurfaceParameters& parameters,
-            SheetRecord& sheet, ReadAhead& previews)
+            SheetRecord& sheet, Input& input)
         {
             ApplySheetGeometry(job, painter, sheet);
             if (sheet.parameters.jobName.empty())
@@ -179,7 +235,7 @@ namespace Sheetvane
             painter.BeginSheet(sheet.parameters);
             for (const Surface& surface : SurfacesOf(job, sheet))
             {
-                WriteSurface(painter, parameters, surface, previews);
+                WriteSurface(painter, parameters, surface, input);
             }
             painter.EndSheet();
         }
@@ -191,15 +247,11 @@ namespace Sheetvane
 
             const boost::shared_ptr<RasterOutput::Painter> painter = StartPainter(job);
             auto& cip3Painter = static_cast<CIP3Painter&>(*painter); // it was asked for by that name
-            const std::vector<Separation> separations = SeparationsToReadAhead(job);
-            ReadAhead previews(
-                separations.size(), job.threads,
-                [&](std::size_t position, const std::atomic<bool>& isEnding)
-                { return ReadPreview(separations[position].path, separations[position].view, isEnding); });
+            Input input(job);
             RasterOutput::CIP3SurfaceParameters parameters = job.surfaceTemplate;
             for (SheetRecord& sheet : job.sheets)
             {
-                WriteSheet(job, cip3Painter, parameters, sheet, previews);
+                WriteSheet(job, cip3Painter, parameters, sheet, input);
             }
             painter->Finalize();
         }

@@ -19,6 +19,7 @@ namespace Sheetvane
         constexpr char InvalidPreviewResolution[] = "Invalid preview resolution";
         constexpr char InvalidInputResolution[] = "Invalid input resolution";
         constexpr char InvalidOrientation[] = "Invalid orientation";
+        constexpr char SeparationIndexOutOfBounds[] = "Separation index out of bounds";
         constexpr char InvalidThreads[] = "Invalid number of threads";
 
         // Conversion.

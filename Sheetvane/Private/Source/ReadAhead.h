@@ -14,15 +14,16 @@
 
 namespace Sheetvane
 {
-    /// The lines of one separation, as they are delivered, one after the other.
+    /// The lines of separations that are read together, as they are delivered, one after the other.
     struct Preview
     {
         std::uint32_t lineLength = 0; ///< bytes
-        std::uint32_t lineCount = 0;
-        std::unique_ptr<unsigned char[]> bytes; ///< lineLength x lineCount
+        std::uint32_t lineCount = 0;  ///< of each separation
+        std::size_t separations = 1;
+        std::unique_ptr<unsigned char[]> bytes; ///< lineLength x lineCount x separations
 
-        /// The first byte of line `index`, from 0.
-        unsigned char* Line(std::uint32_t index) { return bytes.get() + std::size_t{lineLength} * index; }
+        /// The first byte of line `index` of all lines, from 0.
+        unsigned char* Line(std::size_t index) { return bytes.get() + index * lineLength; }
     };
 
     /// Previews by their positions from 0, each taken once, in order: ReadAhead Take*. At most as many as there are threads

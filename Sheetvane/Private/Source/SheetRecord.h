@@ -5,11 +5,19 @@
 
 #include <RasterFeedLib.h>
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
 namespace Sheetvane
 {
+    /// The page of a TIFF and the sample of its pixels that are a separation, both from 1; or both 0, not chosen.
+    struct SeparationImage
+    {
+        std::uint32_t page = 0;
+        std::uint32_t channel = 0;
+    };
+
     /// A side has a surface in the output exactly when its names list is not empty. Within a side, names and paths belong
     /// together by position; only a sheet whose AddSheet failed has more of one than of the other.
     struct SheetRecord
@@ -21,5 +29,7 @@ namespace Sheetvane
         RasterOutput::CIP3SheetParameters parameters; ///< extents are set while a conversion runs
         RasterFeedOrientation frontOrientation = RasterFeedOrientation::Rotate0;
         RasterFeedOrientation backOrientation = RasterFeedOrientation::Rotate0;
+        std::vector<SeparationImage> frontImages; ///< by position, as far as any was chosen
+        std::vector<SeparationImage> backImages;
     };
 }

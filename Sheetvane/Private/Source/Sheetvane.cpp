@@ -84,6 +84,12 @@ namespace Sheetvane
         Sheetvane::SetOrientation(*impl, sheetIndex, side, orientation);
     }
 
+    void SheetvaneConverter::SetSeparationImage(
+        unsigned int sheetIndex, Side side, unsigned int separationIndex, unsigned int page, unsigned int channel)
+    {
+        Sheetvane::SetSeparationImage(*impl, sheetIndex, side, separationIndex, {page, channel});
+    }
+
     void SheetvaneConverter::SetThreads(unsigned int count)
     {
         Sheetvane::SetThreads(*impl, count);

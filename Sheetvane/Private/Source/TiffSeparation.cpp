@@ -15,16 +15,31 @@ namespace Sheetvane
 {
     namespace
     {
+        constexpr std::uint64_t LargestTogether = 256ull * 1024 * 1024; // bytes of previews that are read together
+
         /// A file of which no view has been asked for is read as if there were none.
         bool IsWhole(const RasterFeedSelection& view)
         {
             return view.resolution == 0 && view.inputResolution == 0 &&
-                   view.orientation == RasterFeedOrientation::Rotate0;
+                   view.orientation == RasterFeedOrientation::Rotate0 && view.page == 0 && view.channel == 0;
         }
 
-        void ReadHeader(const TiffReaderGuard& reader, const RasterFeedSelection& view, RasterFeedImageHeader& header)
+        std::int32_t
+        Select(RasterFeedHandle reader, const RasterFeedSelection& view, const std::vector<std::uint32_t>& channels)
         {
-            if (!IsWhole(view) && RasterFeedSelect(reader.Get(), &view) != 0)
+            if (!channels.empty())
+            {
+                return RasterFeedSelectChannels(
+                    reader, &view, channels.data(), static_cast<std::uint32_t>(channels.size()));
+            }
+            return IsWhole(view) ? 0 : RasterFeedSelect(reader, &view);
+        }
+
+        void ReadHeader(
+            const TiffReaderGuard& reader, const RasterFeedSelection& view, const std::vector<std::uint32_t>& channels,
+            RasterFeedImageHeader& header)
+        {
+            if (Select(reader.Get(), view, channels) != 0)
             {
                 ThrowFailure(FailureText::TiffHeaderNotRead, __LINE__);
             }
@@ -63,7 +78,7 @@ namespace Sheetvane
     {
         const TiffReaderGuard reader(OpenTiffReader(path));
         RasterFeedImageHeader header; // NOLINT(cppcoreguidelines-pro-type-member-init): the reader fills it
-        ReadHeader(reader, view, header);
+        ReadHeader(reader, view, {}, header);
 
         width = header.lineLength;
         height = header.lineCount;
@@ -72,39 +87,48 @@ namespace Sheetvane
         resolution = static_cast<double>(header.lineLength) / inches;
     }
 
-    void ConvertSeparation(RasterOutput::CIP3Painter& painter, const std::string& path, const RasterFeedSelection& view)
+    void ConvertSeparations(RasterOutput::CIP3Painter& painter, const TiffView& tiff)
     {
-        const TiffReaderGuard reader(OpenTiffReader(path));
+        const TiffReaderGuard reader(OpenTiffReader(tiff.path));
         RasterFeedImageHeader header; // NOLINT(cppcoreguidelines-pro-type-member-init): the reader fills it
-        ReadHeader(reader, view, header);
+        ReadHeader(reader, tiff.view, tiff.channels, header);
 
-        painter.BeginSeparation();
-        const std::unique_ptr<unsigned char[]> buffer(new unsigned char[header.lineLength]); // content undetermined
-        const RasterOutput::ScanLineRef line = LineIn(buffer.get(), header.lineLength);
-        for (std::uint32_t count = 0; count < header.lineCount; ++count)
+        const std::size_t separations = tiff.Separations();
+        for (std::size_t index = 0; index < separations; ++index)
         {
-            ReadLine(reader, buffer.get());
-            painter.ProcessScanLine(line);
+            painter.BeginSeparation();
+            const std::unique_ptr<unsigned char[]> buffer(new unsigned char[header.lineLength]); // content undetermined
+            const RasterOutput::ScanLineRef line = LineIn(buffer.get(), header.lineLength);
+            for (std::uint32_t count = 0; count < header.lineCount; ++count)
+            {
+                ReadLine(reader, buffer.get());
+                painter.ProcessScanLine(line);
+            }
+            painter.EndSeparation();
         }
-        painter.EndSeparation();
     }
 
-    std::unique_ptr<Preview>
-    ReadPreview(const std::string& path, const RasterFeedSelection& view, const std::atomic<bool>& isEnding)
+    std::unique_ptr<Preview> ReadPreview(const TiffView& tiff, const std::atomic<bool>& isEnding)
     {
-        if (!RasterFeedProbe(path, RasterFeedDepth::Header, view).isReduced)
+        const std::size_t separations = tiff.Separations();
+        const RasterFeedDescription found = RasterFeedProbe(tiff.path, RasterFeedDepth::Header, tiff.view);
+        const bool isTooLarge =
+            separations > 1 && std::uint64_t{found.width} * found.height > LargestTogether / separations;
+        if (!found.isReduced || isTooLarge)
         {
             return nullptr;
         }
-        const TiffReaderGuard reader(OpenTiffReader(path));
+        const TiffReaderGuard reader(OpenTiffReader(tiff.path));
         RasterFeedImageHeader header; // NOLINT(cppcoreguidelines-pro-type-member-init): the reader fills it
-        ReadHeader(reader, view, header);
+        ReadHeader(reader, tiff.view, tiff.channels, header);
 
         auto preview = std::make_unique<Preview>();
         preview->lineLength = header.lineLength;
         preview->lineCount = header.lineCount;
-        preview->bytes.reset(new unsigned char[std::size_t{header.lineLength} * header.lineCount]);
-        for (std::uint32_t count = 0; count < header.lineCount; ++count)
+        preview->separations = separations;
+        const std::size_t lines = header.lineCount * separations;
+        preview->bytes.reset(new unsigned char[header.lineLength * lines]);
+        for (std::size_t count = 0; count < lines; ++count)
         {
             if (isEnding)
             {
@@ -117,14 +141,17 @@ namespace Sheetvane
 
     void ConvertPreview(RasterOutput::CIP3Painter& painter, Preview& preview)
     {
-        painter.BeginSeparation();
         RasterOutput::ScanLineRef line = LineIn(preview.Line(0), preview.lineLength);
-        for (std::uint32_t count = 0; count < preview.lineCount; ++count)
+        for (std::size_t index = 0; index < preview.separations; ++index)
         {
-            unsigned char* const bytes = preview.Line(count);
-            line[0].SetRange(bytes, bytes + preview.lineLength);
-            painter.ProcessScanLine(line);
+            painter.BeginSeparation();
+            for (std::uint32_t count = 0; count < preview.lineCount; ++count)
+            {
+                unsigned char* const bytes = preview.Line(index * preview.lineCount + count);
+                line[0].SetRange(bytes, bytes + preview.lineLength);
+                painter.ProcessScanLine(line);
+            }
+            painter.EndSeparation();
         }
-        painter.EndSeparation();
     }
 }

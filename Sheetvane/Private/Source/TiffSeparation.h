@@ -4,9 +4,11 @@
 #include <RasterFeedLib.h>
 
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace RasterOutput
 {
@@ -24,17 +26,26 @@ namespace Sheetvane
         const std::string& path, const RasterFeedSelection& view, std::uint32_t& width, std::uint32_t& height,
         double& resolution);
 
-    /// Writes the view of the file at `path` as one separation: BeginSeparation, each line through one buffer,
-    /// EndSeparation. Needs a painter within a surface. Throws as ReadTiffGeometry, TiffLineNotRead, what the painter
-    /// throws, and std::bad_alloc. The separation is not ended then.
-    void
-    ConvertSeparation(RasterOutput::CIP3Painter& painter, const std::string& path, const RasterFeedSelection& view);
+    /// What is read of one file at a time: the view of one separation or, where there are `channels`, one of each of them in
+    /// turn, which are read together.
+    struct TiffView
+    {
+        const std::string& path;
+        RasterFeedSelection view;
+        std::vector<std::uint32_t> channels; ///< of the view's page, from 1, in place of its own
 
-    /// All lines of a view that is reduced; null of one that is not, which may be of any size, and once `isEnding` is seen.
-    /// Throws as ConvertSeparation does, on any thread.
-    std::unique_ptr<Preview>
-    ReadPreview(const std::string& path, const RasterFeedSelection& view, const std::atomic<bool>& isEnding);
+        std::size_t Separations() const { return channels.empty() ? 1 : channels.size(); }
+    };
 
-    /// Writes `preview` as one separation, as ConvertSeparation does. Its bytes are changed.
+    /// Writes the view as its separations, each one: BeginSeparation, each line through one buffer, EndSeparation. Needs a
+    /// painter within a surface. Throws as ReadTiffGeometry, TiffLineNotRead, what the painter throws, and std::bad_alloc.
+    /// The separation is not ended then.
+    void ConvertSeparations(RasterOutput::CIP3Painter& painter, const TiffView& tiff);
+
+    /// All lines of a view that is reduced; null of one that is not, which may be of any size, of several separations that
+    /// take more than 256 MiB, and once `isEnding` is seen. Throws as ConvertSeparations does, on any thread.
+    std::unique_ptr<Preview> ReadPreview(const TiffView& tiff, const std::atomic<bool>& isEnding);
+
+    /// Writes `preview` as its separations, as ConvertSeparations does. Its bytes are changed.
     void ConvertPreview(RasterOutput::CIP3Painter& painter, Preview& preview);
 }

@@ -4,13 +4,29 @@
 #include "frontend/Failure.h"
 #include "frontend/FailureTexts.h"
 
+#include <algorithm>
 #include <cmath>
+#include <cstddef>
 
 namespace Sheetvane
 {
     namespace
     {
         constexpr unsigned int MostThreads = 256;
+
+        SheetRecord& SheetAt(ConverterImpl& job, unsigned int index)
+        {
+            if (index >= job.sheets.size())
+            {
+                ThrowFailure(FailureText::SheetIndexOutOfBounds, __LINE__);
+            }
+            return job.sheets[index];
+        }
+
+        bool IsSide(SheetvaneConverter::Side side)
+        {
+            return side == SheetvaneConverter::FrontSide || side == SheetvaneConverter::BackSide;
+        }
 
         bool IsResolution(double pixelsPerInch)
         {
@@ -41,18 +57,35 @@ namespace Sheetvane
         ConverterImpl& job, unsigned int sheetIndex, SheetvaneConverter::Side side,
         SheetvaneConverter::Orientation orientation)
     {
-        if (sheetIndex >= job.sheets.size())
-        {
-            ThrowFailure(FailureText::SheetIndexOutOfBounds, __LINE__);
-        }
-        const bool isSide = side == SheetvaneConverter::FrontSide || side == SheetvaneConverter::BackSide;
-        if (!isSide || orientation < SheetvaneConverter::Rotate0 || orientation > SheetvaneConverter::Flip270)
+        SheetRecord& sheet = SheetAt(job, sheetIndex);
+        if (!IsSide(side) || orientation < SheetvaneConverter::Rotate0 || orientation > SheetvaneConverter::Flip270)
         {
             ThrowFailure(FailureText::InvalidOrientation, __LINE__);
         }
-        SheetRecord& sheet = job.sheets[sheetIndex];
         (side == SheetvaneConverter::FrontSide ? sheet.frontOrientation : sheet.backOrientation) =
             static_cast<RasterFeedOrientation>(orientation); // the same eight in the same order
+    }
+
+    void SetSeparationImage(
+        ConverterImpl& job, unsigned int sheetIndex, SheetvaneConverter::Side side, unsigned int separationIndex,
+        SeparationImage image)
+    {
+        SheetRecord& sheet = SheetAt(job, sheetIndex);
+        const bool isFront = side == SheetvaneConverter::FrontSide;
+        if (!IsSide(side) || separationIndex >= (isFront ? sheet.frontFilePaths : sheet.backFilePaths).size())
+        {
+            ThrowFailure(FailureText::SeparationIndexOutOfBounds, __LINE__);
+        }
+        if (image.page != 0 || image.channel != 0)
+        {
+            image = {std::max(image.page, 1U), std::max(image.channel, 1U)};
+        }
+        std::vector<SeparationImage>& images = isFront ? sheet.frontImages : sheet.backImages;
+        if (images.size() <= separationIndex)
+        {
+            images.resize(std::size_t{separationIndex} + 1);
+        }
+        images[separationIndex] = image;
     }
 
     void SetThreads(ConverterImpl& job, unsigned int count)

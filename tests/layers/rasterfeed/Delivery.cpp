@@ -7,7 +7,9 @@ namespace RasterFeedTest
 {
     namespace
     {
-        Delivery Read(const std::string& tiff, const HostFaults& faults, const RasterFeedSelection* selection)
+        /// `select` chooses what the reader reads.
+        template <class Select>
+        Delivery Read(const std::string& tiff, const HostFaults& faults, Select select, std::size_t views = 1)
         {
             MemoryFile::Reset(tiff, faults);
             Delivery delivery = {};
@@ -22,8 +24,7 @@ namespace RasterFeedTest
                     return delivery;
                 }
                 delivery.end = Delivery::End::HeaderFailed;
-                if ((selection == nullptr || RasterFeedSelect(reader, selection) == 0) &&
-                    RasterFeedHeader(reader, &delivery.header) == 0)
+                if (select(reader) == 0 && RasterFeedHeader(reader, &delivery.header) == 0)
                 {
                     const RasterFeedImageHeader& header = delivery.header;
                     delivery.resolution =
@@ -32,7 +33,7 @@ namespace RasterFeedTest
                     delivery.end = Delivery::End::Complete;
                     std::vector<unsigned char> buffer(header.lineLength);
                     unsigned char* const list[] = {buffer.data()};
-                    for (std::uint32_t i = 0; i < header.lineCount; ++i)
+                    for (std::size_t i = 0; i < header.lineCount * views; ++i)
                     {
                         if (RasterFeedLine(reader, list, 1) != 0)
                         {
@@ -55,16 +56,33 @@ namespace RasterFeedTest
             }
             return delivery;
         }
+
+        std::string WithoutName(const std::string& reason)
+        {
+            const std::string name = "/scan.tif: ";
+            const std::size_t at = reason.find(name);
+            return at != std::string::npos ? reason.substr(at + name.size()) : reason;
+        }
     }
 
     Delivery Deliver(const std::string& tiff, const HostFaults& faults)
     {
-        return Read(tiff, faults, nullptr);
+        return Read(tiff, faults, [](RasterFeedHandle) { return 0; });
     }
 
     Delivery DeliverView(const std::string& tiff, const RasterFeedSelection& selection, const HostFaults& faults)
     {
-        return Read(tiff, faults, &selection);
+        return Read(tiff, faults, [&](RasterFeedHandle reader) { return RasterFeedSelect(reader, &selection); });
+    }
+
+    Delivery DeliverChannels(
+        const std::string& tiff, const RasterFeedSelection& selection, const std::vector<std::uint32_t>& channels)
+    {
+        const auto select = [&](RasterFeedHandle reader) {
+            return RasterFeedSelectChannels(
+                reader, &selection, channels.data(), static_cast<std::uint32_t>(channels.size()));
+        };
+        return Read(tiff, {}, select, channels.size());
     }
 
     RasterFeedDescription Describe(const std::string& tiff, const RasterFeedSelection& selection, RasterFeedDepth depth)
@@ -75,9 +93,14 @@ namespace RasterFeedTest
 
     std::string ReasonFor(const std::string& tiff, RasterFeedDepth depth, const RasterFeedSelection& selection)
     {
-        const std::string reason = Describe(tiff, selection, depth).reason;
-        const std::string name = "/scan.tif: ";
-        const std::size_t at = reason.find(name);
-        return at != std::string::npos ? reason.substr(at + name.size()) : reason;
+        return WithoutName(Describe(tiff, selection, depth).reason);
+    }
+
+    RasterFeedInkList InksOf(const std::string& tiff)
+    {
+        const TestSupport::Folder folder;
+        RasterFeedInkList list = RasterFeedInks(folder.Write("scan.tif", tiff));
+        list.reason = WithoutName(list.reason);
+        return list;
     }
 }

@@ -34,6 +34,10 @@ namespace RasterFeedTest
     /// The same of the view that `selection` describes.
     Delivery DeliverView(const std::string& tiff, const RasterFeedSelection& selection, const HostFaults& faults = {});
 
+    /// The same of the views of several channels, whose lines come one channel after the other.
+    Delivery DeliverChannels(
+        const std::string& tiff, const RasterFeedSelection& selection, const std::vector<std::uint32_t>& channels);
+
     /// What the probe says of `tiff` in that view. The file is written to a temporary folder for this.
     RasterFeedDescription Describe(
         const std::string& tiff, const RasterFeedSelection& selection, RasterFeedDepth depth = RasterFeedDepth::Lines);
@@ -43,4 +47,7 @@ namespace RasterFeedTest
     std::string ReasonFor(
         const std::string& tiff, RasterFeedDepth depth = RasterFeedDepth::Lines,
         const RasterFeedSelection& selection = {});
+
+    /// The inks of `tiff`, which is written to a temporary folder for this; the reason is without the file's name.
+    RasterFeedInkList InksOf(const std::string& tiff);
 }

@@ -37,6 +37,7 @@ namespace RasterFeedTest
             {
                 // Exactly as large as it must be, with every edge that there can be, at a fraction of its own.
                 const std::unique_ptr<std::uint64_t[]> rowWords(new std::uint64_t[words + 1]());
+                const std::uint64_t masks[] = {random() * 0x100000001u, ~std::uint64_t{0}, random() * 0x300000007u};
                 auto* const row = reinterpret_cast<unsigned char*>(rowWords.get());
                 std::vector<RasterFeed::BilevelEdge> edges;
                 std::vector<std::uint64_t> expected;
@@ -48,14 +49,17 @@ namespace RasterFeedTest
                         row[x / 8] = static_cast<unsigned char>(random());
                     }
                     const auto fraction = static_cast<std::uint16_t>(random());
-                    const std::uint64_t pixel = row[x / 8] >> (7 - x % 8) & 1;
+                    const auto* const mask = reinterpret_cast<const unsigned char*>(masks) + x / 8 % sizeof masks;
+                    const std::uint64_t pixel = (row[x / 8] & *mask) >> (7 - x % 8) & 1;
                     edges.push_back({static_cast<std::uint32_t>(x / 64), static_cast<std::uint16_t>(x % 64), fraction});
                     expected.push_back(sum * 65536 + pixel * fraction);
                     sum += pixel;
                 }
                 std::vector<std::uint32_t> before(words + 1);
                 std::vector<std::uint64_t> ones(edges.size());
-                RasterFeed::CountOnes(rowWords.get(), words, before.data(), edges.data(), edges.size(), ones.data());
+                RasterFeed::CountOnes(
+                    rowWords.get(), words, masks, std::size(masks), before.data(), edges.data(), edges.size(),
+                    ones.data());
                 EXPECT_EQ(ones, expected) << target << ", " << words << " words";
             }
         };
