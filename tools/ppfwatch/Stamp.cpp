@@ -1,5 +1,9 @@
 #include "ppfwatch/Stamp.h"
 
+#include <algorithm>
+#include <array>
+#include <cerrno>
+
 #include <sys/stat.h>
 
 namespace PpfWatch
@@ -16,7 +20,13 @@ namespace PpfWatch
     std::optional<Stamp> StampOf(int folder, const std::string& path)
     {
         struct stat status = {};
-        if (fstatat(folder, path.c_str(), &status, 0) != 0 || !S_ISREG(status.st_mode))
+        if (fstatat(folder, path.c_str(), &status, 0) != 0)
+        {
+            constexpr std::array<int, 5> Answers = {ENOENT, ENOTDIR, EACCES, ELOOP, ENAMETOOLONG};
+            const bool isAnswer = std::find(Answers.begin(), Answers.end(), errno) != Answers.end();
+            return isAnswer ? std::nullopt : std::optional(Stamp{0, 0, 0, true});
+        }
+        if (!S_ISREG(status.st_mode))
         {
             return std::nullopt;
         }

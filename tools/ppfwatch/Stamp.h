@@ -14,15 +14,18 @@ namespace PpfWatch
         std::uint64_t bytes = 0;
         std::int64_t modified = 0; ///< nanoseconds of the file system's clock, whole seconds on many a share
         std::int64_t changed = 0;  ///< likewise, of name and permissions too
+        bool isUncertain = false;  ///< the file could not be looked at: may have changed since any look, such ones too
 
         bool operator==(const Stamp& other) const
         {
-            return bytes == other.bytes && modified == other.modified && changed == other.changed;
+            return bytes == other.bytes && modified == other.modified && changed == other.changed && !isUncertain &&
+                   !other.isUncertain;
         }
         bool operator!=(const Stamp& other) const { return !(*this == other); }
     };
 
     /// The stamp of the regular file at `path`, looked up from the open folder `folder` or AT_FDCWD; links are followed. None
-    /// if there is no such file.
+    /// if there is no such file, or not for this user. An uncertain one if the system cannot say, as of a share that does
+    /// not answer: a job must not go on without a file for that.
     std::optional<Stamp> StampOf(int folder, const std::string& path);
 }

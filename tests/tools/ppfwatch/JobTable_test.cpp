@@ -116,6 +116,18 @@ namespace PpfWatchTest
             EXPECT_THAT(After(1ms), SizeIs(1));
         }
 
+        TEST_F(JobTableTest, FileThatCannotBeLookedAtKeepsItsJob)
+        {
+            Drop("J_C.tif");
+            Drop("J_K.tif");
+            files.stamps["J_K.tif"].isUncertain = true;
+            EXPECT_THAT(After(5s), IsEmpty());
+            EXPECT_THAT(After(60s), IsEmpty());
+            files.stamps["J_K.tif"].isUncertain = false;
+            EXPECT_THAT(After(5s), IsEmpty());
+            EXPECT_THAT(After(5s), ElementsAre("J: J_C.tif J_K.tif"));
+        }
+
         TEST_F(JobTableTest, SameNewsAgainChangesNothing)
         {
             Drop("J_C.tif");

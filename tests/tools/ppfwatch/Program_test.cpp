@@ -1,6 +1,6 @@
 // The built program, with a folder of its own: what it does in it, when it ends, and what is there after it was killed.
 #include "tests/support/Folder.h"
-#include "tests/tools/ppfwatch/SmallTiff.h"
+#include "tests/support/TiffMaker.h"
 
 #include <gmock/gmock.h>
 
@@ -27,6 +27,15 @@ namespace PpfWatchTest
         using ::testing::IsEmpty;
         using ::testing::MatchesRegex;
         namespace fs = std::filesystem;
+
+        std::string SmallTiff(unsigned char value)
+        {
+            TestSupport::TiffForm form;
+            form.width = 4;
+            form.height = 2;
+            form.resolution = 2;
+            return TestSupport::MakeTiff(form, [=](std::uint32_t, std::uint32_t) { return value; });
+        }
 
         class WatchTest : public ::testing::Test
         {
@@ -146,7 +155,7 @@ namespace PpfWatchTest
             Drop("J_C.tif");
             Drop("J_K.tif");
             Drop("\xFF_K.tif");
-            folder.Write("in/cut_K.tif", SmallTiff().substr(0, 100));
+            folder.Write("in/cut_K.tif", SmallTiff(7).substr(0, 100));
             EXPECT_EQ(RunOnce(), 0) << folder.Read("log");
             EXPECT_THAT(Names("out"), ElementsAre("J.ppf", "\xFF.ppf"));
             EXPECT_THAT(Names("done"), ElementsAre("J", "\xFF"));

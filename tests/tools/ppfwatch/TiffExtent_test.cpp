@@ -1,6 +1,7 @@
 #include "ppfwatch/TiffExtent.h"
 #include "tests/support/Folder.h"
-#include "tests/tools/ppfwatch/SmallTiff.h"
+#include "tests/support/TiffEditor.h"
+#include "tests/support/TiffMaker.h"
 
 #include <gtest/gtest.h>
 
@@ -13,6 +14,15 @@ namespace PpfWatchTest
         using PpfWatch::ExtentOfTiff;
         using PpfWatch::TiffExtent;
 
+        std::string SmallTiff(TestSupport::TiffForm form = {})
+        {
+            form.width = 4;
+            form.height = 2;
+            form.rowsPerStrip = 1;
+            form.resolution = 2;
+            return TestSupport::MakeTiff(form, TestSupport::MixedSamples(form.bits));
+        }
+
         class TiffExtentTest : public ::testing::Test
         {
         protected:
@@ -23,15 +33,18 @@ namespace PpfWatchTest
 
         TEST_F(TiffExtentTest, WholeTiffGrowsUntilItsLastByte)
         {
-            for (const TiffForm form : {TiffForm::Little, TiffForm::Big, TiffForm::BigOffsets})
+            for (const auto& [isBigEndian, isBigTiff] : {std::pair(false, false), {true, false}, {false, true}})
             {
-                const std::string whole = SmallTiff(0, form);
+                TestSupport::TiffForm form;
+                form.bigEndian = isBigEndian;
+                form.bigTiff = isBigTiff;
+                const std::string whole = SmallTiff(form);
                 for (std::size_t size = 0; size < whole.size(); ++size)
                 {
                     ASSERT_EQ(ExtentOf(whole.substr(0, size)), TiffExtent::Growing)
-                        << size << " of " << whole.size() << " bytes, form " << static_cast<int>(form);
+                        << size << " of " << whole.size() << " bytes, " << isBigEndian << isBigTiff;
                 }
-                EXPECT_EQ(ExtentOf(whole), TiffExtent::Whole) << "form " << static_cast<int>(form);
+                EXPECT_EQ(ExtentOf(whole), TiffExtent::Whole) << isBigEndian << isBigTiff;
             }
         }
 
@@ -58,11 +71,11 @@ namespace PpfWatchTest
 
         TEST_F(TiffExtentTest, DirectoriesInACircleEnd)
         {
-            std::string bytes = SmallTiff();
-            bytes[8 + 2 + 11 * 12] = 8; // the next directory is the first
-            EXPECT_EQ(ExtentOf(bytes), TiffExtent::Whole);
-            bytes[8 + 2 + 11 * 12 + 2] = 1; // 65544
-            EXPECT_EQ(ExtentOf(bytes), TiffExtent::Growing);
+            TestSupport::TiffEditor editor(SmallTiff());
+            editor.SetNext(editor.DirectoryOffset());
+            EXPECT_EQ(ExtentOf(editor.Bytes()), TiffExtent::Whole);
+            editor.SetNext(65544);
+            EXPECT_EQ(ExtentOf(editor.Bytes()), TiffExtent::Growing);
         }
     }
 }
