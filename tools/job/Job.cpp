@@ -1,14 +1,13 @@
 #include "job/Job.h"
 
 #include "host/Failure.h"
+#include "host/Number.h"
 #include "host/Text.h"
 #include "job/EscapedName.h"
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cmath>
-#include <system_error>
 
 namespace Jobs
 {
@@ -23,14 +22,6 @@ namespace Jobs
 
         constexpr double SmallestResolution = 1;
         constexpr double LargestResolution = 2400;
-
-        std::optional<double> NumberOfWord(const std::string& word)
-        {
-            double number = 0;
-            const char* const end = word.data() + word.size();
-            const auto [stop, problem] = std::from_chars(word.data(), end, number);
-            return problem == std::errc() && stop == end ? std::optional(number) : std::nullopt;
-        }
 
         void CheckSheet(const Job& job, std::size_t index)
         {
@@ -113,13 +104,13 @@ namespace Jobs
         {
             return KeepAll;
         }
-        const std::optional<double> resolution = NumberOfWord(word);
+        const std::optional<double> resolution = Host::NumberOf<double>(word);
         return resolution ? ReductionOf(*resolution) : std::nullopt;
     }
 
     std::optional<double> InputResolutionOfWord(const std::string& word)
     {
-        const std::optional<double> resolution = NumberOfWord(word);
+        const std::optional<double> resolution = Host::NumberOf<double>(word);
         return resolution ? InputResolutionOf(*resolution) : std::nullopt;
     }
 
@@ -132,6 +123,27 @@ namespace Jobs
     std::optional<double> InputResolutionOf(double resolution)
     {
         return std::isfinite(resolution) && resolution > 0 ? std::optional(resolution) : std::nullopt;
+    }
+
+    std::pair<std::string, std::string>
+    SplitAtSign(const std::string& option, const std::string& text, const char* form)
+    {
+        const auto sign = text.find('=');
+        if (sign == std::string::npos)
+        {
+            throw Host::UsageError(option + ' ' + Host::Quoted(text) + ": the form is " + form);
+        }
+        return {text.substr(0, sign), text.substr(sign + 1)};
+    }
+
+    std::pair<std::string, std::string> ParameterOf(const std::string& keyAndValue)
+    {
+        auto parameter = SplitAtSign("--param", keyAndValue, "KEY=VALUE");
+        if (parameter.first.empty())
+        {
+            throw Host::UsageError("--param " + Host::Quoted(keyAndValue) + ": the key is empty");
+        }
+        return parameter;
     }
 
     std::string SheetForPerson(const Job& job, std::size_t index)

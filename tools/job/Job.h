@@ -8,6 +8,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -87,6 +88,15 @@ namespace Jobs
     extern const char* const OrientationWords;     ///< the words, for a message
     extern const char* const ReductionWords;       ///< the words, for a message
     extern const char* const InputResolutionWords; ///< the words, for a message
+
+    /// The parts of `text` before and after its first "=", as the command line's `option` takes them; `form` is INK=FILE or the
+    /// like. Throws Host::UsageError if there is none.
+    std::pair<std::string, std::string>
+    SplitAtSign(const std::string& option, const std::string& text, const char* form);
+
+    /// A parameter's key and PostScript text from KEY=VALUE, as --param takes it. Throws Host::UsageError, also for an empty
+    /// key.
+    std::pair<std::string, std::string> ParameterOf(const std::string& keyAndValue);
 
     /// `sheet 2 "Inside"`: the sheet at `index` (from 0) for a person, without the quotes if it has no name.
     std::string SheetForPerson(const Job& job, std::size_t index);

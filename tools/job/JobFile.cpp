@@ -4,6 +4,7 @@
 #include "host/Failure.h"
 #include "host/Paths.h"
 #include "host/Text.h"
+#include "job/InkSet.h"
 #include "job/StrictJson.h"
 
 #include <algorithm>
@@ -215,6 +216,31 @@ namespace Jobs
             return parameters;
         }
 
+        Separation SeparationOf(const Node& node, const std::string& folder)
+        {
+            CheckMembers(node, {"separation", "file", "set"});
+            const std::string ink = TextOf(MemberOf(node, "separation"));
+            const Node file = MemberOf(node, "file");
+            const std::string name = TextOf(file);
+            if (name.empty())
+            {
+                Refuse(file, "the file name is empty");
+            }
+            return {ink, Host::AbsolutePath(name, folder)};
+        }
+
+        std::vector<Separation> SetOf(const Node& pattern, const std::string& folder)
+        {
+            try
+            {
+                return SeparationsOfSet(TextOf(pattern), folder);
+            }
+            catch (const Host::UsageError& refusal)
+            {
+                Refuse(pattern, refusal.what());
+            }
+        }
+
         std::vector<Separation> SeparationsOf(const Node& sheet, const char* surface, const std::string& folder)
         {
             std::vector<Separation> separations;
@@ -222,15 +248,16 @@ namespace Jobs
                 sheet, surface,
                 [&](const Node& node)
                 {
-                    CheckMembers(node, {"separation", "file"});
-                    const std::string ink = TextOf(MemberOf(node, "separation"));
-                    const Node file = MemberOf(node, "file");
-                    const std::string name = TextOf(file);
-                    if (name.empty())
+                    if (const std::optional<Node> set = FindMember(node, "set"))
                     {
-                        Refuse(file, "the file name is empty");
+                        CheckMembers(node, {"set"});
+                        const std::vector<Separation> all = SetOf(*set, folder);
+                        separations.insert(separations.end(), all.begin(), all.end());
                     }
-                    separations.push_back({ink, Host::AbsolutePath(name, folder)});
+                    else
+                    {
+                        separations.push_back(SeparationOf(node, folder));
+                    }
                 });
             return separations;
         }

@@ -10,6 +10,11 @@ namespace Jobs
             static_cast<int>(RasterFeedOrientation::Flip270) == Converter::Flip270);
     }
 
+    RasterFeedOrientation OrientationForReader(Orientation orientation)
+    {
+        return static_cast<RasterFeedOrientation>(orientation);
+    }
+
     RasterFeedDescription LookAt(const Job& job, const SeparationPlace& place, RasterFeedDepth depth)
     {
         const Sheet& sheet = job.sheets[place.sheetIndex];
@@ -17,8 +22,8 @@ namespace Jobs
         selection.resolution = job.reduction.resolution;
         selection.reduceAbove = job.reduction.onlyAbove;
         selection.inputResolution = job.inputResolution;
-        selection.orientation = static_cast<RasterFeedOrientation>(
-            place.surface == Surface::Front ? sheet.frontOrientation : sheet.backOrientation);
+        selection.orientation =
+            OrientationForReader(place.surface == Surface::Front ? sheet.frontOrientation : sheet.backOrientation);
         return RasterFeedProbe(place.separation->file, depth, selection);
     }
 }

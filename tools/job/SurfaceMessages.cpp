@@ -1,27 +1,16 @@
 #include "job/SurfaceMessages.h"
 
+#include "host/Number.h"
 #include "host/Program.h"
 #include "host/Text.h"
 #include "job/Look.h"
 
-#include <array>
-#include <charconv>
 #include <ostream>
 
 namespace Jobs
 {
     namespace
     {
-        /// With six digits at most: "50.8", "299.999".
-        std::string TextOf(double number)
-        {
-            constexpr int Digits = 6;
-            std::array<char, 32> text{};
-            const auto end =
-                std::to_chars(text.data(), text.data() + text.size(), number, std::chars_format::general, Digits);
-            return {text.data(), end.ptr};
-        }
-
         std::string TextOf(std::uint32_t width, std::uint32_t height)
         {
             return std::to_string(width) + " x " + std::to_string(height);
@@ -36,13 +25,14 @@ namespace Jobs
             }
             if (!found.isReduced)
             {
-                return TextOf(found.width, found.height) + " pixels at " + TextOf(found.resolution) + " per inch: ";
+                return TextOf(found.width, found.height) + " pixels at " + Host::ShortText(found.resolution) +
+                       " per inch: ";
             }
-            const std::string across = TextOf(found.inputAcross);
-            const std::string down = TextOf(found.inputDown);
+            const std::string across = Host::ShortText(found.inputAcross);
+            const std::string down = Host::ShortText(found.inputDown);
             return TextOf(found.inputWidth, found.inputHeight) + " pixels at " +
                    (across == down ? across : across + " x " + down) + " per inch to " +
-                   TextOf(found.width, found.height) + " at " + TextOf(found.resolution) + ": ";
+                   TextOf(found.width, found.height) + " at " + Host::ShortText(found.resolution) + ": ";
         }
 
         void Say(std::ostream& messages, const std::string& line)
@@ -83,10 +73,10 @@ namespace Jobs
             const RasterFeedDescription found = LookAt(job, place, RasterFeedDepth::Header);
             if (!found.isReduced && found.resolution > AutoReduction.onlyAbove)
             {
-                const std::string wanted = TextOf(AutoReduction.resolution);
+                const std::string wanted = Host::ShortText(AutoReduction.resolution);
                 Say(messages, std::string(Host::ProgramName()) + ": " + PlaceForPerson(job, place) + " keeps its " +
-                                  TextOf(found.resolution) + " pixels per inch; a preview has about " + wanted +
-                                  ", which --resolution " + wanted + " makes of it");
+                                  Host::ShortText(found.resolution) + " pixels per inch; a preview has about " +
+                                  wanted + ", which --resolution " + wanted + " makes of it");
                 return;
             }
         }

@@ -4,8 +4,6 @@
 #include "job/Job.h"
 #include "pdf2ppf/PageList.h"
 
-#include <RasterFeedLib.h>
-
 #include <map>
 #include <optional>
 #include <string>
@@ -25,8 +23,8 @@ namespace Pdf2Ppf
         int oversampling = 0;   ///< rendered at so many times the resolution
         bool keepBlank = false; ///< also inks of a page without any ink on it
         std::map<std::string, Jobs::ParameterValue> parameters; ///< of every sheet
-        RasterFeedOrientation frontOrientation = RasterFeedOrientation::Rotate0;
-        RasterFeedOrientation backOrientation = RasterFeedOrientation::Rotate0;
+        Jobs::Orientation frontOrientation = Jobs::Orientation::Rotate0;
+        Jobs::Orientation backOrientation = Jobs::Orientation::Rotate0;
         std::optional<Jobs::Compression> compression;
         std::optional<Jobs::Encoding> encoding;
         bool sync = true; ///< the output is brought to the disk

@@ -1,10 +1,9 @@
 #include "pdf2ppf/PageJob.h"
 
 #include "host/Failure.h"
+#include "host/Number.h"
 #include "host/Text.h"
 
-#include <array>
-#include <charconv>
 #include <ostream>
 #include <string_view>
 
@@ -39,16 +38,6 @@ namespace Pdf2Ppf
         std::string TextOf(const Size& size)
         {
             return std::to_string(size.width) + " x " + std::to_string(size.height);
-        }
-
-        /// With six digits at most: "50.8".
-        std::string TextOf(double resolution)
-        {
-            constexpr int Digits = 6;
-            std::array<char, 32> text{};
-            const auto end =
-                std::to_chars(text.data(), text.data() + text.size(), resolution, std::chars_format::general, Digits);
-            return {text.data(), end.ptr};
         }
 
         std::vector<Jobs::Separation> SeparationsOf(const Page& page)
@@ -103,7 +92,7 @@ namespace Pdf2Ppf
                 throw Host::Failure(
                     line.input + ": pages " + std::to_string(front.number) + " and " + std::to_string(back.number) +
                     ", front and back of a sheet, differ in size: " + TextOf(front.preview) + " and " +
-                    TextOf(back.preview) + " pixels at " + TextOf(line.resolution) + " per inch");
+                    TextOf(back.preview) + " pixels at " + Host::ShortText(line.resolution) + " per inch");
             }
         }
     }
@@ -120,10 +109,10 @@ namespace Pdf2Ppf
             }
             std::string text = Jobs::SheetForPerson(job, index) + ", " + (IsBack(line, page) ? "back" : "front") +
                                ": " + TextOf(page.rendered) + " pixels at " +
-                               TextOf(line.resolution * line.oversampling) + " per inch";
+                               Host::ShortText(line.resolution * line.oversampling) + " per inch";
             if (line.oversampling > 1)
             {
-                text += " to " + TextOf(page.preview) + " at " + TextOf(line.resolution);
+                text += " to " + TextOf(page.preview) + " at " + Host::ShortText(line.resolution);
             }
             const char* separator = ": ";
             for (const Ink& ink : page.inks)

@@ -2,9 +2,11 @@
 
 #include "host/Descriptor.h"
 #include "host/Failure.h"
+#include "host/Number.h"
 #include "host/Paths.h"
 #include "host/ProgressLine.h"
 #include "host/Text.h"
+#include "job/Look.h"
 #include "pdf2ppf/Ghostscript.h"
 #include "pdf2ppf/SeparationLines.h"
 #include "pdf2ppf/SpotFiles.h"
@@ -12,7 +14,6 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <charconv>
 #include <chrono>
 #include <optional>
 #include <string_view>
@@ -38,14 +39,6 @@ namespace Pdf2Ppf
 
         /// How often finished pages are looked for.
         constexpr std::chrono::milliseconds Tick(100);
-
-        /// With all the digits that make the number the same again: "406.4".
-        std::string TextOf(double number)
-        {
-            std::array<char, 64> text{};
-            const auto end = std::to_chars(text.data(), text.data() + text.size(), number, std::chars_format::fixed);
-            return {text.data(), end.ptr};
-        }
 
         [[noreturn]] void Fail(const RenderingOrder& order, const std::string& why)
         {
@@ -96,7 +89,7 @@ namespace Pdf2Ppf
             {
                 std::vector<std::string> arguments = {
                     "-dSAFER", "-dBATCH", "-dNOPAUSE", "-sDEVICE=tiffsep",
-                    "-r" + TextOf(order.resolution * order.oversampling),
+                    "-r" + Host::FullText(order.resolution * order.oversampling),
                     // An EPS file's page is its bounding box.
                     "-dEPSCrop",
                     // The names of spot colours are wanted as they are in the document.
@@ -251,7 +244,8 @@ namespace Pdf2Ppf
             void Reduce(Page& page) const
             {
                 RasterFeedSelection selection;
-                selection.orientation = page.number % 2 == 0 ? order.evenPages : order.oddPages;
+                selection.orientation =
+                    Jobs::OrientationForReader(page.number % 2 == 0 ? order.evenPages : order.oddPages);
                 // What the files say of their resolution is rounded to a whole number.
                 selection.inputResolution = order.resolution * order.oversampling;
                 const SeparationLines turned(page.inks.front().file, selection);

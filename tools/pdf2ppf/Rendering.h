@@ -2,6 +2,7 @@
 // are.
 #pragma once
 
+#include "job/Job.h"
 #include "pdf2ppf/PageList.h"
 #include "pdf2ppf/Preview.h"
 #include "pdf2ppf/PrivateFolder.h"
@@ -20,8 +21,8 @@ namespace Pdf2Ppf
         PageList pages;            ///< which are wanted
         bool keepBlank = false;    ///< also inks of a page without any ink on it
         bool showProgress = false; ///< standard error is a terminal: show there which page it is
-        RasterFeedOrientation oddPages = RasterFeedOrientation::Rotate0;
-        RasterFeedOrientation evenPages = RasterFeedOrientation::Rotate0;
+        Jobs::Orientation oddPages = Jobs::Orientation::Rotate0;
+        Jobs::Orientation evenPages = Jobs::Orientation::Rotate0;
     };
 
     struct Ink

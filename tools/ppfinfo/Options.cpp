@@ -1,12 +1,11 @@
 #include "ppfinfo/Options.h"
 
-#include "host/Failure.h"
-
-#include <CLI/CLI.hpp>
+#include "host/Number.h"
+#include "host/ProgramOptions.h"
 
 #include <algorithm>
 #include <array>
-#include <memory>
+#include <cstdint>
 
 namespace PpfInfo
 {
@@ -44,9 +43,8 @@ namespace PpfInfo
 
         std::string CheckCount(const std::string& text)
         {
-            const bool isNumber =
-                !text.empty() && text.size() < 10 && text.find_first_not_of("0123456789") == text.npos;
-            const bool fits = isNumber && std::stoul(text) >= 1 && std::stoul(text) <= MostZones;
+            const auto count = Host::NumberOf<std::uint64_t>(text);
+            const bool fits = count && *count >= 1 && *count <= MostZones;
             return fits ? "" : "needs a number of zones from 1 to " + std::to_string(MostZones);
         }
 
@@ -62,92 +60,79 @@ namespace PpfInfo
             return ParseLength(text) ? "" : "needs a length with its unit, as in -12.5mm (mm, cm, inch or point)";
         }
 
-        class HelpFormatter : public CLI::Formatter
-        {
-        public:
-            std::string make_usage(const CLI::App*, std::string) const override
-            {
-                return "Usage: ppfinfo [ZONES] [--json | --csv] FILE.ppf\n"
-                       "       ppfinfo [ZONES] --report OUT.html | --jdf OUT.jdf | --xjdf OUT.xjdf FILE.ppf\n"
-                       "       ppfinfo --check FILE.ppf\n"
-                       "       ppfinfo --extract DIR FILE.ppf\n"
-                       "ZONES: --zones N | --zone-width WIDTH | --zones N --zone-width WIDTH [--zone-offset LENGTH]\n";
-            }
-        };
+        constexpr char Description[] =
+            "Looks into a print production (PPF) file: what it holds, whether it is well formed, and how much "
+            "ink it asks for.";
+        constexpr char Usage[] =
+            "Usage: ppfinfo [ZONES] [--json | --csv] FILE.ppf\n"
+            "       ppfinfo [ZONES] --report OUT.html | --jdf OUT.jdf | --xjdf OUT.xjdf FILE.ppf\n"
+            "       ppfinfo --check FILE.ppf\n"
+            "       ppfinfo --extract DIR FILE.ppf\n"
+            "ZONES: --zones N | --zone-width WIDTH | --zones N --zone-width WIDTH [--zone-offset LENGTH]\n";
+        constexpr char Footer[] =
+            "Example:\n  ppfinfo --report cover.html --zone-width 32.5mm cover.ppf\n\n"
+            "Exit status: 0 nothing is wrong with what was read, 1 the file is damaged or cannot be read, or "
+            "output cannot\n"
+            "be written, 2 the command line is wrong.";
     }
 
     CommandLine ReadCommandLine(int argc, const char* const* argv)
     {
-        CommandLine line;
-        Options& options = line.options;
-        std::string zoneWidth;
-        std::string zoneOffset;
+        Host::ProgramOptions options("ppfinfo", SHEETVANE_VERSION, Description, Usage, Footer);
+        const CLI::Option* const file = options.Add("FILE.ppf", "", "The file to look into, - for standard input");
+        const CLI::Option* const json = options.AddFlag("--json", "Write what the file holds as JSON");
+        const CLI::Option* const check =
+            options.AddFlag("--check", "Say whether the file is well formed, by exit status and findings");
+        const CLI::Option* const extract =
+            options.Add("--extract", "DIR", "Write each separation's preview as PNG into this folder")
+                ->check(CLI::Validator(CheckPlace, ""));
+        const CLI::Option* const report =
+            options.Add("--report", "OUT.html", "Write a page with pictures and ink zones for a browser")
+                ->check(CLI::Validator(CheckPlace, ""));
+        const CLI::Option* const csv = options.AddFlag("--csv", "Write the ink zones as CSV");
+        const CLI::Option* const jdf = options.Add("--jdf", "OUT.jdf", "Write the ink zones as a JDF 1.5 document")
+                                           ->check(CLI::Validator(CheckPlace, ""));
+        const CLI::Option* const xjdf =
+            options.Add("--xjdf", "OUT.xjdf", "Write the ink zones as an XJDF 2.1 document")
+                ->check(CLI::Validator(CheckPlace, ""));
+        const CLI::Option* const zones = options.Add("--zones", "N", "Mean ink coverage of each of N equal zones")
+                                             ->check(CLI::Validator(CheckCount, ""));
+        const CLI::Option* const zoneWidth =
+            options
+                .Add(
+                    "--zone-width", "WIDTH",
+                    "The same with zones of this width, a number with mm, cm, inch or point; with --zones, the N zones "
+                    "of this width of a press, the sheet in their middle")
+                ->check(CLI::Validator(CheckLength, ""));
+        const CLI::Option* const zoneOffset = options
+                                                  .Add(
+                                                      "--zone-offset", "LENGTH",
+                                                      "Of a press: how far right of zone 1's left edge the sheet's "
+                                                      "left edge lies, in place of the middle")
+                                                  ->check(CLI::Validator(CheckOffset, ""));
 
-        CLI::App app(
-            "Looks into a print production (PPF) file: what it holds, whether it is well formed, and how much "
-            "ink it asks for.",
-            "ppfinfo");
-        app.formatter(std::make_shared<HelpFormatter>());
-        app.footer("Example:\n  ppfinfo --report cover.html --zone-width 32.5mm cover.ppf\n\n"
-                   "Exit status: 0 nothing is wrong with what was read, 1 the file is damaged or cannot be read, or "
-                   "output cannot\n"
-                   "be written, 2 the command line is wrong.");
-        app.set_help_flag("-h,--help", "Print this text and end");
-        app.set_version_flag("--version", "ppfinfo " SHEETVANE_VERSION, "Print the version and end");
-        const CLI::Option* const file =
-            app.add_option("FILE.ppf", options.file, "The file to look into, - for standard input")->type_name("");
-        app.add_flag("--json", options.json, "Write what the file holds as JSON");
-        app.add_flag("--check", options.check, "Say whether the file is well formed, by exit status and findings");
-        app.add_option("--extract", options.extractTo, "Write each separation's preview as PNG into this folder")
-            ->type_name("DIR")
-            ->check(CLI::Validator(CheckPlace, ""));
-        app.add_option("--report", options.reportTo, "Write a page with pictures and ink zones for a browser")
-            ->type_name("OUT.html")
-            ->check(CLI::Validator(CheckPlace, ""));
-        app.add_flag("--csv", options.csv, "Write the ink zones as CSV");
-        app.add_option("--jdf", options.jdfTo, "Write the ink zones as a JDF 1.5 document")
-            ->type_name("OUT.jdf")
-            ->check(CLI::Validator(CheckPlace, ""));
-        app.add_option("--xjdf", options.xjdfTo, "Write the ink zones as an XJDF 2.1 document")
-            ->type_name("OUT.xjdf")
-            ->check(CLI::Validator(CheckPlace, ""));
-        app.add_option("--zones", options.zones.count, "Mean ink coverage of each of N equal zones")
-            ->type_name("N")
-            ->check(CLI::Validator(CheckCount, ""));
-        app.add_option(
-               "--zone-width", zoneWidth,
-               "The same with zones of this width, a number with mm, cm, inch or point; with --zones, the N zones "
-               "of this width of a press, the sheet in their middle")
-            ->type_name("WIDTH")
-            ->check(CLI::Validator(CheckLength, ""));
-        app.add_option(
-               "--zone-offset", zoneOffset,
-               "Of a press: how far right of zone 1's left edge the sheet's left edge lies, in place of the middle")
-            ->type_name("LENGTH")
-            ->check(CLI::Validator(CheckOffset, ""));
-        std::string problem;
-        try
+        CommandLine line;
+        line.answer = options.Parse(argc, argv);
+        if (!line.answer.empty())
         {
-            app.parse(argc, argv);
-            options.zones.width = ParseLength(zoneWidth).value_or(0);
-            options.zones.offset = ParseLength(zoneOffset);
-            problem = file->empty() ? "no file: name the one to look into" : Contradiction(options);
+            return line;
         }
-        catch (const CLI::CallForHelp&)
-        {
-            line.answer = app.help();
-        }
-        catch (const CLI::CallForVersion& version)
-        {
-            line.answer = std::string(version.what()) + "\n";
-        }
-        catch (const CLI::ParseError& error)
-        {
-            problem = error.what();
-        }
+        Options& given = line.options;
+        given.file = Host::TextOf(file);
+        given.json = !json->empty();
+        given.check = !check->empty();
+        given.csv = !csv->empty();
+        given.extractTo = Host::TextOf(extract);
+        given.reportTo = Host::TextOf(report);
+        given.jdfTo = Host::TextOf(jdf);
+        given.xjdfTo = Host::TextOf(xjdf);
+        given.zones.count = Host::NumberOf<std::uint64_t>(Host::TextOf(zones)).value_or(0);
+        given.zones.width = ParseLength(Host::TextOf(zoneWidth)).value_or(0);
+        given.zones.offset = ParseLength(Host::TextOf(zoneOffset));
+        const std::string problem = file->empty() ? "no file: name the one to look into" : Contradiction(given);
         if (!problem.empty())
         {
-            throw Host::UsageError(problem + "; see ppfinfo --help");
+            options.Refuse(problem);
         }
         return line;
     }

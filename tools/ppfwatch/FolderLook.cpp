@@ -1,6 +1,7 @@
 #include "ppfwatch/FolderLook.h"
 
 #include "host/Paths.h"
+#include "job/InkSet.h"
 
 #include <array>
 #include <cerrno>
@@ -191,7 +192,7 @@ namespace PpfWatch
         while (const dirent* const entry = folder ? NextEntry(folder.get()) : nullptr)
         {
             const std::string name = place + entry->d_name;
-            if (IsInSet(pattern, name) && Look(name))
+            if (Jobs::IsInSet(pattern, name) && Look(name))
             {
                 names.push_back(name);
             }

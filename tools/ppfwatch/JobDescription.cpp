@@ -2,8 +2,9 @@
 
 #include "host/Failure.h"
 #include "host/Text.h"
+#include "job/InkSet.h"
 #include "job/StrictJson.h"
-#include "ppfwatch/SetOrder.h"
+#include "ppfwatch/NaturalOrder.h"
 
 #include <algorithm>
 #include <map>
@@ -18,7 +19,7 @@ namespace PpfWatch
         };
         struct InkOrder
         {
-            bool operator()(const std::string& a, const std::string& b) const { return IsInkBefore(a, b); }
+            bool operator()(const std::string& a, const std::string& b) const { return Jobs::IsInkBefore(a, b); }
         };
 
         using Surface = std::map<std::string, std::string, InkOrder>; ///< file by ink
@@ -36,7 +37,7 @@ namespace PpfWatch
             {
                 const SeparationName fields = names.Match(source.name).value();
                 Sheet& sheet = sheets[fields.sheet];
-                const std::string ink = InkOfWord(fields.ink);
+                const std::string ink = Jobs::InkOfWord(fields.ink);
                 const auto [same, isNew] = (fields.isBack ? sheet.back : sheet.front).emplace(ink, source.name);
                 if (!isNew)
                 {

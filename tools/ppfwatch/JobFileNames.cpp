@@ -1,5 +1,6 @@
 #include "ppfwatch/JobFileNames.h"
 
+#include "job/InkSet.h"
 #include "job/StrictJson.h"
 
 #include <algorithm>
@@ -80,19 +81,11 @@ namespace PpfWatch
         {
             return std::nullopt;
         }
+        // One that is no pattern is not waited for: the job is to fail with it.
+        names.sets.erase(
+            std::remove_if(
+                names.sets.begin(), names.sets.end(), [](const std::string& set) { return !Jobs::IsSetPattern(set); }),
+            names.sets.end());
         return names;
-    }
-
-    bool IsInSet(const std::string& pattern, const std::string& name)
-    {
-        const std::size_t star = pattern.find('*');
-        if (star == std::string::npos || name.size() <= pattern.size() - 1)
-        {
-            return false;
-        }
-        const std::string end = pattern.substr(star + 1);
-        const bool fits = name.compare(0, star, pattern, 0, star) == 0 &&
-                          name.compare(name.size() - end.size(), end.size(), end) == 0;
-        return fits && name.find('/', star) == std::string::npos;
     }
 }

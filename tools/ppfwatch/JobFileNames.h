@@ -17,7 +17,4 @@ namespace PpfWatch
 
     /// Reads the job file at `path`. None if it cannot be read or is no JSON.
     std::optional<JobFileNames> NamesInJobFile(const std::string& path);
-
-    /// Whether the file called `name` is one of the set of `pattern`; folders are compared as they are spelt.
-    bool IsInSet(const std::string& pattern, const std::string& name);
 }

@@ -1,5 +1,7 @@
 #include "ppfwatch/JobTable.h"
 
+#include "job/InkSet.h"
+
 #include <algorithm>
 
 namespace PpfWatch
@@ -144,7 +146,7 @@ namespace PpfWatch
         std::vector<Job*> claimants = found == claims.end() ? std::vector<Job*>() : found->second;
         for (const auto& [pattern, job] : setClaims)
         {
-            if (IsInSet(pattern, name) && std::find(claimants.begin(), claimants.end(), job) == claimants.end())
+            if (Jobs::IsInSet(pattern, name) && std::find(claimants.begin(), claimants.end(), job) == claimants.end())
             {
                 claimants.push_back(job);
             }
@@ -426,7 +428,7 @@ namespace PpfWatch
         const std::string begin = pattern.substr(0, pattern.find('*'));
         for (auto file = known.lower_bound(begin); file != known.end() && file->first.rfind(begin, 0) == 0; ++file)
         {
-            if (IsInSet(pattern, file->first))
+            if (Jobs::IsInSet(pattern, file->first))
             {
                 names.push_back(file->first);
             }
@@ -492,7 +494,7 @@ namespace PpfWatch
         {
             const bool isThere = std::any_of(
                 job.files.begin(), job.files.end(),
-                [&](const FileNode* file) { return IsInSet(pattern, file->first); });
+                [&](const FileNode* file) { return Jobs::IsInSet(pattern, file->first); });
             if (!isThere)
             {
                 if (job.missing != pattern)

@@ -3,6 +3,7 @@
 #include "host/Failure.h"
 #include "host/Paths.h"
 #include "host/Text.h"
+#include "job/InkSet.h"
 
 #include <utility>
 
@@ -11,20 +12,6 @@ namespace Tiff2Ppf
     using Jobs::Job;
     using Jobs::Separation;
     using Jobs::Sheet;
-
-    namespace
-    {
-        std::pair<std::string, std::string>
-        SplitAtSign(const std::string& option, const std::string& text, const char* form)
-        {
-            const auto sign = text.find('=');
-            if (sign == std::string::npos)
-            {
-                throw Host::UsageError(option + ' ' + Host::Quoted(text) + ": the form is " + form);
-            }
-            return {text.substr(0, sign), text.substr(sign + 1)};
-        }
-    }
 
     JobBuilder::JobBuilder(const std::string& theJobName, const std::string& theFolder)
         : folder(theFolder)
@@ -39,24 +26,35 @@ namespace Tiff2Ppf
         orientationsHere.clear();
     }
 
-    void JobBuilder::AddFront(const std::string& inkAndFile)
+    void JobBuilder::AddFile(const std::string& option, const std::string& inkAndFile)
     {
-        SheetFor("--front").front.push_back(SeparationOf("--front", inkAndFile));
+        std::vector<Separation>& side = SideFor(option);
+        const auto [ink, file] = Jobs::SplitAtSign(option, inkAndFile, "INK=FILE");
+        if (file.empty())
+        {
+            throw Host::UsageError(option + ' ' + Host::Quoted(inkAndFile) + ": the file name is empty");
+        }
+        side.push_back({ink, Host::AbsolutePath(file, folder)});
     }
 
-    void JobBuilder::AddBack(const std::string& inkAndFile)
+    void JobBuilder::AddSet(const std::string& option, const std::string& pattern)
     {
-        SheetFor("--back").back.push_back(SeparationOf("--back", inkAndFile));
+        std::vector<Separation>& side = SideFor(option);
+        try
+        {
+            const std::vector<Separation> set = Jobs::SeparationsOfSet(pattern, folder);
+            side.insert(side.end(), set.begin(), set.end());
+        }
+        catch (const Host::UsageError& refusal)
+        {
+            throw Host::UsageError(option + ": " + refusal.what());
+        }
     }
 
     void JobBuilder::AddParameter(const std::string& keyAndValue)
     {
         Sheet& sheet = SheetFor("--param");
-        const auto [key, value] = SplitAtSign("--param", keyAndValue, "KEY=VALUE");
-        if (key.empty())
-        {
-            throw Host::UsageError("--param " + Host::Quoted(keyAndValue) + ": the key is empty");
-        }
+        const auto [key, value] = Jobs::ParameterOf(keyAndValue);
         if (!sheet.parameters.emplace(key, value).second)
         {
             throw Host::UsageError(
@@ -88,13 +86,9 @@ namespace Tiff2Ppf
         return job.sheets.back();
     }
 
-    Separation JobBuilder::SeparationOf(const std::string& option, const std::string& inkAndFile) const
+    std::vector<Separation>& JobBuilder::SideFor(const std::string& option)
     {
-        const auto [ink, file] = SplitAtSign(option, inkAndFile, "INK=FILE");
-        if (file.empty())
-        {
-            throw Host::UsageError(option + ' ' + Host::Quoted(inkAndFile) + ": the file name is empty");
-        }
-        return {ink, Host::AbsolutePath(file, folder)};
+        Sheet& sheet = SheetFor(option);
+        return option.rfind("--front", 0) == 0 ? sheet.front : sheet.back;
     }
 }

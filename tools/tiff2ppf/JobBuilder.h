@@ -12,7 +12,7 @@ namespace Tiff2Ppf
     using Jobs::Separation;
     using Jobs::Sheet;
 
-    /// Calls: (SetOrientation)* (OpenSheet (AddFront | AddBack | AddParameter | SetOrientation)*)* Take
+    /// Calls: (SetOrientation)* (OpenSheet (AddFile | AddSet | AddParameter | SetOrientation)*)* Take
     /// All but Take throw Host::UsageError with the option's name.
     class JobBuilder
     {
@@ -21,9 +21,12 @@ namespace Tiff2Ppf
         JobBuilder(const std::string& theJobName, const std::string& theFolder);
 
         void OpenSheet(const std::string& name);
-        void AddFront(const std::string& inkAndFile);      ///< INK=FILE, split at the first '='
-        void AddBack(const std::string& inkAndFile);       ///< the same
-        void AddParameter(const std::string& keyAndValue); ///< KEY=VALUE, likewise
+
+        /// Separations of the side that `option`, --front... or --back..., is about.
+        void AddFile(const std::string& option, const std::string& inkAndFile); ///< INK=FILE, split at the first '='
+        void AddSet(const std::string& option, const std::string& pattern);     ///< the files that fit now
+
+        void AddParameter(const std::string& keyAndValue); ///< KEY=VALUE, split likewise
 
         /// Of the sheet that was opened last, or, before the first, of all that have none of their own. `option` is
         /// --front-orientation or --back-orientation.
@@ -34,7 +37,7 @@ namespace Tiff2Ppf
 
     private:
         Sheet& SheetFor(const std::string& option);
-        Separation SeparationOf(const std::string& option, const std::string& inkAndFile) const;
+        std::vector<Separation>& SideFor(const std::string& option);
 
         std::string folder;
         Sheet blank; ///< what a sheet is when it is opened

@@ -143,6 +143,11 @@ namespace JobsTest
             {SheetWith(R"("back":[{"separation":"K","file":""}])"), "sheets[0].back[0].file: the file name is empty"},
             {SheetWith(R"("back":[{"separation":"K","file":"a"},{"file":"b","file":"c"}])"),
              "sheets[0].back[1].file: this member is repeated"},
+            {SheetWith(R"("back":[{"set":"k*.tif"}])"),
+             "sheets[0].back[0].set: the folder /jobs cannot be read: No such file or directory"},
+            {SheetWith(R"("back":[{"set":"k.tif"}])"), "sheets[0].back[0].set: \"k.tif\" is not a set"},
+            {SheetWith(R"("back":[{"set":"k*.tif","file":"k.tif"}])"),
+             "sheets[0].back[0].file: there is no such member here; known are set"},
             // Parameters.
             {SheetWith(R"("parameters":{"":"x"})"), R"(sheets[0].parameters[""]: a parameter's name is not empty)"},
             {SheetWith(R"("parameters":{"A":1,"A":1})"), "sheets[0].parameters.A: this member is repeated"},

@@ -88,7 +88,7 @@ namespace Pdf2PpfTest
             {{"a.pdf", "-o", "o", "--oversampling", "0"}, "is no number from 1 to 100"},
             {{"a.pdf", "-o", "o", "--oversampling", "1.5"}, "--oversampling"},
             {{"a.pdf", "-o", "o", "--param", "K"}, "KEY=VALUE"},
-            {{"a.pdf", "-o", "o", "--param", "=V"}, "KEY=VALUE"},
+            {{"a.pdf", "-o", "o", "--param", "=V"}, "the key is empty"},
             {{"a.pdf", "-o", "o", "--param", "K=1", "--param", "K=2"}, "repeated"},
             {{"a.pdf", "-o", "o", "--back-orientation", "rotate45"}, "\"rotate45\" is none of"},
             {{"a.pdf", "-o", "o", "--compression", "zip"}, "\"zip\" is none of"},

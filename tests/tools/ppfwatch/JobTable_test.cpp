@@ -1,4 +1,5 @@
 // The jobs' states, with a clock and a folder that are the tests' own.
+#include "job/InkSet.h"
 #include "ppfwatch/JobTable.h"
 
 #include <gmock/gmock.h>
@@ -35,7 +36,7 @@ namespace PpfWatchTest
                 std::vector<std::string> names;
                 for (const auto& [name, stamp] : stamps)
                 {
-                    if (IsInSet(pattern, name))
+                    if (Jobs::IsInSet(pattern, name))
                     {
                         names.push_back(name);
                     }

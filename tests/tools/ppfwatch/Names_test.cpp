@@ -1,7 +1,7 @@
-// The pattern of names, and the order of what it finds.
+// The pattern of names, and the order of the sheets that it finds.
 #include "host/Failure.h"
 #include "ppfwatch/NamePattern.h"
-#include "ppfwatch/SetOrder.h"
+#include "ppfwatch/NaturalOrder.h"
 
 #include <gmock/gmock.h>
 
@@ -82,18 +82,7 @@ namespace PpfWatchTest
             EXPECT_TRUE(IsJobName(std::string(240, 'x')));
         }
 
-        TEST(SetOrderTest, ProcessInksComeFirst)
-        {
-            std::vector<std::string> inks;
-            for (const char* const word : {"Varnish", "k", "YELLOW", "Blue", "c", "Magenta", "cy"})
-            {
-                inks.push_back(InkOfWord(word));
-            }
-            std::sort(inks.begin(), inks.end(), &IsInkBefore);
-            EXPECT_THAT(inks, ElementsAre("Cyan", "Magenta", "Yellow", "Black", "Blue", "Varnish", "cy"));
-        }
-
-        TEST(SetOrderTest, SheetsAreInNaturalOrder)
+        TEST(NaturalOrderTest, SheetsAreInNaturalOrder)
         {
             std::vector<std::string> sheets = {"S10",   "S2b",  "",  "S2",     "S02",
                                                "S9.10", "S9.9", "T", "S1\xFF", "99999999999999999999"};

@@ -1,24 +1,12 @@
-#include "ppfwatch/SetOrder.h"
+#include "ppfwatch/NaturalOrder.h"
 
 #include <algorithm>
-#include <array>
-#include <tuple>
-
-#include <strings.h>
+#include <cstddef>
 
 namespace PpfWatch
 {
     namespace
     {
-        constexpr std::array<const char*, 4> ProcessInks = {"Cyan", "Magenta", "Yellow", "Black"};
-        constexpr std::array<const char*, 4> ShortWords = {"C", "M", "Y", "K"};
-
-        std::size_t RankOf(const std::string& ink)
-        {
-            return static_cast<std::size_t>(
-                std::find(ProcessInks.begin(), ProcessInks.end(), ink) - ProcessInks.begin());
-        }
-
         bool IsDigit(char c)
         {
             return c >= '0' && c <= '9';
@@ -34,24 +22,6 @@ namespace PpfWatch
             digits.remove_prefix(std::min(digits.find_first_not_of('0'), digits.size()));
             return digits;
         }
-    }
-
-    std::string InkOfWord(const std::string& word)
-    {
-        for (std::size_t i = 0; i < ProcessInks.size(); ++i)
-        {
-            if (strcasecmp(word.c_str(), ProcessInks[i]) == 0 || strcasecmp(word.c_str(), ShortWords[i]) == 0)
-            {
-                return ProcessInks[i];
-            }
-        }
-        return word;
-    }
-
-    bool IsInkBefore(const std::string& first, const std::string& second)
-    {
-        return std::make_tuple(RankOf(first), std::string_view(first)) <
-               std::make_tuple(RankOf(second), std::string_view(second));
     }
 
     bool IsNaturallyBefore(std::string_view first, std::string_view second)
