@@ -201,6 +201,19 @@ namespace PpfWatch
         const std::string& folder, const std::string& job, const std::vector<Order::Source>& sources,
         const std::string& error) const
     {
+        const auto demand = [](const Order::Source& source, bool isSame)
+        {
+            if (!isSame)
+            {
+                throw Changed(source.name + " has changed since it was converted");
+            }
+        };
+        const auto stampOf = [&](const Order::Source& source)
+        { return StampOf(AT_FDCWD, folders.in + '/' + source.name); };
+        for (const Order::Source& source : sources)
+        {
+            demand(source, stampOf(source) == source.stamp);
+        }
         const std::string hidden = folder + '/' + hiddenName;
         const std::string staging = hidden + '/' + job;
         MakeFolder(hidden);
@@ -212,10 +225,9 @@ namespace PpfWatch
         std::set<std::string> below; // folders of a job file's files, in `in` and in the hidden one
         for (const Order::Source& source : sources)
         {
-            if (StampOf(AT_FDCWD, folders.in + '/' + source.name) != source.stamp)
-            {
-                throw Changed(source.name + " has changed since it was converted");
-            }
+            // The move of another name of the same file has changed its state, but not its content.
+            const std::optional<Stamp> stamp = stampOf(source);
+            demand(source, stamp && stamp->HasContentOf(source.stamp));
             const std::string target = staging + '/' + source.name;
             if (source.name.find('/') != std::string::npos)
             {

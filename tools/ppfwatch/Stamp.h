@@ -16,12 +16,14 @@ namespace PpfWatch
         std::int64_t changed = 0;  ///< likewise, of name and permissions too
         bool isUncertain = false;  ///< the file could not be looked at: may have changed since any look, such ones too
 
-        bool operator==(const Stamp& other) const
-        {
-            return bytes == other.bytes && modified == other.modified && changed == other.changed && !isUncertain &&
-                   !other.isUncertain;
-        }
+        bool operator==(const Stamp& other) const { return HasContentOf(other) && changed == other.changed; }
         bool operator!=(const Stamp& other) const { return !(*this == other); }
+
+        /// Whether at most names or permissions have changed.
+        bool HasContentOf(const Stamp& other) const
+        {
+            return bytes == other.bytes && modified == other.modified && !isUncertain && !other.isUncertain;
+        }
     };
 
     /// The stamp of the regular file at `path`, looked up from the open folder `folder` or AT_FDCWD; links are followed. None

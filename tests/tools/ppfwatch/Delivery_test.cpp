@@ -127,6 +127,19 @@ namespace PpfWatchTest
             EXPECT_EQ(folder.Read("done/J/a"), "older");
         }
 
+        TEST_F(DeliveryTest, TwoNamesOfOneFileAreTwoSources)
+        {
+            folder.Write("in/a", "same");
+            fs::create_hard_link(folder / "in/a", folder / "in/b");
+            std::vector<Order::Source> sources;
+            for (const char* const name : {"a", "b"})
+            {
+                sources.push_back({name, StampOf(AT_FDCWD, folder / "in" + '/' + name).value()});
+            }
+            NewDelivery().MoveToDone("J", sources);
+            EXPECT_THAT(Names("done/J"), ElementsAre("a", "b"));
+        }
+
         TEST_F(DeliveryTest, SourceThatHasChangedKeepsAllWhereTheyWere)
         {
             const auto sources = Drop({"a", "b"});
