@@ -63,7 +63,7 @@ export PKG_CONFIG_PATH=$libdir/pkgconfig
 "$cxx" -std=c++17 $flags "$source/examples/host/host.cpp" -o by-pkg-config $(pkg-config --cflags --libs sheetvane)
 run_host ./by-pkg-config
 
-for page in tiff2ppf pdf2ppf ppfinfo; do
+for page in tiff2ppf pdf2ppf ppfinfo ppfwatch; do
     [ -s "$prefix/share/man/man1/$page.1" ] || fail "no manual page for $page"
     "$prefix/bin/$page" --version
 done
