@@ -1,7 +1,8 @@
 // Times two commands in turn, A B A B ..., so that a machine whose speed drifts treats both alike:
 //     in_turn LABEL RUNS COMMAND_A [ARG...] --vs COMMAND_B [ARG...]
 // One line: the median wall time of each in milliseconds, the median of the ratios A/B pair by pair with the smallest and
-// the largest, and the peak resident memory of each in MiB. A command that fails ends it all.
+// the largest, the same of the processor time, which other work on the machine changes less, and the peak resident memory of
+// each in MiB. A command that fails ends it all.
 
 #include <algorithm>
 #include <chrono>
@@ -19,9 +20,15 @@ namespace
 {
     struct Cost
     {
-        double milliseconds;
+        double milliseconds; ///< wall time
+        double processor;    ///< its own time and the system's, seconds
         double mebibytes;
     };
+
+    double SecondsOf(const timeval& time)
+    {
+        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) * 1e-6;
+    }
 
     Cost Run(char* const* command)
     {
@@ -44,7 +51,9 @@ namespace
             std::exit(1);
         }
         const std::chrono::duration<double, std::milli> wall = std::chrono::steady_clock::now() - start;
-        return {wall.count(), static_cast<double>(usage.ru_maxrss) / 1024.0};
+        return {
+            wall.count(), SecondsOf(usage.ru_utime) + SecondsOf(usage.ru_stime),
+            static_cast<double>(usage.ru_maxrss) / 1024.0};
     }
 
     double Median(std::vector<double> values)
@@ -73,7 +82,7 @@ int main(int argc, char** argv)
 
     Run(a);
     Run(b);
-    std::vector<double> timesA, timesB, ratios;
+    std::vector<double> timesA, timesB, ratios, processorRatios;
     double peakA = 0, peakB = 0;
     for (int i = 0; i < runs; ++i)
     {
@@ -82,12 +91,13 @@ int main(int argc, char** argv)
         timesA.push_back(costA.milliseconds);
         timesB.push_back(costB.milliseconds);
         ratios.push_back(costA.milliseconds / costB.milliseconds);
+        processorRatios.push_back(costA.processor / costB.processor);
         peakA = std::max(peakA, costA.mebibytes);
         peakB = std::max(peakB, costB.mebibytes);
     }
     std::printf(
-        "%-44s %8.1f %8.1f   %6.3f  (%.3f to %.3f)  %8.1f %8.1f\n", argv[1], Median(timesA), Median(timesB),
+        "%-44s %8.1f %8.1f   %6.3f  (%.3f to %.3f)  %6.3f  %8.1f %8.1f\n", argv[1], Median(timesA), Median(timesB),
         Median(ratios), *std::min_element(ratios.begin(), ratios.end()),
-        *std::max_element(ratios.begin(), ratios.end()), peakA, peakB);
+        *std::max_element(ratios.begin(), ratios.end()), Median(processorRatios), peakA, peakB);
     return 0;
 }

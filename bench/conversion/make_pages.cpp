@@ -1,6 +1,6 @@
-// Writes the pages that whole conversions are timed on: make_pages DIR [wide GIGABYTES]. Without "wide": 4000 x 6000
-// greyscale pages of the three kinds, uncompressed and Deflate, and a 20000 x 28000 plate in CCITT Group 4. With it: one
-// uncompressed page, 30000 pixels wide, of that many gigabytes.
+// Writes the pages that whole conversions are timed on: make_pages DIR [wide GIGABYTES | plates]. Without a word: 4000 x 6000
+// greyscale pages of the three kinds, uncompressed and Deflate. "wide": one uncompressed page, 30000 pixels wide, of that many
+// gigabytes. "plates": one of 67200 x 95200 pixels in CCITT Group 4, and a greyscale page of 600 pixels per inch.
 
 #include "bench/pages/Pages.h"
 
@@ -17,7 +17,9 @@ namespace
 {
     using Tiff = std::unique_ptr<TIFF, decltype(&TIFFClose)>;
 
-    Tiff Create(const std::string& path, std::uint32_t width, std::uint32_t height, int bits, int compression)
+    Tiff Create(
+        const std::string& path, std::uint32_t width, std::uint32_t height, int bits, int compression,
+        double resolution = 300)
     {
         Tiff tiff(TIFFOpen(path.c_str(), "w"), &TIFFClose);
         if (!tiff)
@@ -30,8 +32,8 @@ namespace
         TIFFSetField(tiff.get(), TIFFTAG_SAMPLESPERPIXEL, 1);
         TIFFSetField(tiff.get(), TIFFTAG_COMPRESSION, compression);
         TIFFSetField(tiff.get(), TIFFTAG_PHOTOMETRIC, bits == 1 ? PHOTOMETRIC_MINISWHITE : PHOTOMETRIC_MINISBLACK);
-        TIFFSetField(tiff.get(), TIFFTAG_XRESOLUTION, 300.0);
-        TIFFSetField(tiff.get(), TIFFTAG_YRESOLUTION, 300.0);
+        TIFFSetField(tiff.get(), TIFFTAG_XRESOLUTION, resolution);
+        TIFFSetField(tiff.get(), TIFFTAG_YRESOLUTION, resolution);
         TIFFSetField(tiff.get(), TIFFTAG_RESOLUTIONUNIT, RESUNIT_INCH);
         TIFFSetField(tiff.get(), TIFFTAG_ROWSPERSTRIP, TIFFDefaultStripSize(tiff.get(), 0));
         return tiff;
@@ -57,22 +59,34 @@ namespace
         }
     }
 
-    // A plate: 8 x 8 halftone dots that grow across the width, with solid bars.
-    void WritePlate(const std::string& path)
+    // The largest plate there is, 28 x 40 inches: bands of halftone dots that grow across the width, and paper.
+    void WriteLargePlate(const std::string& path)
     {
-        constexpr std::uint32_t width = 20000;
-        constexpr std::uint32_t height = 28000;
-        const Tiff tiff = Create(path, width, height, 1, COMPRESSION_CCITTFAX4);
+        constexpr std::uint32_t width = 67200;
+        constexpr std::uint32_t height = 95200;
+        const Tiff tiff = Create(path, width, height, 1, COMPRESSION_CCITTFAX4, 2400);
         std::uint8_t line[width / 8];
         for (std::uint32_t y = 0; y < height; ++y)
         {
             for (std::uint32_t x = 0; x < width / 8; ++x)
             {
                 const std::uint32_t dot = x * 8 / (width / 8);
-                const bool inside = y % 8 <= dot;
-                line[x] = y % 1000 < 40 ? 0xFF : inside ? static_cast<std::uint8_t>(0xFF >> (7 - dot)) : 0;
+                line[x] = y / 1000 % 8 == 0 && y % 8 <= dot ? static_cast<std::uint8_t>(0xFF >> (7 - dot)) : 0;
             }
             WriteLine(tiff.get(), line, y);
+        }
+    }
+
+    // A page of grain at 600 pixels per inch, as large as the plates that scripts/bench renders.
+    void WriteContone(const std::string& path)
+    {
+        constexpr std::uint32_t width = 7000;
+        constexpr std::uint32_t height = 10000;
+        const auto page = Pages::Make(Pages::Kind::Photo, width, height);
+        const Tiff tiff = Create(path, width, height, 8, COMPRESSION_NONE, 600);
+        for (std::uint32_t y = 0; y < height; ++y)
+        {
+            WriteLine(tiff.get(), page.data() + std::size_t{y} * width, y);
         }
     }
 
@@ -93,15 +107,23 @@ namespace
 int main(int argc, char** argv)
 try
 {
-    if (argc != 2 && !(argc == 4 && std::strcmp(argv[2], "wide") == 0))
+    const bool isWide = argc == 4 && std::strcmp(argv[2], "wide") == 0;
+    const bool isPlates = argc == 3 && std::strcmp(argv[2], "plates") == 0;
+    if (argc != 2 && !isWide && !isPlates)
     {
-        std::fprintf(stderr, "usage: make_pages DIR [wide GIGABYTES]\n");
+        std::fprintf(stderr, "usage: make_pages DIR [wide GIGABYTES | plates]\n");
         return 2;
     }
     const std::string dir = std::string(argv[1]) + "/";
-    if (argc == 4)
+    if (isWide)
     {
         WriteWide(dir + "wide.tif", std::atof(argv[3]));
+        return 0;
+    }
+    if (isPlates)
+    {
+        WriteLargePlate(dir + "large.tif");
+        WriteContone(dir + "contone.tif");
         return 0;
     }
     for (const auto kind : {Pages::Kind::Flat, Pages::Kind::Photo, Pages::Kind::Noise})
@@ -109,7 +131,6 @@ try
         WritePage(dir + Pages::Name(kind) + ".tif", kind, COMPRESSION_NONE);
         WritePage(dir + Pages::Name(kind) + "-deflate.tif", kind, COMPRESSION_ADOBE_DEFLATE);
     }
-    WritePlate(dir + "plate-g4.tif");
     return 0;
 }
 catch (const std::exception& failure)

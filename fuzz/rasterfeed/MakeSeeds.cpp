@@ -90,6 +90,14 @@ namespace RasterFeedFuzz
             Write(folder, "view-tone-turned-round", MakeTiff(plate, MixedSamples(16)), 0x18 + 2);
             Write(folder, "view-tone-wide-sums", MakeTiff(plate, MixedSamples(16)), 0x10 + 0x60);
 
+            // Damage that a view comes upon: in the last strip, which it reads first, and after the last row that it needs.
+            plate.height = 44;
+            plate.rowsPerStrip = 4;
+            const TiffEditor rows(MakeTiff(plate, MixedSamples(16)));
+            std::string damaged = rows.Bytes();
+            damaged[rows.Get(TIFFTAG_STRIPOFFSETS, 10)] = '\xff';
+            Write(folder, "view-damaged", damaged, 0x18 + 2);
+
             TiffEditor loop(MakeTiff(thumbnail, MixedSamples(8)));
             loop.SetNext(loop.DirectoryOffset());
             Write(folder, "loop", loop.Bytes());

@@ -9,8 +9,8 @@ namespace Jobs
         /// The record in which the library hands a path to its reader has room for this many bytes.
         constexpr std::size_t MaxPathBytes = sizeof(RasterFeedOpenRecord::path) - 1;
 
-        /// Why the library does not take the separation at `place`; empty if it does as far as `depth` shows.
-        std::string RefusalOf(const Job& job, const SeparationPlace& place, RasterFeedDepth depth)
+        /// Why the library does not take the separation at `place`; empty if it does.
+        std::string RefusalOf(const Job& job, const SeparationPlace& place)
         {
             const std::string& path = place.separation->file;
             if (path.size() > MaxPathBytes)
@@ -18,7 +18,7 @@ namespace Jobs
                 return path + ": the path has " + std::to_string(path.size()) + " bytes, and the limit is " +
                        std::to_string(MaxPathBytes);
             }
-            const RasterFeedDescription found = LookAt(job, place, depth);
+            const RasterFeedDescription found = LookAt(job, place, RasterFeedDepth::Lines);
             if (!found.accepted)
             {
                 return found.reason;
@@ -36,14 +36,12 @@ namespace Jobs
 
     std::string CauseInSeparations(const Job& job)
     {
-        for (const RasterFeedDepth depth : {RasterFeedDepth::Header, RasterFeedDepth::Lines})
+        // In the order of the library, which reads each to its end before it opens the next.
+        for (const SeparationPlace& place : PlacesOf(job))
         {
-            for (const SeparationPlace& place : PlacesOf(job))
+            if (const std::string refusal = RefusalOf(job, place); !refusal.empty())
             {
-                if (const std::string refusal = RefusalOf(job, place, depth); !refusal.empty())
-                {
-                    return PlaceForPerson(job, place) + ": " + refusal;
-                }
+                return PlaceForPerson(job, place) + ": " + refusal;
             }
         }
         return "every separation can be read now, so try again; if it fails again, memory is short or the output would "

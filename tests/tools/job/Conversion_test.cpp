@@ -1,6 +1,8 @@
 #include "host/Failure.h"
 #include "job/Conversion.h"
 #include "tests/support/SystemFaults.h"
+#include "tests/support/TiffEditor.h"
+#include "tests/support/TiffMaker.h"
 #include "tests/tools/job/Folder.h"
 
 #include <gmock/gmock.h>
@@ -109,29 +111,25 @@ namespace JobsTest
             FailureOfConversion(), MatchesRegex(".*separation \"Black\": .*/missing.*No such file or directory.*"));
     }
 
-    TEST_F(ConversionTest, CauseInTheLinesIsNamed)
+    TEST_F(ConversionTest, FirstOfSeveralCausesIsNamedAlsoWhereItIsInTheLines)
     {
-        const std::string whole = folder.Read(folder.WriteTiff("k", 400, 300).substr(folder.Path().size()));
-        folder.WriteTiff("good", 400, 300);
-        // The directory stands after the lines: the last of them loses its bytes to the directory's new place.
-        std::string cut = whole;
-        const std::size_t directory = static_cast<unsigned char>(cut[4]) + 256U * static_cast<unsigned char>(cut[5]) +
-                                      65536U * static_cast<unsigned char>(cut[6]);
-        ASSERT_LT(directory, cut.size());
-        folder.Write("k", cut.substr(0, 8) + cut.substr(directory));
-        folder.Write(
-            "k",
-            [&]
-            {
-                std::string moved = folder.Read("k");
-                moved[4] = 8;
-                moved[5] = moved[6] = 0;
-                return moved;
-            }());
-        AddSheet("", {"good", "k"});
-        EXPECT_THAT(
-            FailureOfConversion(),
-            MatchesRegex("Problem converting TIFF files to CIP3: sheet 1, front, separation \"k\": .*/k.+"));
+        TestSupport::TiffForm form;
+        form.compression = COMPRESSION_LZW;
+        TestSupport::TiffEditor editor(TestSupport::MakeTiff(form, TestSupport::MixedSamples(form.bits)));
+        folder.Write("good", editor.Bytes());
+        std::string damaged = editor.Bytes();
+        damaged[editor.Get(TIFFTAG_STRIPOFFSETS, 1)] = '\xff';
+        folder.Write("damaged", damaged);
+        AddSheet("S1", {"good", "damaged", "missing"});
+        AddSheet("S2", {"missing"});
+        for (const unsigned int threads : {1U, 3U})
+        {
+            settings.threads = threads;
+            settings.mixedSizes = threads == 1;
+            EXPECT_THAT(
+                FailureOfConversion(), MatchesRegex("Problem converting TIFF files to CIP3: sheet 1 \"S1\", front, "
+                                                    "separation \"damaged\": .*/damaged: line 6 of 23: .+"));
+        }
     }
 
     TEST_F(ConversionTest, PathBeyondTheLimitIsNamed)
