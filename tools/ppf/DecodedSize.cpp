@@ -65,7 +65,10 @@ namespace Ppf
         if (preview.encoding == Encoding::Binary)
         {
             plain.bytes = preview.data.size();
-            isRunLength ? runs.Add(preview.data) : void();
+            if (isRunLength)
+            {
+                runs.Add(preview.data);
+            }
         }
         else
         {
@@ -75,7 +78,10 @@ namespace Ppf
             {
                 got = encoded->Read(block.data(), BlockBytes);
                 plain.bytes += got;
-                isRunLength ? runs.Add({reinterpret_cast<const char*>(block.data()), got}) : void();
+                if (isRunLength)
+                {
+                    runs.Add({reinterpret_cast<const char*>(block.data()), got});
+                }
             }
         }
         if (runs.IsWithinRun())

@@ -18,7 +18,10 @@ namespace PpfInfo
         {
             std::optional<Ppf::Finding> finding;
             measured.zones = ZonesOf(preview, choice, finding);
-            finding ? measured.findings.push_back(*finding) : void();
+            if (finding)
+            {
+                measured.findings.push_back(*finding);
+            }
         }
         try
         {

@@ -14,7 +14,7 @@ namespace PpfInfo
 {
     namespace
     {
-        constexpr char Replacement = '_';
+        constexpr std::string_view Replacement = "_";
 
         /// Characters of a JDF document's names: of jobs, and of sheets and separations. Tokens have no bound, but one that is
         /// made for a longer name has one.
@@ -59,10 +59,10 @@ namespace PpfInfo
                 const std::string_view bytes = rest.substr(0, c.bytes);
                 const bool fits = form == NameForm::Token ? IsTokenCharacter(c.value)
                                                           : IsXmlCharacter(c.value) && Host::OneLine(bytes) == bytes;
-                fits ? formed += bytes : formed += Replacement;
+                formed += fits ? bytes : Replacement;
                 rest.remove_prefix(c.bytes);
             }
-            return formed.empty() ? std::string(1, Replacement) : formed;
+            return formed.empty() ? std::string(Replacement) : formed;
         }
 
         /// With a suffix, and without so many characters before it that it has space within the longest name.
@@ -85,7 +85,7 @@ namespace PpfInfo
         for (std::string_view rest = printable; !rest.empty();)
         {
             const Host::Character c = Host::FirstCharacter(rest);
-            IsXmlCharacter(c.value) ? text += rest.substr(0, c.bytes) : text += Replacement;
+            text += IsXmlCharacter(c.value) ? rest.substr(0, c.bytes) : Replacement;
             rest.remove_prefix(c.bytes);
         }
         return text;
@@ -119,7 +119,7 @@ namespace PpfInfo
 
     std::string JobIdOf(const std::string& name, NameForm form)
     {
-        const std::string text = ToUtf8(name);
+        std::string text = ToUtf8(name);
         const std::string formed = Formed(text, form, LongestJobName);
         if (formed == text)
         {

@@ -23,7 +23,7 @@ namespace PpfWatch
         enum class End
         {
             Asked,     ///< by a signal or --once
-            NewConfig, ///< there is another configuration: see TakeConfig
+            NewConfig, ///< there is another configuration: see NewConfig()
         };
 
         struct Settings

@@ -62,7 +62,7 @@ namespace PpfWatchTest
         {
             EXPECT_EQ(ExtentOf("%!PS-Adobe-3.0\n"), TiffExtent::NoTiff);
             EXPECT_EQ(ExtentOf("x"), TiffExtent::NoTiff);
-            EXPECT_EQ(ExtentOf("IM*\0\10\0\0\0"), TiffExtent::NoTiff);
+            EXPECT_EQ(ExtentOf(std::string("IM*\0\10\0\0\0", 8)), TiffExtent::NoTiff);
             EXPECT_EQ(ExtentOfTiff(folder / "none"), TiffExtent::NoTiff);
             EXPECT_EQ(ExtentOfTiff(folder.Path()), TiffExtent::NoTiff);
             ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
