@@ -7,6 +7,7 @@
 #include <array>
 #include <cstdint>
 #include <cstdio>
+#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 
@@ -104,11 +105,14 @@ namespace PpfInfo
                 distinct[i] = name;
             }
         }
+        // The last number that each was given, as thousands of sheets may have one name.
+        std::unordered_map<std::string, std::size_t> numbers;
         for (std::size_t i = 0; i < names.size(); ++i)
         {
             const std::string formed = distinct[i].empty() ? Formed(ToUtf8(names[i]), form, LongestText) : "";
-            for (std::size_t number = 1; distinct[i].empty(); ++number)
+            while (distinct[i].empty())
             {
+                const std::size_t number = ++numbers[formed];
                 const std::string name =
                     number == 1 ? formed : WithSuffix(formed, "_" + std::to_string(number), LongestText);
                 distinct[i] = taken.insert(name).second ? name : "";
