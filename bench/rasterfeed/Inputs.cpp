@@ -49,9 +49,15 @@ SampleRule Plate()
 
 std::string InputFile(const TiffForm& form, const SampleRule& rule, const std::string& name)
 {
+    return InputFile(
+        form, TestSupport::InkRule([&](unsigned, std::uint32_t x, std::uint32_t y) { return rule(x, y); }), name);
+}
+
+std::string InputFile(const TiffForm& form, const TestSupport::InkRule& rule, const std::string& name)
+{
     static const Folder folder;
     const fs::path path = folder.path / (name + ".tif");
     if (!fs::exists(path))
-        std::ofstream(path, std::ios::binary) << TestSupport::MakeTiff(form, rule);
+        std::ofstream(path, std::ios::binary) << TestSupport::MakePages({form}, rule);
     return path.string();
 }

@@ -21,3 +21,4 @@ SampleRule Plate();
 
 /// The path of a file of that form, made when first asked for and removed with the process.
 std::string InputFile(const TiffForm& form, const SampleRule& rule, const std::string& name);
+std::string InputFile(const TiffForm& form, const TestSupport::InkRule& rule, const std::string& name);

@@ -1,5 +1,6 @@
 // Whole TIFFs from file to 8-bit lines, each beside a program's plainest use of libtiff on the same file: TIFFReadScanline
-// over a mapped file, line by line. The ratio of the two is what the layer costs or saves.
+// over a mapped file, line by line. The ratio of the two is what the layer costs or saves. And all inks of a composite, reduced,
+// beside a single-ink file of the same bytes.
 
 #include "bench/rasterfeed/Inputs.h"
 
@@ -28,22 +29,22 @@ namespace
         throw std::runtime_error("a read failed");
     }
 
-    /// Gives every line of the file to `use`, in one buffer.
-    template <class Use>
-    void ReadByLayer(const std::string& path, Use use)
+    /// Gives every line of what `select` chooses, so many views, to `use`, in one buffer.
+    template <class Select, class Use>
+    void ReadByLayer(const std::string& path, Select select, std::uint32_t views, Use use)
     {
         RasterFeedOpenRecord record = {};
         std::strncpy(record.path, path.c_str(), sizeof record.path - 1);
         record.callbacks = {Open, FileBlockSeek, FileBlockRead, FileBlockFree, [] {}, Fail};
         const RasterFeedHandle reader = RasterFeedInit(&record);
         RasterFeedImageHeader header;
-        if (reader == nullptr || RasterFeedHeader(reader, &header) != 0)
+        if (reader == nullptr || select(reader) != 0 || RasterFeedHeader(reader, &header) != 0)
         {
             Fail();
         }
         std::vector<unsigned char> line(header.lineLength);
         unsigned char* const list[] = {line.data()};
-        for (std::uint32_t i = 0; i < header.lineCount; ++i)
+        for (std::uint32_t i = 0; i < header.lineCount * views; ++i)
         {
             if (RasterFeedLine(reader, list, 1) != 0)
             {
@@ -52,6 +53,14 @@ namespace
             use(i, line.data());
         }
         RasterFeedEnd(reader, nullptr);
+    }
+
+    /// The same of the file as it is.
+    template <class Use>
+    void ReadByLayer(const std::string& path, Use use)
+    {
+        ReadByLayer(
+            path, [](RasterFeedHandle) { return 0; }, 1, use);
     }
 
     void ReadByLibtiff(const std::string& path)
@@ -120,6 +129,65 @@ namespace
         state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations()) * input.form.width * input.form.height);
     }
 
+    /// Previews of all inks of a file, at 50.8 pixels per inch as if it had 2400.
+    void Reduce(benchmark::State& state, const TiffForm& form, const SampleRule& bytes, const std::string& name)
+    {
+        const TestSupport::InkRule rule = [&](unsigned sample, std::uint32_t x, std::uint32_t y)
+        { return bytes(x * form.samples + sample, y); };
+        const std::string path = InputFile(form, rule, name);
+        RasterFeedSelection selection;
+        selection.resolution = 50.8;
+        selection.inputResolution = 2400;
+        const std::uint32_t channels[] = {1, 2, 3, 4};
+        const auto select = [&](RasterFeedHandle reader)
+        { return RasterFeedSelectChannels(reader, &selection, channels, form.samples); };
+        for ([[maybe_unused]] const auto iteration : state)
+        {
+            ReadByLayer(
+                path, select, form.samples, [](std::uint32_t, unsigned char* line) { benchmark::DoNotOptimize(line); });
+        }
+        const std::int64_t rowBytes = std::int64_t{form.width} * form.samples * form.bits / 8;
+        state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations()) * rowBytes * form.height);
+    }
+
+    /// Composites of four inks, and for each a file of one ink with the same bytes.
+    void RegisterReductions()
+    {
+        const struct
+        {
+            const char* name;
+            std::uint16_t compression;
+            std::uint16_t bits;
+        } codings[] = {
+            {"none", COMPRESSION_NONE, 8},
+            {"lzw", COMPRESSION_LZW, 8},
+            {"deflate", COMPRESSION_ADOBE_DEFLATE, 8},
+            {"none-plate", COMPRESSION_NONE, 1},
+            {"packbits-plate", COMPRESSION_PACKBITS, 1},
+        };
+        const SampleRule page = Page(Pages::Kind::Photo);
+        const SampleRule photo = [page](std::uint32_t x, std::uint32_t y) { return page(x % pageWidth, y); };
+        for (const auto& coding : codings)
+        {
+            for (const std::uint16_t inks : {std::uint16_t{4}, std::uint16_t{1}})
+            {
+                TiffForm form;
+                form.photometric = PHOTOMETRIC_SEPARATED;
+                form.compression = coding.compression;
+                form.bits = coding.bits;
+                form.samples = inks;
+                form.width = (coding.bits == 1 ? 80000 : 4 * pageWidth) / inks;
+                form.height = pageHeight;
+                form.rowsPerStrip = 64;
+                const std::string name = std::string("reduced-") + coding.name + (inks == 4 ? "-cmyk" : "-single");
+                const SampleRule rule = coding.bits == 1 ? Plate() : photo;
+                benchmark::RegisterBenchmark(
+                    name.c_str(), [=](benchmark::State& state) { Reduce(state, form, rule, name); })
+                    ->Unit(benchmark::kMillisecond);
+            }
+        }
+    }
+
     std::vector<Case> Cases()
     {
         const struct
@@ -184,6 +252,7 @@ int main(int argc, char** argv)
                 ->Unit(benchmark::kMillisecond);
         }
     }
+    RegisterReductions();
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
     {

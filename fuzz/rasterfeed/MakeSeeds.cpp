@@ -15,10 +15,59 @@ namespace RasterFeedFuzz
         using TestSupport::MixedSamples;
         using TestSupport::TiffEditor;
         using TestSupport::TiffForm;
-        void Write(const std::filesystem::path& folder, const std::string& name, const std::string& bytes, int view = 0)
+        void Write(
+            const std::filesystem::path& folder, const std::string& name, const std::string& bytes, int view = 0,
+            int image = 0)
         {
-            // The last two bytes choose a view, and order no fault.
-            std::ofstream(folder / (name + ".tif"), std::ios::binary) << bytes << static_cast<char>(view) << '\0';
+            // The last three bytes choose page and channels and a view, and order no fault.
+            std::ofstream(folder / (name + ".tif"), std::ios::binary)
+                << bytes << static_cast<char>(image) << static_cast<char>(view) << '\0';
+        }
+
+        /// Composites: a channel, and several at once, stored together and in planes; names in each of their places.
+        void WriteComposites(const std::filesystem::path& folder)
+        {
+            using TestSupport::ImageResource;
+            TiffForm form;
+            form.width = 24;
+            form.height = 16;
+            form.rowsPerStrip = 8;
+            form.samples = 5;
+            form.photometric = PHOTOMETRIC_SEPARATED;
+            form.resolution = 600;
+            form.extraSamples = {EXTRASAMPLE_UNSPECIFIED};
+            form.imageResources = ImageResource(1006, TestSupport::PascalNames({"Gold"})) +
+                                  ImageResource(1045, TestSupport::UnicodeNames({u"Silber"}));
+            form.compression = COMPRESSION_LZW;
+            form.predictor = PREDICTOR_HORIZONTAL;
+            TiffForm page;
+            page.width = 8;
+            page.height = 4;
+            page.pageName = "Varnish";
+            const auto write = [&](const std::string& name, int view, int image)
+            {
+                Write(
+                    folder, "inks-" + name, TestSupport::MakePages({form, page}, TestSupport::MixedInks(form.bits)),
+                    view, image);
+            };
+            write("one", 0, 0x50);
+            write("reduced", 0x08, 0x90);
+            write("turned", 0x08 + 1, 0x90);
+            form.planar = PLANARCONFIG_SEPARATE;
+            write("planes", 0x08, 0x90);
+            write("second-page", 0, 0x42);
+            form.planar = PLANARCONFIG_CONTIG;
+            form.predictor = 0;
+            form.compression = COMPRESSION_PACKBITS;
+            form.bits = 1;
+            write("bits", 0x08, 0x90);
+            form.bits = 8;
+            form.samples = 4;
+            form.extraSamples.clear();
+            form.compression = COMPRESSION_JPEG;
+            form.imageResources.clear();
+            form.inkNames = std::string("A\0B\0C\0D", 8);
+            write("jpeg", 0, 0x4c);
         }
 
         void WriteSeeds(const std::filesystem::path& folder)
@@ -97,6 +146,8 @@ namespace RasterFeedFuzz
             std::string damaged = rows.Bytes();
             damaged[rows.Get(TIFFTAG_STRIPOFFSETS, 10)] = '\xff';
             Write(folder, "view-damaged", damaged, 0x18 + 2);
+
+            WriteComposites(folder);
 
             TiffEditor loop(MakeTiff(thumbnail, MixedSamples(8)));
             loop.SetNext(loop.DirectoryOffset());

@@ -1,6 +1,11 @@
 // Any bytes as a TIFF, read to the end or the first refusal. The last byte chooses what goes wrong below the reader, so that
-// failing reads, exceptions and a file that shrinks are met in every state; the one before it, a view of a small image.
+// failing reads, exceptions and a file that shrinks are met in every state; the one before it, a view of a small image; the
+// one before that, a page and its channels. And the inks of the file are asked for.
 
+#include "rasterfeed/Inks.h"
+#include "rasterfeed/Refusal.h"
+#include "rasterfeed/SourceFile.h"
+#include "rasterfeed/TiffFile.h"
 #include "tests/layers/rasterfeed/MemoryFile.h"
 
 #include <cstddef>
@@ -41,8 +46,8 @@ namespace RasterFeedFuzz
             return faults;
         }
 
-        /// Gives the pixels that the header states; 0 if there is none.
-        std::uint64_t ReadAll(RasterFeedHandle reader)
+        /// Gives the pixels that the header states for each of `views` views; 0 if there is no header.
+        std::uint64_t ReadAll(RasterFeedHandle reader, std::size_t views)
         {
             RasterFeedImageHeader header;
             if (RasterFeedHeader(reader, &header) != 0)
@@ -57,7 +62,8 @@ namespace RasterFeedFuzz
             std::vector<unsigned char> line(header.lineLength);
             unsigned char* const list[] = {line.data()};
             std::uint64_t bytes = 0;
-            for (std::uint32_t i = 0; i < header.lineCount && bytes < MostBytes; ++i, bytes += header.lineLength + 64)
+            const std::uint64_t lines = std::uint64_t{header.lineCount} * views;
+            for (std::uint64_t i = 0; i < lines && bytes < MostBytes; ++i, bytes += header.lineLength + 64)
             {
                 if (RasterFeedLine(reader, list, 1) != 0)
                 {
@@ -65,6 +71,21 @@ namespace RasterFeedFuzz
                 }
             }
             return pixels;
+        }
+
+        /// No channel, one, or three, of the first eight.
+        std::vector<std::uint32_t> ChooseChannels(std::uint8_t choice)
+        {
+            const std::uint32_t channel = 1 + (choice >> 2 & 7);
+            switch (choice >> 6)
+            {
+            case 0:
+                return {};
+            case 1:
+                return {channel};
+            default:
+                return {channel, 1, channel / 2 + 1};
+            }
         }
 
         RasterFeedSelection ChooseSelection(std::uint8_t choice)
@@ -80,7 +101,9 @@ namespace RasterFeedFuzz
         }
 
         /// Reads the file to its end or first refusal; gives the pixels that its header states.
-        std::uint64_t ReadView(const std::string& bytes, const HostFaults& faults, const RasterFeedSelection* selection)
+        std::uint64_t ReadView(
+            const std::string& bytes, const HostFaults& faults, const RasterFeedSelection& selection,
+            const std::vector<std::uint32_t>& channels)
         {
             MemoryFile::Reset(bytes, faults);
             const RasterFeedOpenRecord record = MemoryFile::Record();
@@ -89,9 +112,19 @@ namespace RasterFeedFuzz
             try
             {
                 reader = RasterFeedInit(&record);
-                if (reader != nullptr && (selection == nullptr || RasterFeedSelect(reader, selection) == 0))
+                std::int32_t selected = 0;
+                if (!channels.empty())
                 {
-                    pixels = ReadAll(reader);
+                    selected = RasterFeedSelectChannels(
+                        reader, &selection, channels.data(), static_cast<std::uint32_t>(channels.size()));
+                }
+                else
+                {
+                    selected = RasterFeedSelect(reader, &selection);
+                }
+                if (reader != nullptr && selected == 0)
+                {
+                    pixels = ReadAll(reader, channels.empty() ? 1 : channels.size());
                 }
             }
             catch (const HostFailure&)
@@ -110,16 +143,49 @@ namespace RasterFeedFuzz
             return pixels;
         }
 
+        /// The inks, each with a name; whatever the file says, no more than there may be.
+        void FindInks(const std::string& bytes, const HostFaults& faults)
+        {
+            MemoryFile::Reset(bytes, faults);
+            const RasterFeedOpenRecord record = MemoryFile::Record();
+            try
+            {
+                RasterFeed::SourceFile source(record.callbacks, record.path);
+                RasterFeed::TiffFile file(source);
+                for (const RasterFeedInk& ink : RasterFeed::InksOf(file))
+                {
+                    if (ink.name.empty() || ink.page == 0 || ink.channel == 0 || ink.channel > 32)
+                    {
+                        std::abort();
+                    }
+                }
+            }
+            catch (const RasterFeed::Refusal&)
+            {
+                // As the reader would say it.
+            }
+            catch (const HostFailure&)
+            {
+            }
+        }
+
         void Run(const std::uint8_t* data, std::size_t size)
         {
             const std::string bytes(reinterpret_cast<const char*>(data), size);
-            const std::uint64_t pixels = ReadView(bytes, ChooseFaults(size > 0 ? data[size - 1] : 0, size), nullptr);
-            const std::uint8_t choice = size > 1 ? data[size - 2] : 0;
+            const HostFaults faults = ChooseFaults(size > 0 ? data[size - 1] : 0, size);
+            FindInks(bytes, faults);
+            const std::uint8_t view = size > 1 ? data[size - 2] : 0;
+            const std::uint8_t image = size > 2 ? data[size - 3] : 0;
+            RasterFeedSelection whole;
+            whole.page = image & 3;
+            const std::vector<std::uint32_t> channels = ChooseChannels(image);
+            const std::uint64_t pixels = ReadView(bytes, faults, whole, channels);
             // A view's lines come one by one, too, but each may read many of the image's.
-            if (choice != 0 && pixels > 0 && pixels < MostBytes)
+            if (view != 0 && pixels > 0 && pixels < MostBytes)
             {
-                const RasterFeedSelection selection = ChooseSelection(choice);
-                ReadView(bytes, ChooseFaults(data[size - 1], size), &selection);
+                RasterFeedSelection selection = ChooseSelection(view);
+                selection.page = whole.page;
+                ReadView(bytes, faults, selection, channels);
             }
         }
     }

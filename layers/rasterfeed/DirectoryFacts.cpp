@@ -469,6 +469,7 @@ namespace RasterFeed
         facts.resolution = PixelsPerInch(resolution, unit);
         facts.resolutionDown = PixelsPerInch(resolutionDown, unit);
         facts.isReducedImage = !subfileTypeSeen && oldSubfileType == OFILETYPE_REDUCEDIMAGE;
+        facts.entries = entries.count;
         facts.next = NextAfter(file, numbers, entries);
         return facts;
     }

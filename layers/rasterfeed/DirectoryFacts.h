@@ -53,6 +53,7 @@ namespace RasterFeed
         NumberList inkNames;                 ///< the bytes of InkNames
         NumberList pageName;                 ///< the bytes of PageName
         NumberList imageResources;           ///< the bytes of the image resources, tag 34377
+        std::uint64_t entries = 0;           ///< how many it has
         std::uint64_t next = 0;              ///< the next directory, bytes from the start of the file; 0 for none
     };
 

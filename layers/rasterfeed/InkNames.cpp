@@ -2,7 +2,6 @@
 #include "rasterfeed/InkNames.h"
 
 #include "rasterfeed/Refusal.h"
-#include "rasterfeed/SeparationForm.h"
 #include "rasterfeed/SourceFile.h"
 #include "rasterfeed/TiffFile.h"
 
@@ -18,8 +17,12 @@ namespace RasterFeed
     {
         using Names = std::vector<std::string>;
 
-        constexpr std::uint64_t LargestText = std::uint64_t{64} * 1024; // bytes of InkNames or PageName
-        constexpr std::uint64_t LongestName = 1024;                     // units of a name in the image resources
+        // A name of more bytes, or units of UTF-16, is damage, or an attack on memory.
+        constexpr std::uint64_t LongestName = 1024;
+        constexpr std::uint64_t LongestInkNames = 32 * LongestName;
+
+        // Blocks of the image resources that are looked at. Real files have some dozens.
+        constexpr int MostBlocks = 1024;
 
         constexpr const char* ProcessInks[] = {"Cyan", "Magenta", "Yellow", "Black"};
 
@@ -102,17 +105,18 @@ namespace RasterFeed
             return number;
         }
 
-        /// The text of a tag; empty if the tag is absent or not a text.
-        std::string TextOf(const TiffFile& file, const NumberList& tag, const char* name)
+        /// The bytes of a tag; empty if the tag is absent or not a text.
+        std::string BytesOf(const TiffFile& file, const NumberList& tag, const char* name, std::uint64_t most)
         {
             if (tag.width != 1)
             {
                 return "";
             }
-            if (tag.count > LargestText)
+            if (tag.count > most)
             {
                 throw Refusal(
-                    std::string(name) + " of " + std::to_string(tag.count) + " bytes; up to 65536 are accepted");
+                    std::string(name) + " of " + std::to_string(tag.count) + " bytes; up to " + std::to_string(most) +
+                    " are accepted");
             }
             return BytesAt(file.Source(), tag.position, tag.count);
         }
@@ -120,11 +124,12 @@ namespace RasterFeed
         /// The names of InkNames, each of which ends with a zero.
         Names InkNamesOf(const TiffFile& file)
         {
-            const std::string text = TextOf(file, file.Facts().inkNames, "InkNames");
+            const std::string bytes = BytesOf(file, file.Facts().inkNames, "InkNames", LongestInkNames);
             Names names;
-            for (std::size_t at = 0; at < text.size(); at = std::min(text.find('\0', at), text.size() - 1) + 1)
+            for (std::string_view rest = bytes; !rest.empty();
+                 rest.remove_prefix(std::min(rest.find('\0'), rest.size() - 1) + 1))
             {
-                names.push_back(Utf8Of(std::string_view(text).substr(at)));
+                names.push_back(Utf8Of(rest));
             }
             return names;
         }
@@ -181,7 +186,7 @@ namespace RasterFeed
             }
             Stretch rest = {tag.position, std::min<std::uint64_t>(tag.position + tag.count * tag.width, source.Size())};
             Names pascalNames;
-            while (rest.Bytes() >= LeastBlock)
+            for (int block = 0; block < MostBlocks && rest.Bytes() >= LeastBlock; ++block)
             {
                 const bool isOurs = BytesAt(source, rest.begin, ResourceSignature.size()) == ResourceSignature;
                 rest.begin += ResourceSignature.size();
@@ -217,32 +222,16 @@ namespace RasterFeed
             return pascalNames;
         }
 
-        /// The channels that are inks, from 1.
-        std::vector<std::uint32_t> InkChannels(const TiffFile& file, std::uint32_t samples)
-        {
-            const NumberList& extra = file.Facts().extraSamples;
-            std::vector<std::uint32_t> channels;
-            for (std::uint32_t sample = 0; sample < samples; ++sample)
-            {
-                const std::uint64_t fromEnd = samples - sample;
-                const bool isExtra = extra.width != 0 && fromEnd <= extra.count;
-                const std::uint64_t kind =
-                    isExtra ? file.NumberIn(extra, extra.count - fromEnd) : EXTRASAMPLE_UNSPECIFIED;
-                if (kind != EXTRASAMPLE_ASSOCALPHA && kind != EXTRASAMPLE_UNASSALPHA)
-                {
-                    channels.push_back(sample + 1);
-                }
-            }
-            return channels;
-        }
-
-        /// What the samples are called, from the first on, as far as they have names.
+        /// What the samples are called where InkNames does not say it, from the first on, as far as they have names.
         Names NamesOfSamples(const TiffFile& file, std::uint32_t samples, const std::vector<std::uint32_t>& inks)
         {
             constexpr std::size_t ProcessCount = std::size(ProcessInks);
-            const bool mayBeProcess = file.Facts().inkSet.value_or(INKSET_CMYK) == INKSET_CMYK;
-            if (samples < ProcessCount || !mayBeProcess || inks.size() < ProcessCount ||
-                inks[ProcessCount - 1] != ProcessCount)
+            if (samples == 1)
+            {
+                return {Utf8Of(BytesOf(file, file.Facts().pageName, "PageName", LongestName))};
+            }
+            const bool areColours = inks.size() >= ProcessCount && inks[ProcessCount - 1] == ProcessCount;
+            if (!areColours || file.Facts().inkSet.value_or(INKSET_CMYK) != INKSET_CMYK)
             {
                 return {};
             }
@@ -253,24 +242,11 @@ namespace RasterFeed
         }
     }
 
-    std::string WayByHand(const RasterFeedInk& ink)
+    std::vector<std::string>
+    NamesOfInks(const TiffFile& file, std::uint32_t samples, const std::vector<std::uint32_t>& channels)
     {
-        return "; name the inks by hand, this one by \"page\": " + std::to_string(ink.page) +
-               " and \"channel\": " + std::to_string(ink.channel);
-    }
-
-    std::vector<RasterFeedInk> InksOfPage(const TiffFile& file)
-    {
-        const SeparationForm form = InspectForm(file, 1);
-        const std::uint32_t samples = form.samples * form.planes;
-        const std::vector<std::uint32_t> channels = InkChannels(file, samples);
-
-        Names names = InkNamesOf(file); // of the inks, in their order
-        if (names.empty() && samples == 1)
-        {
-            names = {Utf8Of(TextOf(file, file.Facts().pageName, "PageName"))};
-        }
-        else if (names.empty())
+        Names names = InkNamesOf(file);
+        if (names.empty())
         {
             const Names all = NamesOfSamples(file, samples, channels);
             for (const std::uint32_t channel : channels)
@@ -278,18 +254,7 @@ namespace RasterFeed
                 names.push_back(channel <= all.size() ? all[channel - 1] : "");
             }
         }
-
-        std::vector<RasterFeedInk> inks;
-        for (const std::uint32_t channel : channels)
-        {
-            RasterFeedInk ink = {file.Page(), channel, ""};
-            if (inks.size() == names.size() || names[inks.size()].empty())
-            {
-                throw Refusal("sample " + std::to_string(channel) + " has no name" + WayByHand(ink));
-            }
-            ink.name = names[inks.size()];
-            inks.push_back(std::move(ink));
-        }
-        return inks;
+        names.resize(channels.size());
+        return names;
     }
 }

@@ -1,9 +1,8 @@
-// The inks of a page and what they are called. It stands apart because names are the one thing in this layer that is text: what
-// writers put into a TIFF for people, in three places and in several encodings.
+// What inks are called. It stands apart because names are the one thing in this layer that is text: what writers put into a
+// TIFF for people, in three places and in several encodings.
 #pragma once
 
-#include <RasterFeedLib.h>
-
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -11,10 +10,9 @@ namespace RasterFeed
 {
     class TiffFile;
 
-    /// The inks of the image at which `file` stands, in the order of their samples, those that are alpha left out. Throws
-    /// Refusal for an image of a form that a separation cannot have, and for an ink without a name.
-    std::vector<RasterFeedInk> InksOfPage(const TiffFile& file);
-
-    /// How a person picks an ink in place of one that is refused.
-    std::string WayByHand(const RasterFeedInk& ink);
+    /// The names of the inks of the image at which `file` stands, UTF-8, as many as there are `channels`; empty where there is
+    /// none. `channels`: the samples that are inks, ascending and from 1, of `samples` samples of a pixel. Throws Refusal for
+    /// names that are not all in the file or of more than 1024 bytes.
+    std::vector<std::string>
+    NamesOfInks(const TiffFile& file, std::uint32_t samples, const std::vector<std::uint32_t>& channels);
 }

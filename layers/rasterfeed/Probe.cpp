@@ -1,6 +1,6 @@
 // A look at a TIFF without a host's reader: the same road as a reader's, with the reasons kept.
 
-#include "rasterfeed/InkNames.h"
+#include "rasterfeed/Inks.h"
 #include "rasterfeed/Refusal.h"
 #include "rasterfeed/SeparationReader.h"
 
@@ -136,49 +136,6 @@ namespace RasterFeed
             }
             return description;
         }
-
-        void Append(std::vector<RasterFeedInk>& inks, std::vector<RasterFeedInk> further)
-        {
-            for (RasterFeedInk& ink : further)
-            {
-                const auto same = std::find_if(
-                    inks.begin(), inks.end(), [&](const RasterFeedInk& other) { return other.name == ink.name; });
-                if (same != inks.end())
-                {
-                    throw Refusal(
-                        "sample " + std::to_string(ink.channel) + " has the name of page " +
-                        std::to_string(same->page) + ", sample " + std::to_string(same->channel) + ", \"" + ink.name +
-                        '"' + WayByHand(ink));
-                }
-                inks.push_back(std::move(ink));
-            }
-        }
-
-        std::vector<RasterFeedInk> InksOf(const char* name)
-        {
-            SourceFile source(RefusingCallbacks, name);
-            TiffFile file(source);
-            std::vector<RasterFeedInk> inks;
-            try
-            {
-                for (bool isPage = true; isPage; isPage = file.NextPage())
-                {
-                    if (!file.IsAside() && file.Facts().photometric != PHOTOMETRIC_MASK)
-                    {
-                        Append(inks, InksOfPage(file));
-                    }
-                }
-            }
-            catch (const Refusal& refusal)
-            {
-                throw Refusal("page " + std::to_string(file.Page()) + ": " + refusal.what());
-            }
-            if (inks.empty())
-            {
-                throw Refusal("only reduced-resolution images, masks and alpha channels; a page with an ink is needed");
-            }
-            return inks;
-        }
     }
 }
 
@@ -194,7 +151,9 @@ RasterFeedInkList RasterFeedInks(const std::string& path)
     const std::string name = RasterFeed::OpenedName(path);
     try
     {
-        list.inks = RasterFeed::InksOf(name.c_str());
+        RasterFeed::SourceFile source(RasterFeed::RefusingCallbacks, name.c_str());
+        RasterFeed::TiffFile file(source);
+        list.inks = RasterFeed::InksOf(file);
     }
     catch (const RasterFeed::Refusal& refusal)
     {

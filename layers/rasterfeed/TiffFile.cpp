@@ -19,9 +19,9 @@ namespace RasterFeed
         // Reduced images and masks before the image proper. Real files have a handful.
         constexpr int MostDirectories = 64;
 
-        // Pages that may be counted, and those that may be looked at one after the other, each a directory of its own.
-        constexpr std::uint32_t MostPages = 65535;
-        constexpr std::uint32_t MostPagesInTurn = 1024;
+        // Pages that are counted, and entries of directories that are looked at one after the other: thousands of pages.
+        constexpr std::uint32_t MostPages = 4096;
+        constexpr std::uint64_t MostEntriesInTurn = 65536;
 
         // Where libtiff finds the directory that it is shown: no file reaches so far.
         constexpr std::uint64_t ShownAt = std::uint64_t{1} << 40;
@@ -80,7 +80,7 @@ namespace RasterFeed
     {
         if (number > MostPages)
         {
-            throw Refusal("more pages than 65535, which are as many as are counted");
+            throw Refusal("only the first 4096 pages are counted");
         }
         std::uint64_t directory = preamble.firstDirectory;
         while (page < number)
@@ -110,12 +110,14 @@ namespace RasterFeed
         {
             return false;
         }
-        if (page == MostPagesInTurn)
-        {
-            throw Refusal("more than 1024 pages; up to 1024 are looked at");
-        }
         CheckNotVisited(facts.next);
         ++page;
+        entriesBefore += facts.entries;
+        if (entriesBefore > MostEntriesInTurn)
+        {
+            throw Refusal(
+                "directories of " + std::to_string(entriesBefore) + " entries before it; up to 65536 are accepted");
+        }
         Enter(facts.next);
         return true;
     }

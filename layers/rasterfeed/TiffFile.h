@@ -136,6 +136,7 @@ namespace RasterFeed
         TiffPreamble preamble;
         DirectoryFacts facts;
         std::uint32_t page = 1;
+        std::uint64_t entriesBefore = 0;           ///< of the directories before this one, but for SelectImage
         std::unordered_set<std::uint64_t> visited; ///< the directories of the pages up to this one, but for SelectImage
         std::string shown;          ///< the directory that libtiff sees, as if it stood far after the end of the file
         std::uint64_t position = 0; ///< libtiff's place in the file

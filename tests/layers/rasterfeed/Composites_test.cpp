@@ -214,7 +214,7 @@ namespace RasterFeedTest
         EXPECT_EQ(reason(4, 1), "page 4, channel 1: the file has 3 pages");
         EXPECT_EQ(reason(3, 5), "page 3, channel 5: 4 samples per pixel (Separated); the page has no channel 5");
         EXPECT_EQ(reason(2, 2), "page 2, channel 2: 1 sample per pixel (MinIsBlack); the page has no channel 2");
-        EXPECT_THAT(reason(4000000000, 1), HasSubstr("more pages than 65535"));
+        EXPECT_THAT(reason(4000000000, 1), HasSubstr("only the first 4096 pages are counted"));
 
         TiffEditor circle(MakePages({thumbnail}, rule));
         circle.SetNext(circle.DirectoryOffset());

@@ -168,8 +168,9 @@ namespace RasterFeedTest
             return Inks(editor.Bytes());
         };
         EXPECT_THAT(
-            claim(Page(1), TIFFTAG_PAGENAME, 0xffffffff, 8), HasSubstr("PageName of 4294967295 bytes; up to 65536"));
-        EXPECT_THAT(claim(Page(4), TIFFTAG_INKNAMES, 60000, 8), HasSubstr("beyond the end of the file"));
+            claim(Page(1), TIFFTAG_PAGENAME, 0xffffffff, 8),
+            HasSubstr("PageName of 4294967295 bytes; up to 1024 are accepted"));
+        EXPECT_THAT(claim(Page(4), TIFFTAG_INKNAMES, 30000, 8), HasSubstr("beyond the end of the file"));
         EXPECT_EQ(claim(Page(5), TIFFTAG_PHOTOSHOP, 0xffffffff, 8), Nameless(1, 5));
         EXPECT_EQ(claim(Page(5), TIFFTAG_PHOTOSHOP, 60000, 0xfffffff0), Nameless(1, 5));
 

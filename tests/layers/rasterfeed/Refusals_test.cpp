@@ -70,7 +70,9 @@ namespace RasterFeedTest
         cmyk.samples = 4;
         cmyk.photometric = PHOTOMETRIC_SEPARATED;
         cmyk.planar = PLANARCONFIG_SEPARATE;
-        ExpectRefused(Made(cmyk), "4 samples per pixel (Separated); a separation has one: choose it by \"page\": 1 and \"channel\": 1 to 4");
+        ExpectRefused(
+            Made(cmyk),
+            "4 samples per pixel (Separated); a separation has one: choose it by \"page\": 1 and \"channel\": 1 to 4");
         TiffForm greyAlpha = rgb;
         greyAlpha.samples = 2;
         greyAlpha.photometric = PHOTOMETRIC_MINISBLACK;
