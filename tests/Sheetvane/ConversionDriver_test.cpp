@@ -127,6 +127,22 @@ namespace SheetvaneTest
                                                        "/CIP3PreviewImageWidth 1 def\n/CIP3PreviewImageWidth 4 def\n");
     }
 
+    TEST_F(ConversionDriver, ChannelsThatFollowEachOtherOnOnePageAreReadTogether)
+    {
+        Sheetvane::SheetRecord& sheet = AddSheet("S1");
+        sheet.frontSeparationNames = {"A", "B", "C", "D", "E", "F"};
+        sheet.frontFilePaths = {"k.tif", "k.tif", "k.tif", "c.tif", "k.tif", "k.tif"};
+        sheet.frontImages = {{1, 2}, {1, 1}, {2, 1}, {2, 3}};
+        sheet.backSeparationNames = {"A"};
+        sheet.backFilePaths = {"c.tif"};
+        sheet.backImages = {{2, 1}};
+        fake.separations["c.tif"] = {1, 1, 1, 1, {"\x10"}};
+        EXPECT_EQ(Convert(out), "[nothing]");
+        EXPECT_EQ(
+            Lines(fake.log, "page"), "page 1 channels 2 1\npage 2 channels 1\npage 2 channels 3\npage 2 channels 1\n");
+        EXPECT_EQ(Lines(folder.Read("out.ppf"), "CIP3EndSeparation").size(), 7 * sizeof "CIP3EndSeparation");
+    }
+
     TEST_F(ConversionDriver, GeometryComesFromTheFirstFile)
     {
         fake.separations["g.tif"] = {1000, 8000, 1, 2400};
