@@ -7,6 +7,7 @@
 #include "host/Progress.h"
 #include "host/Text.h"
 #include "job/FailureCause.h"
+#include "job/InkFile.h"
 #include "job/LibraryRun.h"
 #include "job/SeparationPlaces.h"
 #include "job/SizeCheck.h"
@@ -61,12 +62,17 @@ namespace Jobs
             }
         }
 
+        /// What is read of the files; the inks of one file share it.
         std::uint64_t BytesOfSeparations(const Job& job)
         {
             std::uint64_t bytes = 0;
+            const std::string* before = nullptr;
             for (const SeparationPlace& place : PlacesOf(job))
             {
-                bytes += static_cast<std::uint64_t>(StatusOf(place.separation->file).st_size);
+                const std::string& file = place.separation->file;
+                const bool isRead = before != nullptr && *before == file && place.separation->channel != 0;
+                bytes += isRead ? 0 : static_cast<std::uint64_t>(StatusOf(file).st_size);
+                before = &file;
             }
             return bytes;
         }
@@ -147,14 +153,16 @@ namespace Jobs
     void Convert(const Job& job, const ConversionSettings& settings, std::ostream& messages)
     {
         CheckOutputIsNoInput(job, settings);
-        CheckBefore(job, settings, messages);
+        const Job whole = WithInksOfFiles(job);
+        CheckBefore(whole, settings, messages);
         Host::Output output(settings.output, settings.durability);
-        Write(job, settings, output);
+        Write(whole, settings, output);
     }
 
     void Convert(const Job& job, const ConversionSettings& settings, Host::Output& output, std::ostream& messages)
     {
-        CheckBefore(job, settings, messages);
-        Write(job, settings, output);
+        const Job whole = WithInksOfFiles(job);
+        CheckBefore(whole, settings, messages);
+        Write(whole, settings, output);
     }
 }

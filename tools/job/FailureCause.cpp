@@ -27,7 +27,8 @@ namespace Jobs
             const bool hasExtent = found.width > 0 && found.height > 0 && found.resolution > 0;
             if (place.isFirstOfSheet && !hasExtent)
             {
-                return path + ": the image has no extent: " + std::to_string(found.width) + " x " +
+                return path + ImageForPerson(*place.separation) +
+                       ": the image has no extent: " + std::to_string(found.width) + " x " +
                        std::to_string(found.height) + " pixels at " + std::to_string(found.resolution) + " per inch";
             }
             return {};

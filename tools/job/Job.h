@@ -31,11 +31,16 @@ namespace Jobs
     /// Value of a sheet's parameter; a string is PostScript text.
     using ParameterValue = std::variant<std::string, Number, Measure>;
 
-    /// One ink of a surface and the TIFF that holds it.
+    /// One ink of a surface and where it is.
     struct Separation
     {
-        std::string name; ///< plain text
-        std::string file; ///< absolute path, bytes
+        std::string name;          ///< plain text
+        std::string file;          ///< the TIFF: absolute path, bytes
+        std::uint32_t page = 0;    ///< the file's directory that holds it, from 1
+        std::uint32_t channel = 0; ///< its sample, from 1; both 0: the page with the one sample that the reader finds
+
+        /// Not one ink, but all that the file holds, in its order: see WithInksOfFiles. There is no name, page and channel.
+        bool isEveryInk = false;
     };
 
     /// Which separations are reduced to previews: those that have more pixels per inch, both across and down, than either of

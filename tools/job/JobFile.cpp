@@ -4,6 +4,7 @@
 #include "host/Failure.h"
 #include "host/Paths.h"
 #include "host/Text.h"
+#include "job/InkFile.h"
 #include "job/InkSet.h"
 #include "job/StrictJson.h"
 
@@ -216,17 +217,41 @@ namespace Jobs
             return parameters;
         }
 
-        Separation SeparationOf(const Node& node, const std::string& folder)
+        std::string FileOf(const Node& node, const std::string& folder)
         {
-            CheckMembers(node, {"separation", "file", "set"});
-            const std::string ink = TextOf(MemberOf(node, "separation"));
-            const Node file = MemberOf(node, "file");
-            const std::string name = TextOf(file);
+            const std::string name = TextOf(node);
             if (name.empty())
             {
-                Refuse(file, "the file name is empty");
+                Refuse(node, "the file name is empty");
             }
-            return {ink, Host::AbsolutePath(name, folder)};
+            return Host::AbsolutePath(name, folder);
+        }
+
+        /// The member's number, counted from 1; 0 if there is no such member.
+        std::uint32_t CountOfMember(const Node& object, const char* key)
+        {
+            const std::optional<Node> member = FindMember(object, key);
+            if (!member)
+            {
+                return 0;
+            }
+            const auto* const count = member->value.As<std::uint64_t>();
+            if (count == nullptr || *count < 1 || *count > std::numeric_limits<std::uint32_t>::max())
+            {
+                Refuse(*member, "a whole number is needed, counted from 1");
+            }
+            return static_cast<std::uint32_t>(*count);
+        }
+
+        Separation SeparationOf(const Node& node, const std::string& folder)
+        {
+            CheckMembers(node, {"separation", "file", "page", "channel", "inks", "set"});
+            Separation separation;
+            separation.name = TextOf(MemberOf(node, "separation"));
+            separation.file = FileOf(MemberOf(node, "file"), folder);
+            separation.page = CountOfMember(node, "page");
+            separation.channel = CountOfMember(node, "channel");
+            return separation;
         }
 
         std::vector<Separation> SetOf(const Node& pattern, const std::string& folder)
@@ -253,6 +278,11 @@ namespace Jobs
                         CheckMembers(node, {"set"});
                         const std::vector<Separation> all = SetOf(*set, folder);
                         separations.insert(separations.end(), all.begin(), all.end());
+                    }
+                    else if (const std::optional<Node> inks = FindMember(node, "inks"))
+                    {
+                        CheckMembers(node, {"inks"});
+                        separations.push_back(EveryInkOf(FileOf(*inks, folder)));
                     }
                     else
                     {

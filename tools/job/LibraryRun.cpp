@@ -59,6 +59,16 @@ namespace Jobs
             return files;
         }
 
+        void PickImages(
+            Converter& converter, unsigned int sheet, Converter::Side side, const std::vector<Separation>& separations)
+        {
+            for (std::size_t i = 0; i < separations.size(); ++i)
+            {
+                converter.SetSeparationImage(
+                    sheet, side, static_cast<unsigned int>(i), separations[i].page, separations[i].channel);
+            }
+        }
+
         void AddSheet(Converter& converter, const Sheet& sheet)
         {
             const unsigned int index = converter.GetNumSheets();
@@ -77,6 +87,8 @@ namespace Jobs
             converter.SetOptionalParameters(index, optional);
             converter.SetOrientation(index, Converter::FrontSide, sheet.frontOrientation);
             converter.SetOrientation(index, Converter::BackSide, sheet.backOrientation);
+            PickImages(converter, index, Converter::FrontSide, sheet.front);
+            PickImages(converter, index, Converter::BackSide, sheet.back);
         }
     }
 

@@ -24,6 +24,8 @@ namespace Jobs
         selection.inputResolution = job.inputResolution;
         selection.orientation =
             OrientationForReader(place.surface == Surface::Front ? sheet.frontOrientation : sheet.backOrientation);
+        selection.page = place.separation->page;
+        selection.channel = place.separation->channel;
         return RasterFeedProbe(place.separation->file, depth, selection);
     }
 }

@@ -2,6 +2,8 @@
 
 #include "host/Text.h"
 
+#include <algorithm>
+
 namespace Jobs
 {
     namespace
@@ -34,9 +36,20 @@ namespace Jobs
         return places;
     }
 
+    std::string ImageForPerson(const Separation& separation)
+    {
+        if (separation.page == 0 && separation.channel == 0)
+        {
+            return {};
+        }
+        return ", page " + std::to_string(std::max(separation.page, 1U)) + ", channel " +
+               std::to_string(std::max(separation.channel, 1U));
+    }
+
     std::string PlaceForPerson(const Job& job, const SeparationPlace& place)
     {
-        return SheetForPerson(job, place.sheetIndex) + ", " + WordOf(place.surface) + ", separation " +
-               Host::Quoted(place.separation->name);
+        const Separation& separation = *place.separation;
+        return SheetForPerson(job, place.sheetIndex) + ", " + WordOf(place.surface) +
+               (separation.isEveryInk ? ", every ink" : ", separation " + Host::Quoted(separation.name));
     }
 }

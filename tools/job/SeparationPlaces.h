@@ -31,6 +31,9 @@ namespace Jobs
     /// All separations of `job`, sheet by sheet, front before back.
     std::vector<SeparationPlace> PlacesOf(const Job& job);
 
+    /// `, page 1, channel 5` for a separation that is picked from a file that holds several; else empty.
+    std::string ImageForPerson(const Separation& separation);
+
     /// `sheet 2 "Inside", front, separation "Cyan"`.
     std::string PlaceForPerson(const Job& job, const SeparationPlace& place);
 }

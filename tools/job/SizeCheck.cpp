@@ -17,8 +17,9 @@ namespace Jobs
         std::string SizeForPerson(const Size& size)
         {
             return std::string(WordOf(size.place.surface)) + ' ' + Host::Quoted(size.place.separation->name) + ", " +
-                   size.place.separation->file + ", has " + std::to_string(size.found.width) + " x " +
-                   std::to_string(size.found.height) + " pixels" + (size.found.isReduced ? " once it is reduced" : "");
+                   size.place.separation->file + ImageForPerson(*size.place.separation) + ", has " +
+                   std::to_string(size.found.width) + " x " + std::to_string(size.found.height) + " pixels" +
+                   (size.found.isReduced ? " once it is reduced" : "");
         }
     }
 

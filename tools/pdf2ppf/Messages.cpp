@@ -205,6 +205,7 @@ namespace Pdf2Ppf
                 AddDetail(source, DetailOfLongName(text));
             }
             else if (
+                !StartsWith(text, "The file was produced by") && !StartsWith(text, ">>>> ") &&
                 !StartsWith(text, "Please notify the author") && !StartsWith(text, "file that it does not conform") &&
                 !StartsWith(text, "specification.") && !StartsWith(text, "Some colorants will be converted") &&
                 !StartsWith(text, "If this is a Postscript file"))

@@ -154,9 +154,10 @@ namespace Pdf2Ppf
                 }
                 catch (const Host::Failure& failure)
                 {
+                    const std::string reason = messages.Reason();
                     Fail(
-                        order, "page " + std::to_string(number) +
-                                   ": what Ghostscript wrote cannot be used: " + WordsOfFullDisk() + failure.what());
+                        order, "page " + std::to_string(number) + ": what Ghostscript wrote cannot be used: " +
+                                   WordsOfFullDisk() + (reason.empty() ? failure.what() : reason));
                 }
                 pages.push_back(std::move(page));
             }

@@ -25,8 +25,11 @@ namespace Tiff2Ppf
         constexpr char Description[] = "Turns a job's ink separations in TIFF into one CIP3 PPF file.";
         constexpr char Usage[] =
             "Usage: tiff2ppf [options] JOB.json -o OUT.ppf\n"
-            "       tiff2ppf [options] --job NAME (--sheet NAME (--front INK=FILE | --front-set PATTERN | "
-            "--front-orientation WORD | the same for --back | --param KEY=VALUE)...)... -o OUT.ppf\n";
+            "       tiff2ppf [options] --job NAME (--sheet NAME (SEPARATIONS | --param KEY=VALUE | --front-orientation "
+            "WORD "
+            "|\n"
+            "                --back-orientation WORD)...)... -o OUT.ppf\n"
+            "SEPARATIONS: --front INK=FILE | --front-inks FILE | --front-set PATTERN | the same with --back\n";
         constexpr char Footer[] =
             "Example:\n"
             "  tiff2ppf --job Brochure --sheet Cover --front Cyan=c.tif --front Black=k.tif --back Black=b.tif -o "
@@ -65,6 +68,9 @@ namespace Tiff2Ppf
                 sheet = options.AddRepeatable("--sheet", "NAME", "Open a sheet; what follows belongs to it");
                 front = options.AddRepeatable("--front", "INK=FILE", "A separation of the sheet's front");
                 back = options.AddRepeatable("--back", "INK=FILE", "A separation of the sheet's back");
+                frontInks = options.AddRepeatable(
+                    "--front-inks", "FILE", "Separations of the front: every ink that a TIFF holds, as CMYK");
+                backInks = options.AddRepeatable("--back-inks", "FILE", "The same for the back");
                 frontSet = options.AddRepeatable(
                     "--front-set", "PATTERN",
                     "Separations of the front: the files that fit a pattern as 'plates/page1(*).tif', whose * stands "
@@ -119,7 +125,8 @@ namespace Tiff2Ppf
                 line.verbose = !verbose->empty();
                 line.sync = noSync->empty();
 
-                const auto belongToJob = {jobName, sheet, front, back, frontSet, backSet, parameter};
+                const auto belongToJob = {jobName,  sheet,    front,   back,     frontInks,
+                                          backInks, frontSet, backSet, parameter};
                 const bool hasJob = std::any_of(
                     belongToJob.begin(), belongToJob.end(), [](const CLI::Option* option) { return !option->empty(); });
                 line.jobFile = TextOf(jobFile);
@@ -178,6 +185,10 @@ namespace Tiff2Ppf
                     {
                         builder.AddFile(option->get_name(), value);
                     }
+                    else if (option == frontInks || option == backInks)
+                    {
+                        builder.AddInks(option->get_name(), value);
+                    }
                     else if (option == frontSet || option == backSet)
                     {
                         builder.AddSet(option->get_name(), value);
@@ -205,6 +216,8 @@ namespace Tiff2Ppf
             const CLI::Option* sheet;
             const CLI::Option* front;
             const CLI::Option* back;
+            const CLI::Option* frontInks;
+            const CLI::Option* backInks;
             const CLI::Option* frontSet;
             const CLI::Option* backSet;
             const CLI::Option* parameter;

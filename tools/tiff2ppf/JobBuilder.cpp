@@ -3,6 +3,7 @@
 #include "host/Failure.h"
 #include "host/Paths.h"
 #include "host/Text.h"
+#include "job/InkFile.h"
 #include "job/InkSet.h"
 
 #include <utility>
@@ -35,6 +36,16 @@ namespace Tiff2Ppf
             throw Host::UsageError(option + ' ' + Host::Quoted(inkAndFile) + ": the file name is empty");
         }
         side.push_back({ink, Host::AbsolutePath(file, folder)});
+    }
+
+    void JobBuilder::AddInks(const std::string& option, const std::string& file)
+    {
+        std::vector<Separation>& side = SideFor(option);
+        if (file.empty())
+        {
+            throw Host::UsageError(option + ": the file name is empty");
+        }
+        side.push_back(Jobs::EveryInkOf(Host::AbsolutePath(file, folder)));
     }
 
     void JobBuilder::AddSet(const std::string& option, const std::string& pattern)

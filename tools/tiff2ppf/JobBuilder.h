@@ -12,7 +12,7 @@ namespace Tiff2Ppf
     using Jobs::Separation;
     using Jobs::Sheet;
 
-    /// Calls: (SetOrientation)* (OpenSheet (AddFile | AddSet | AddParameter | SetOrientation)*)* Take
+    /// Calls: (SetOrientation)* (OpenSheet (AddFile | AddInks | AddSet | AddParameter | SetOrientation)*)* Take
     /// All but Take throw Host::UsageError with the option's name.
     class JobBuilder
     {
@@ -24,6 +24,7 @@ namespace Tiff2Ppf
 
         /// Separations of the side that `option`, --front... or --back..., is about.
         void AddFile(const std::string& option, const std::string& inkAndFile); ///< INK=FILE, split at the first '='
+        void AddInks(const std::string& option, const std::string& file);       ///< every ink that the file holds
         void AddSet(const std::string& option, const std::string& pattern);     ///< the files that fit now
 
         void AddParameter(const std::string& keyAndValue); ///< KEY=VALUE, split likewise

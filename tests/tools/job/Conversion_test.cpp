@@ -1,5 +1,6 @@
 #include "host/Failure.h"
 #include "job/Conversion.h"
+#include "job/InkFile.h"
 #include "tests/support/SystemFaults.h"
 #include "tests/support/TiffEditor.h"
 #include "tests/support/TiffMaker.h"
@@ -16,6 +17,7 @@ namespace JobsTest
     using namespace Jobs;
     using ::testing::HasSubstr;
     using ::testing::MatchesRegex;
+    using ::testing::StartsWith;
 
     /// Converts jobs in a folder of its own to "out.ppf" there.
     class ConversionTest : public ::testing::Test
@@ -234,5 +236,69 @@ namespace JobsTest
         EXPECT_EQ(Convert(), "");
         folder.WriteTiff("k", 486, 240);
         EXPECT_THAT(FailureOfConversion(), HasSubstr("/k, has 49 x 24 pixels once it is reduced"));
+    }
+
+    TEST_F(ConversionTest, InksOfAFileAreWhatTheyAreInFilesOfTheirOwn)
+    {
+        TestSupport::TiffForm composite;
+        composite.width = 400;
+        composite.height = 300;
+        composite.photometric = PHOTOMETRIC_SEPARATED;
+        composite.samples = 4;
+        composite.resolution = 600;
+        TestSupport::TiffForm further = composite;
+        further.samples = 1;
+        further.pageName = "Signal Orange";
+        const TestSupport::InkRule inks = TestSupport::MixedInks(8);
+        folder.Write("inks", TestSupport::MakePages({composite, further}, inks));
+
+        const std::vector<std::string> names = {"Cyan", "Magenta", "Yellow", "Black", "Signal Orange"};
+        for (unsigned i = 0; i < names.size(); ++i)
+        {
+            const auto rule = [&](std::uint32_t x, std::uint32_t y) { return inks(i % 4, x, y); };
+            folder.Write(names[i], TestSupport::MakeTiff(further, rule));
+        }
+        AddSheet("S", names).back = {{"Yellow", folder / "Yellow"}};
+        Convert();
+        const std::string wanted = folder.Read("out.ppf");
+
+        job.sheets[0].front = {EveryInkOf(folder / "inks")};
+        job.sheets[0].back = {{"Yellow", folder / "inks", 0, 3}};
+        settings.verbose = true;
+        for (const unsigned threads : {1U, 3U})
+        {
+            settings.threads = threads;
+            EXPECT_EQ(
+                Convert(), "sheet 1 \"S\", front: 400 x 300 pixels at 600 per inch to 34 x 25 at 50.8: Cyan, Magenta, "
+                           "Yellow, Black, Signal Orange\n"
+                           "sheet 1 \"S\", back: 400 x 300 pixels at 600 per inch to 34 x 25 at 50.8: Yellow\n");
+            EXPECT_EQ(folder.Read("out.ppf"), wanted) << threads << " threads";
+        }
+    }
+
+    TEST_F(ConversionTest, InkThatCannotBeHadIsNamedWithItsPlace)
+    {
+        TestSupport::TiffForm composite;
+        composite.photometric = PHOTOMETRIC_SEPARATED;
+        composite.samples = 5;
+        folder.Write("inks", TestSupport::MakePages({composite}, TestSupport::MixedInks(8)));
+        folder.WriteTiff("k");
+        AddSheet("S", {}).back = {EveryInkOf(folder / "inks")};
+        EXPECT_THAT(
+            FailureOfConversion(), StartsWith("sheet 1 \"S\", back: " + (folder / "inks") + ": page 1: sample 5 "));
+
+        job.sheets[0].back = {{"Orange", folder / "inks", 1, 6}};
+        EXPECT_THAT(
+            FailureOfConversion(),
+            HasSubstr("sheet 1 \"S\", back, separation \"Orange\": " + (folder / "inks") + ": page 1, channel 6: "));
+
+        job.sheets[0].back = {{"Black", folder / "k"}, {"Orange", folder / "inks", 1, 5}};
+        EXPECT_THAT(
+            FailureOfConversion(),
+            HasSubstr("back \"Orange\", " + (folder / "inks") + ", page 1, channel 5, has 37 x 23 pixels"));
+
+        job.sheets[0].back = {EveryInkOf(folder / "inks")};
+        settings.output = folder / "inks";
+        EXPECT_THROW(Convert(), Host::UsageError);
     }
 }

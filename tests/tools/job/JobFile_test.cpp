@@ -60,7 +60,7 @@ namespace JobsTest
             "sheets": [
               { "sheetName": "S1",
                 "front": [ { "separation": "Cyan", "file": "c.tif" }, { "file": "/abs/k.tif", "separation": "Black" } ],
-                "back":  [ { "separation": "Black", "file": "../b.tif" } ],
+                "back":  [ { "separation": "Black", "file": "../b.tif", "channel": 2 }, { "inks": "cmyk.tif" } ],
                 "parameters": { "CIP3AdmMake": "(Press 4)", "Copies": 1500 } },
               { "jobName": "Summer", "back": [ { "separation": "", "file": "x" } ] } ] })json");
 
@@ -75,6 +75,10 @@ namespace JobsTest
         EXPECT_EQ(first.front[0].file, "/jobs/c.tif");
         EXPECT_EQ(first.front[1].file, "/abs/k.tif");
         EXPECT_EQ(first.back.at(0).file, "/jobs/../b.tif");
+        EXPECT_EQ(first.back.at(0).page, 0U);
+        EXPECT_EQ(first.back.at(0).channel, 2U);
+        EXPECT_TRUE(first.back.at(1).isEveryInk);
+        EXPECT_EQ(first.back.at(1).file, "/jobs/cmyk.tif");
         EXPECT_EQ(first.parameters.size(), 2U);
         const Sheet& second = job.sheets[1];
         EXPECT_EQ(second.jobName, "Summer");
@@ -148,6 +152,13 @@ namespace JobsTest
             {SheetWith(R"("back":[{"set":"k.tif"}])"), "sheets[0].back[0].set: \"k.tif\" is not a set"},
             {SheetWith(R"("back":[{"set":"k*.tif","file":"k.tif"}])"),
              "sheets[0].back[0].file: there is no such member here; known are set"},
+            {SheetWith(R"("back":[{"inks":"k.tif","channel":1}])"),
+             "sheets[0].back[0].channel: there is no such member here; known are inks"},
+            {SheetWith(R"("back":[{"inks":""}])"), "sheets[0].back[0].inks: the file name is empty"},
+            {SheetWith(R"("back":[{"separation":"K","file":"k","page":0}])"),
+             "sheets[0].back[0].page: a whole number is needed, counted from 1"},
+            {SheetWith(R"("back":[{"separation":"K","file":"k","channel":4294967296}])"),
+             "sheets[0].back[0].channel: a whole number is needed, counted from 1"},
             // Parameters.
             {SheetWith(R"("parameters":{"":"x"})"), R"(sheets[0].parameters[""]: a parameter's name is not empty)"},
             {SheetWith(R"("parameters":{"A":1,"A":1})"), "sheets[0].parameters.A: this member is repeated"},

@@ -70,6 +70,7 @@ namespace Pdf2PpfTest
             Source::Error, "\nThe following errors were encountered at least once while processing this file:\n"
                            "\tstartxref offset invalid\n\tPDF file was repaired\n\n"
                            "   **** This file had errors that were repaired or ignored.\n"
+                           "   **** The file was produced by: \n   **** >>>> A Program <<<<\n"
                            "   **** Please notify the author of the software that produced this\n"
                            "   **** file that it does not conform to Adobe's published PDF\n"
                            "   **** specification.\n\n");

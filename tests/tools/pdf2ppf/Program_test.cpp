@@ -1,18 +1,28 @@
 // The program with the Ghostscript that is installed.
+#include "job/Conversion.h"
+#include "job/InkFile.h"
 #include "tests/tools/pdf2ppf/Documents.h"
 #include "tests/tools/pdf2ppf/Runs.h"
 
 #include <gmock/gmock.h>
 #include <tiffio.h>
 
+#include <cstdlib>
 #include <memory>
+#include <sstream>
 
 namespace Pdf2PpfTest
 {
     using ::testing::ElementsAre;
     using ::testing::HasSubstr;
     using ::testing::MatchesRegex;
+    using ::testing::Pointwise;
     using ::testing::StartsWith;
+
+    MATCHER(NearlyEqual, "within 1 of each other")
+    {
+        return std::abs(std::get<0>(arg) - std::get<1>(arg)) <= 1;
+    }
 
     class ProgramTest : public RunTest
     {
@@ -227,6 +237,38 @@ namespace Pdf2PpfTest
         }
     }
 
+    TEST_F(ProgramTest, SeparationsAgreeWithTheCompositeOfAnotherDevice)
+    {
+        // Fills, a shading, and a line at a slant.
+        folder.Write(
+            "a.ps", "%!PS\n<< /PageSize [200 150] >> setpagedevice .2 .4 .6 .1 setcmykcolor 5 5 100 50 rectfill\n"
+                    "gsave 75 40 100 100 rectclip << /ShadingType 2 /ColorSpace /DeviceCMYK /Coords [0 0 200 150] "
+                    "/Function << /FunctionType 2 /Domain [0 1] /C0 [1 0 0 .3] /C1 [0 1 .5 0] /N 1 >> >> shfill "
+                    "grestore\n0 .3 1 0 setcmykcolor 3 setlinewidth 15 75 moveto 185 145 lineto stroke showpage\n");
+        ASSERT_EQ(
+            Run("gs -q -dSAFER -dBATCH -dNOPAUSE -sDEVICE=tiff32nc -r406.4 -sOutputFile=a.tif a.ps && "
+                "pdf2ppf a.ps -o separations.ppf"),
+            0)
+            << Error();
+        Jobs::Job job;
+        job.inputResolution = 406.4;
+        job.sheets.resize(1);
+        job.sheets[0].jobName = "J";
+        job.sheets[0].front = {Jobs::EveryInkOf(folder / "a.tif")};
+        Jobs::ConversionSettings settings;
+        settings.output = folder / "composite.ppf";
+        std::ostringstream messages;
+        Jobs::Convert(job, settings, messages);
+
+        for (const char* const ink : {"Cyan", "Magenta", "Yellow", "Black"})
+        {
+            const Preview separation = PreviewOf("separations.ppf", ink);
+            const Preview composite = PreviewOf("composite.ppf", ink);
+            // Each device rounds a shading in its own way.
+            EXPECT_THAT(separation.pixels, Pointwise(NearlyEqual(), composite.pixels)) << ink;
+        }
+    }
+
     TEST_F(ProgramTest, PagesAreTurnedBySide)
     {
         // A mark in the lower left corner.
@@ -297,6 +339,8 @@ namespace Pdf2PpfTest
             {"operator.pdf", Pdf({{"0 0 144 72", "bogus"}}), "error"},
             {"curious.ps", "%!PS\n(/etc/passwd) (r) file pop showpage\n", "/invalidfileaccess in --file--"},
             {"writer.ps", "%!PS\n(/tmp/x.tif) (w) file pop showpage\n", "/invalidfileaccess in --file--"},
+            {"long.pdf", Pdf({{"0 0 144 72", FillSpot(0, "1", "0 0 9 9"), {std::string(300, 'x')}}}),
+             "the name of a spot colour is too long"},
             {"long.ps",
              "%!PS\n[/Separation (" + std::string(300, 'x') +
                  ") cvn /DeviceCMYK {dup dup dup}] setcolorspace 1 setcolor 0 0 9 9 rectfill showpage\n",

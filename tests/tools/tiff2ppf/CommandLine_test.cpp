@@ -33,7 +33,7 @@ namespace Tiff2PpfTest
     {
         const CommandLine line = Parse(
             {"-o", "o.ppf", "--sheet", "A", "--front", "C=/c", "--sheet=B", "--back", "K=/k=1", "--param", "X=(a=b)",
-             "--front", "M=/m", "--job", "J", "--param=Y="});
+             "--front-inks", "/m=", "--job", "J", "--param=Y="});
         ASSERT_EQ(line.job.sheets.size(), 2U);
         const Sheet& a = line.job.sheets[0];
         EXPECT_EQ(a.jobName, "J");
@@ -42,7 +42,8 @@ namespace Tiff2PpfTest
         EXPECT_TRUE(a.back.empty());
         EXPECT_TRUE(a.parameters.empty());
         const Sheet& b = line.job.sheets[1];
-        EXPECT_EQ(b.front.at(0).name, "M");
+        EXPECT_TRUE(b.front.at(0).isEveryInk);
+        EXPECT_EQ(b.front.at(0).file, "/m=");
         EXPECT_EQ(b.back.at(0).name, "K");
         EXPECT_EQ(b.back.at(0).file, "/k=1");
         EXPECT_EQ(std::get<std::string>(b.parameters.at("X")), "(a=b)");
@@ -159,6 +160,7 @@ namespace Tiff2PpfTest
             {{"--job", "J", "-o", "x", "--sheet", "A", "--front-set", "/no/*"},
              "--front-set: the folder /no cannot be"},
             {{"--job", "J", "-o", "x", "--back-set", "*"}, "--back-set belongs to a sheet"},
+            {{"--job", "J", "-o", "x", "--sheet", "A", "--back-inks="}, "--back-inks: the file name is empty"},
             {{"a.json", "-o", "x", "--back-set", "*"}, "both a job file"},
             {{"--job", "J", "-o", "x", "--sheet", "A", "--param", "=1"}, "--param \"=1\": the key is empty"},
             {{"--job", "J", "-o", "x", "--sheet", "A", "--param", "X=1", "--param", "X=1"},
