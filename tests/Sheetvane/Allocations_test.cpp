@@ -1,10 +1,10 @@
 // Every allocation of the library made to fail, alone and with all after it: what the host reads, and that the converter, or
 // the next one, goes on as if nothing had been.
 #include "tests/Sheetvane/Failures.h"
-#include "tests/Sheetvane/Tiffs.h"
 #include "tests/Sheetvane/Values.h"
 #include "tests/support/Allocations.h"
 #include "tests/support/Folder.h"
+#include "tests/support/PlainTiff.h"
 
 #include <Sheetvane/SheetvaneConverter.h>
 
@@ -69,7 +69,9 @@ namespace SheetvaneTest
         protected:
             Allocations()
             {
-                WriteTiff(separation, {std::string(40, '\0'), std::string(40, '\x55')}, 2);
+                folder.Write(
+                    "a separation with a long name.tif",
+                    TestSupport::PlainTiff({std::string(40, '\0'), std::string(40, '\x55')}));
                 whole = WholeFile();
             }
 

@@ -1,9 +1,9 @@
 // Views of the files of a job, which a host asks for, inks of files that hold several, and threads that read them: what the
 // document says of them, that it is the same by any number of threads, and whose failure is reported.
 #include "tests/Sheetvane/Failures.h"
-#include "tests/Sheetvane/Tiffs.h"
 #include "tests/Sheetvane/Values.h"
 #include "tests/support/Folder.h"
+#include "tests/support/PlainTiff.h"
 #include "tests/support/TiffMaker.h"
 
 #include <Sheetvane/SheetvaneConverter.h>
@@ -23,9 +23,8 @@ namespace SheetvaneTest
         {
         protected:
             /// A plate of 120 x 60 pixels, which differs from the others, at 600 pixels per inch unless said otherwise.
-            std::string Plate(const std::string& name, float pixelsPerInch = 600)
+            std::string Plate(const std::string& name, double pixelsPerInch = 600)
             {
-                std::string path = folder / name + ".tif";
                 std::vector<std::string> lines(60, std::string(120, '\0'));
                 for (std::size_t y = 0; y < lines.size(); ++y)
                 {
@@ -34,8 +33,7 @@ namespace SheetvaneTest
                         lines[y][x] = static_cast<char>((x * x + y * static_cast<unsigned char>(name[0])) % 251);
                     }
                 }
-                WriteTiff(path, lines, pixelsPerInch);
-                return path;
+                return folder.Write(name + ".tif", TestSupport::PlainTiff(lines, pixelsPerInch));
             }
 
             void AddSheet(const std::string& name, const KX_TArray& fronts, const KX_TArray& backs = {})

@@ -1,11 +1,11 @@
 // The library as a host has it: public headers, real TIFFs, the file that comes out.
 #include "tests/HostLocale.h"
 #include "tests/Sheetvane/Failures.h"
-#include "tests/Sheetvane/Tiffs.h"
 #include "tests/Sheetvane/Values.h"
 #include "tests/TwoSheetExample.h"
 #include "tests/support/Allocations.h"
 #include "tests/support/Folder.h"
+#include "tests/support/PlainTiff.h"
 
 #include <Sheetvane/SheetvaneConverter.h>
 
@@ -24,10 +24,12 @@ namespace SheetvaneTest
 
     namespace
     {
+        using TestSupport::PlainTiff;
+
         class Converter : public testing::Test
         {
         protected:
-            Converter() { WriteTiff(black, {std::string(4, '\0'), "\xFF\xFF\0\x80"s}, 2); }
+            Converter() { folder.Write("black.tif", PlainTiff({std::string(4, '\0'), "\xFF\xFF\0\x80"s})); }
 
             /// Two sheets, the first with a front, the second with a back, of one separation each.
             void AddTwoSheets()
@@ -107,7 +109,7 @@ namespace SheetvaneTest
 
     TEST_F(Converter, LocaleOfTheHostChangesNothing)
     {
-        WriteTiff(black, std::vector<std::string>(3, std::string(1200, '\x55')), 50.8f);
+        folder.Write("black.tif", PlainTiff(std::vector<std::string>(3, std::string(1200, '\x55')), 50.8));
         AddTwoSheets();
         converter.SetOptionalParameters(0, DictOf({{"Copies", KX_TInt32(1500000)}, {"Scale", KX_TDouble(12345.5)}}));
         const std::string before = Written(out);
@@ -122,7 +124,7 @@ namespace SheetvaneTest
         AddTwoSheets();
         const auto allocationsFor = [&](std::size_t lines)
         {
-            WriteTiff(black, std::vector<std::string>(lines, std::string(500, '\x55')), 2);
+            folder.Write("black.tif", PlainTiff(500, lines, 0x55));
             TestSupport::AllowAllocations();
             converter.CreateCIP3File(Location(out));
             return TestSupport::AllocationCount();

@@ -167,10 +167,10 @@ namespace CIP3OutputTest
     TEST(CIP3Painter, FileNameThatIsNoUtf8IsOpened)
     {
         PpfScribe scribe(0, None, Binary);
-        const std::string folder = std::filesystem::path(scribe.document.filePath).parent_path().string();
-        scribe.document.filePath = std::filesystem::path(folder).wstring() + L"/a\xDCFF.ppf";
+        std::wstring& path = scribe.document.filePath;
+        path.replace(path.rfind(L'/'), std::wstring::npos, L"/a\xDCFF.ppf");
         scribe.Start();
         scribe.painter.Finalize();
-        EXPECT_TRUE(std::filesystem::exists(folder + "/a\xFF.ppf"));
+        EXPECT_THAT(scribe.Folder().Names(), testing::ElementsAre("a\xFF.ppf"));
     }
 }

@@ -4,13 +4,15 @@
 #include "rasteroutput/ExtractionDispatcher.h"
 #include "rasteroutput/ScanLineRef.h"
 
+#include <WidePathLib.h>
+
 namespace CIP3OutputTest
 {
     using namespace RasterOutput;
 
     PpfScribe::PpfScribe(std::uint32_t sheetCount, std::int32_t compression, std::int32_t encoding)
     {
-        document.filePath = std::filesystem::path(path).wstring();
+        document.filePath = Utf8ToWide(path);
         document.sheetCount = sheetCount;
         document.compression = compression;
         document.encoding = encoding;

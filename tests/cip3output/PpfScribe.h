@@ -45,6 +45,8 @@ namespace CIP3OutputTest
         std::string File() const;
         bool FileExists() const { return std::filesystem::exists(path); }
 
+        const TestSupport::Folder& Folder() const { return folder; }
+
         RasterOutput::CIP3PainterParameters document;
         RasterOutput::CIP3SheetParameters sheet;
         RasterOutput::CIP3Painter painter;

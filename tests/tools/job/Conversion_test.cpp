@@ -1,10 +1,11 @@
 #include "host/Failure.h"
 #include "job/Conversion.h"
 #include "job/InkFile.h"
+#include "tests/support/Folder.h"
+#include "tests/support/PlainTiff.h"
 #include "tests/support/SystemFaults.h"
 #include "tests/support/TiffEditor.h"
 #include "tests/support/TiffMaker.h"
-#include "tests/tools/job/Folder.h"
 
 #include <gmock/gmock.h>
 
@@ -18,6 +19,7 @@ namespace JobsTest
     using ::testing::HasSubstr;
     using ::testing::MatchesRegex;
     using ::testing::StartsWith;
+    using TestSupport::PlainTiff;
 
     /// Converts jobs in a folder of its own to "out.ppf" there.
     class ConversionTest : public ::testing::Test
@@ -63,14 +65,14 @@ namespace JobsTest
             return failure;
         }
 
-        Folder folder;
+        TestSupport::Folder folder;
         Job job;
         ConversionSettings settings;
     };
 
     TEST_F(ConversionTest, NamesAndValuesReachTheFile)
     {
-        folder.WriteTiff("k");
+        folder.Write("k", PlainTiff());
         Sheet& sheet = AddSheet("a (b) \\", {"k"});
         sheet.jobName = "J)";
         sheet.front.front().name = "Black (";
@@ -99,7 +101,7 @@ namespace JobsTest
 
     TEST_F(ConversionTest, CauseIsNamedWithItsPlace)
     {
-        folder.WriteTiff("k");
+        folder.Write("k", PlainTiff());
         folder.Write("text", "This is no TIFF.");
         AddSheet("S1", {"k"});
         AddSheet("S2", {"k"}).back = {{"Cyan", folder / "k"}, {"Black", folder / "text"}};
@@ -143,8 +145,8 @@ namespace JobsTest
 
     TEST_F(ConversionTest, SizesThatDifferAreRefusedUnlessLetThrough)
     {
-        folder.WriteTiff("small", 4, 2);
-        folder.WriteTiff("large", 4, 3);
+        folder.Write("small", PlainTiff(4, 2));
+        folder.Write("large", PlainTiff(4, 3));
         AddSheet("S1", {"small"});
         AddSheet("S2", {"large"}).back = {{"Black", folder / "small"}};
         EXPECT_EQ(
@@ -175,7 +177,7 @@ namespace JobsTest
 
     TEST_F(ConversionTest, OutputThatCannotBeMadeIsNamed)
     {
-        folder.WriteTiff("k");
+        folder.Write("k", PlainTiff());
         AddSheet("", {"k"});
         settings.output = folder / "k/out.ppf";
         EXPECT_EQ(FailureOfConversion(), "the output cannot be written: " + settings.output + ": Not a directory");
@@ -188,7 +190,7 @@ namespace JobsTest
 
     TEST_F(ConversionTest, SeparationIsNotOverwritten)
     {
-        folder.WriteTiff("k");
+        folder.Write("k", PlainTiff());
         std::filesystem::create_symlink("k", folder / "out.ppf");
         AddSheet("", {"k"});
         const std::string before = folder.Read("k");
@@ -198,8 +200,8 @@ namespace JobsTest
 
     TEST_F(ConversionTest, EachSurfaceIsSaidOnRequest)
     {
-        folder.WriteTiff("c");
-        folder.WriteTiff("k");
+        folder.Write("c", PlainTiff());
+        folder.Write("k", PlainTiff());
         AddSheet("S\n1", {"c", "k"}).back = {{"Black", folder / "k"}};
         settings.verbose = true;
         EXPECT_EQ(
@@ -210,8 +212,8 @@ namespace JobsTest
     // The test's files have 2 pixels per inch.
     TEST_F(ConversionTest, PlateIsTurnedAndReducedAndItsSizesAreSaid)
     {
-        folder.WriteTiff("c", 480, 240);
-        folder.WriteTiff("k", 480, 240);
+        folder.Write("c", PlainTiff(480, 240));
+        folder.Write("k", PlainTiff(480, 240));
         AddSheet("S", {"c", "k"}).frontOrientation = Orientation::Rotate90;
         job.inputResolution = 508;
         settings.verbose = true;
@@ -229,12 +231,12 @@ namespace JobsTest
 
     TEST_F(ConversionTest, SizesAreComparedOnceTheyAreReduced)
     {
-        folder.WriteTiff("c", 480, 240);
-        folder.WriteTiff("k", 481, 240);
+        folder.Write("c", PlainTiff(480, 240));
+        folder.Write("k", PlainTiff(481, 240));
         AddSheet("S", {"c", "k"});
         job.inputResolution = 508;
         EXPECT_EQ(Convert(), "");
-        folder.WriteTiff("k", 486, 240);
+        folder.Write("k", PlainTiff(486, 240));
         EXPECT_THAT(FailureOfConversion(), HasSubstr("/k, has 49 x 24 pixels once it is reduced"));
     }
 
@@ -282,7 +284,7 @@ namespace JobsTest
         composite.photometric = PHOTOMETRIC_SEPARATED;
         composite.samples = 5;
         folder.Write("inks", TestSupport::MakePages({composite}, TestSupport::MixedInks(8)));
-        folder.WriteTiff("k");
+        folder.Write("k", PlainTiff());
         AddSheet("S", {}).back = {EveryInkOf(folder / "inks")};
         EXPECT_THAT(
             FailureOfConversion(), StartsWith("sheet 1 \"S\", back: " + (folder / "inks") + ": page 1: sample 5 "));

@@ -1,6 +1,7 @@
 #include "job/LibraryRun.h"
 #include "job/WrittenCheck.h"
-#include "tests/tools/job/Folder.h"
+#include "tests/support/Folder.h"
+#include "tests/support/PlainTiff.h"
 
 #include <gmock/gmock.h>
 
@@ -16,7 +17,7 @@ namespace JobsTest
     protected:
         WrittenCheckTest()
         {
-            folder.WriteTiff("k");
+            folder.Write("k", TestSupport::PlainTiff());
             job.sheets.push_back({"J", "S", {{"Cyan", folder / "k"}, {"Black", folder / "k"}}, {}, {}});
         }
 
@@ -28,7 +29,7 @@ namespace JobsTest
 
         std::string FindingOf(const std::string& bytes) const { return FindingInWrittenFile(bytes, job, false); }
 
-        Folder folder;
+        TestSupport::Folder folder;
         Job job;
     };
 
@@ -81,7 +82,7 @@ namespace JobsTest
                     {
                         job.compression = compression;
                         job.encoding = encoding;
-                        job.sheets.front().front[1].file = folder.WriteTiff("other", width, height);
+                        job.sheets.front().front[1].file = folder.Write("other", TestSupport::PlainTiff(width, height));
                         const std::string finding = FindingOf(Written());
                         EXPECT_EQ(finding.empty(), width == 4 && height == 2)
                             << width << " x " << height << ", compression " << compression << ", encoding " << encoding

@@ -4,24 +4,10 @@
 #include "ppf/DocumentReader.h"
 #include "ppf/ScanLineReader.h"
 
-#include <cstdlib>
 #include <stdexcept>
-
-#include <sys/stat.h>
-#include <sys/wait.h>
 
 namespace Pdf2PpfTest
 {
-    int RunTest::Run(const std::string& commands)
-    {
-        const std::string script = "pdf2ppf() { '" PDF2PPF_PROGRAM "' \"$@\"; }\nexport TMPDIR=" + temporary.Path() +
-                                   " PATH=" + programs.Path() + ":$PATH\ncd " + folder.Path() + "\n( " + commands +
-                                   "\n) >" + (said / "out") + " 2>" + (said / "error");
-        const int status = std::system(script.c_str());
-        EXPECT_TRUE(temporary.Names().empty()) << "a temporary file was left behind";
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    }
-
     std::string RunTest::Inks(const std::string& name) const
     {
         const std::string bytes = folder.Read(name);
@@ -71,11 +57,5 @@ namespace Pdf2PpfTest
             }
         }
         throw std::runtime_error(name + " holds no " + ink);
-    }
-
-    void RunTest::StandIn(const std::string& script)
-    {
-        const std::string path = programs.Write("gs", "#!/bin/sh\n" + script + '\n');
-        chmod(path.c_str(), S_IRWXU);
     }
 }

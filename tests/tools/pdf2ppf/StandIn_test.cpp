@@ -5,12 +5,8 @@
 #include <gmock/gmock.h>
 
 #include <cerrno>
-#include <chrono>
 #include <csignal>
-#include <cstdlib>
-#include <thread>
 
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace Pdf2PpfTest
@@ -19,14 +15,10 @@ namespace Pdf2PpfTest
     using ::testing::HasSubstr;
     using ::testing::MatchesRegex;
 
-    /// Whether the process ends within some seconds, and whoever takes over orphans reaps it.
+    /// Whether the process ends, and whoever takes over orphans reaps it.
     bool Ends(pid_t process)
     {
-        for (int i = 0; i < 20000 && kill(process, 0) == 0; ++i)
-        {
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        }
-        return kill(process, 0) != 0 && errno == ESRCH;
+        return TestSupport::Until([=] { return kill(process, 0) != 0 && errno == ESRCH; });
     }
 
     class StandInTest : public RunTest
@@ -59,45 +51,45 @@ namespace Pdf2PpfTest
 
     TEST_F(StandInTest, BadEndIsSaid)
     {
-        StandIn("exit 3");
+        StandIn("gs", "exit 3");
         EXPECT_EQ(Failure(), "pdf2ppf: error: a.pdf: Ghostscript ended with status 3\n");
         EXPECT_EQ(Run("trap '' CHLD; pdf2ppf a.pdf -o out.ppf"), 1);
         EXPECT_EQ(Error(), "pdf2ppf: error: a.pdf: Ghostscript ended with status 3\n");
-        StandIn("echo 'gs: no such library' >&2; touch 1.tif '1(Cyan).tif'; exit 127");
+        StandIn("gs", "echo 'gs: no such library' >&2; touch 1.tif '1(Cyan).tif'; exit 127");
         EXPECT_EQ(Failure(), "pdf2ppf: error: a.pdf: Ghostscript ended with status 127: gs: no such library\n");
-        StandIn("touch 1.tif '1(Cyan).tif'; kill -9 $$");
+        StandIn("gs", "touch 1.tif '1(Cyan).tif'; kill -9 $$");
         EXPECT_EQ(Failure(), "pdf2ppf: error: a.pdf: Ghostscript was ended by signal 9 (Killed)\n");
     }
 
     TEST_F(StandInTest, NonsenseIsNoPage)
     {
-        StandIn("exit 0");
+        StandIn("gs", "exit 0");
         EXPECT_EQ(Failure(), "pdf2ppf: error: a.pdf: Ghostscript found no page in it\n");
-        StandIn("head -c 3000000 /dev/urandom; head -c 3000000 /dev/urandom >&2");
+        StandIn("gs", "head -c 3000000 /dev/urandom; head -c 3000000 /dev/urandom >&2");
         EXPECT_THAT(Failure(), HasSubstr("found no page in it"));
-        StandIn("touch 1.tif; touch '1()'");
+        StandIn("gs", "touch 1.tif; touch '1()'");
         EXPECT_EQ(Failure(), "pdf2ppf: error: a.pdf: page 1: Ghostscript wrote no separation Cyan\n");
-        StandIn("touch 1.tif; for ink in Cyan Magenta Yellow Black; do echo no TIFF >\"1($ink).tif\"; done");
+        StandIn("gs", "touch 1.tif; for ink in Cyan Magenta Yellow Black; do echo no TIFF >\"1($ink).tif\"; done");
         EXPECT_THAT(Failure(), HasSubstr("page 1: what Ghostscript wrote cannot be used: "));
-        StandIn("mkdir sub .hidden; touch sub/x; ln -s /etc/passwd 'x(y).tif'");
+        StandIn("gs", "mkdir sub .hidden; touch sub/x; ln -s /etc/passwd 'x(y).tif'");
         EXPECT_THAT(Failure(), HasSubstr("found no page in it"));
     }
 
     TEST_F(StandInTest, PageOrInkThatIsMissingIsNoticed)
     {
         const std::string real = "PATH=${PATH#*:}; gs \"$@\" ";
-        StandIn(real + "2>/dev/null");
+        StandIn("gs", real + "2>/dev/null");
         EXPECT_THAT(
             Failure(), HasSubstr("page 1: the spot colours that Ghostscript wrote are not those that it named"));
-        StandIn(real + "&& rm 2*.tif");
+        StandIn("gs", real + "&& rm 2*.tif");
         EXPECT_THAT(Failure(), HasSubstr("Ghostscript rendered 1 of its 2 pages"));
-        StandIn(real + "&& for f in 2*Gold*; do head -c 100 \"$f\" >x && mv x \"$f\"; done");
+        StandIn("gs", real + "&& for f in 2*Gold*; do head -c 100 \"$f\" >x && mv x \"$f\"; done");
         EXPECT_THAT(Failure(), HasSubstr("page 2: what Ghostscript wrote cannot be used: "));
     }
 
     TEST_F(StandInTest, WhatItLeavesRunningIsEnded)
     {
-        StandIn("sleep 1000 & echo $! >" + (said / "pid") + "; exit 3");
+        StandIn("gs", "sleep 1000 & echo $! >\"$said/pid\"; exit 3");
         EXPECT_THAT(Failure(), HasSubstr("ended with status 3"));
         EXPECT_TRUE(Ends(std::stoi(said.Read("pid"))));
     }
@@ -106,32 +98,16 @@ namespace Pdf2PpfTest
     {
         // Deaf to what it may be deaf to, with a child of its own, in the middle of a page.
         StandIn(
-            "trap '' INT TERM HUP; touch 1.tif '1(Cyan).tif' gs_temp; sleep 1000 & echo $! $$ >" + (said / "new") +
-            " && mv " + (said / "new") + ' ' + (said / "pids") + "; wait; sleep 1000");
-        setenv("TMPDIR", temporary.Path().c_str(), 1);
-        const std::string path = programs.Path() + ':' + std::getenv("PATH");
+            "gs", "trap '' INT TERM HUP; touch 1.tif '1(Cyan).tif' gs_temp; sleep 1000 & echo $! $$ >\"$said/new\" && "
+                  "mv \"$said/new\" \"$said/pids\"; wait; sleep 1000");
         for (const int signal : {SIGTERM, SIGHUP, SIGINT})
         {
             unlink((said / "pids").c_str());
-            const std::string in = folder / "a.pdf";
-            const std::string out = folder / "out.ppf";
-            const pid_t process = fork();
-            if (process == 0)
-            {
-                setenv("PATH", path.c_str(), 1);
-                execl(PDF2PPF_PROGRAM, "pdf2ppf", in.c_str(), "-o", out.c_str(), static_cast<char*>(nullptr));
-                _exit(127);
-            }
-            int status = 0;
-            while (access((said / "pids").c_str(), F_OK) != 0 && waitpid(process, &status, WNOHANG) == 0)
-            {
-                std::this_thread::sleep_for(std::chrono::milliseconds(1));
-            }
+            const pid_t process = Start({"a.pdf", "-o", "out.ppf"});
+            ASSERT_TRUE(TestSupport::Until([&] { return access((said / "pids").c_str(), F_OK) == 0; }));
             EXPECT_EQ(temporary.Names().size(), 1U);
             const std::string pids = said.Read("pids");
-            kill(process, signal);
-            ASSERT_EQ(waitpid(process, &status, 0), process);
-            EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == signal) << "signal " << signal;
+            EXPECT_EQ(End(process, signal), -signal);
             EXPECT_TRUE(temporary.Names().empty()) << "signal " << signal;
             EXPECT_THAT(folder.Names(), ElementsAre("a.pdf")) << "signal " << signal;
             std::size_t next = 0;
@@ -140,6 +116,5 @@ namespace Pdf2PpfTest
                 EXPECT_TRUE(Ends(left)) << "signal " << signal;
             }
         }
-        unsetenv("TMPDIR");
     }
 }

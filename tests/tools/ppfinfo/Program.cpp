@@ -4,6 +4,7 @@
 #include "host/Text.h"
 #include "ppfinfo/Options.h"
 #include "ppfinfo/Run.h"
+#include "ppfinfo/Text.h"
 
 #include <gtest/gtest.h>
 
@@ -85,9 +86,12 @@ namespace PpfInfoTest
         // The folder's name is another in each run.
         for (std::string* text : {&outcome.out, &outcome.error})
         {
-            for (std::size_t at = text->find(file); at != std::string::npos; at = text->find(file))
+            for (const std::string& shown : {file, Host::OneLine(file), ToUtf8(file)})
             {
-                text->replace(at, file.size(), "job.ppf");
+                for (std::size_t at = text->find(shown); at != std::string::npos; at = text->find(shown))
+                {
+                    text->replace(at, shown.size(), "job.ppf");
+                }
             }
         }
         return outcome;

@@ -1,5 +1,6 @@
 // The built program, with a folder of its own: what it does in it, when it ends, and what is there after it was killed.
 #include "tests/support/Folder.h"
+#include "tests/support/ShellTest.h"
 #include "tests/support/TiffMaker.h"
 
 #include <gmock/gmock.h>
@@ -9,7 +10,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <thread>
 
 #include <fcntl.h>
@@ -114,24 +114,14 @@ namespace PpfWatchTest
                 return End();
             }
 
-            /// Waits until it is so, but not for ever.
-            static bool Until(const std::function<bool()>& isSo)
-            {
-                for (int i = 0; i < 2000 && !isSo(); ++i)
-                {
-                    std::this_thread::sleep_for(10ms);
-                }
-                return isSo();
-            }
-
             bool UntilThere(const std::string& name) const
             {
-                return Until([&] { return fs::exists(folder / name); });
+                return TestSupport::Until([&] { return fs::exists(folder / name); });
             }
 
             bool UntilSaid(const std::string& text) const
             {
-                return Until(
+                return TestSupport::Until(
                     [&] { return fs::exists(folder / "log") && folder.Read("log").find(text) != std::string::npos; });
             }
 
@@ -198,12 +188,12 @@ namespace PpfWatchTest
         {
             Start();
             ASSERT_TRUE(UntilSaid("watching"));
-            EXPECT_EQ(
-                WEXITSTATUS(
-                    std::system((PPFWATCH_PROGRAM " " + (folder / "c.json") + " 2>" + (folder / "said")).c_str())),
-                1);
+            const pid_t first = process;
+            EXPECT_EQ(RunOnce(), 1);
+            process = first;
             EXPECT_THAT(
-                folder.Read("said"), MatchesRegex("ppfwatch: error: [^\n]*/in is watched by another process[^\n]*\n"));
+                folder.Read("log"),
+                ContainsRegex("\nppfwatch: error: [^\n]*/in is watched by another process[^\n]*\n"));
             EXPECT_EQ(End(SIGINT), 0);
         }
 

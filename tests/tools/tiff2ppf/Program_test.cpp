@@ -1,17 +1,13 @@
 // The built program as a shell sees it: exit status, what it says where, and what it leaves behind. All else is tested
 // without a process.
+#include "host/Text.h"
 #include "ppf/Check.h"
-#include "tests/tools/job/Folder.h"
+#include "tests/support/PlainTiff.h"
+#include "tests/support/ShellTest.h"
 
 #include <gmock/gmock.h>
 
-#include <chrono>
 #include <csignal>
-#include <cstdlib>
-#include <thread>
-
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace Tiff2PpfTest
 {
@@ -20,39 +16,20 @@ namespace Tiff2PpfTest
     using ::testing::MatchesRegex;
     using ::testing::StartsWith;
 
-    class ProgramTest : public ::testing::Test
+    class ProgramTest : public TestSupport::ShellTest
     {
     protected:
         ProgramTest()
+            : ShellTest(TIFF2PPF_PROGRAM)
         {
-            jobs.WriteTiff("k.tif");
+            jobs.Write("k.tif", TestSupport::PlainTiff());
             jobs.Write("job.json", R"({"jobName":"J","sheets":[{"front":[{"separation":"K","file":"k.tif"}]}]})");
         }
-
-        /// Runs `commands` in a shell, in a folder of its own where tiff2ppf is the program and $job the job file; gives the
-        /// exit status.
-        int Run(const std::string& commands)
-        {
-            const std::string script = "tiff2ppf() { '" TIFF2PPF_PROGRAM "' \"$@\"; }\njob=" + (jobs / "job.json") +
-                                       "\nexport TMPDIR=" + temporary.Path() + "\ncd " + folder.Path() + "\n( " +
-                                       commands + "\n) >" + (said / "out") + " 2>" + (said / "error");
-            const int status = std::system(script.c_str());
-            EXPECT_TRUE(temporary.Names().empty()) << "a temporary file was left behind";
-            return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-        }
-
-        std::string Out() const { return said.Read("out"); }
-        std::string Error() const { return said.Read("error"); }
-
-        JobsTest::Folder jobs;
-        JobsTest::Folder folder; ///< the current one
-        JobsTest::Folder temporary;
-        JobsTest::Folder said;
     };
 
     TEST_F(ProgramTest, SuccessIsQuiet)
     {
-        EXPECT_EQ(Run("tiff2ppf $job -o made/out.ppf </dev/null"), 0);
+        EXPECT_EQ(Run("tiff2ppf $jobs/job.json -o made/out.ppf </dev/null"), 0);
         EXPECT_EQ(Out() + Error(), "");
         EXPECT_THAT(folder.Read("made/out.ppf"), StartsWith("%!PS-Adobe-3.0\n"));
     }
@@ -72,7 +49,7 @@ namespace Tiff2PpfTest
     TEST_F(ProgramTest, JobFileIsNotOverwritten)
     {
         const std::string before = jobs.Read("job.json");
-        EXPECT_EQ(Run("tiff2ppf $job -o $job"), 2);
+        EXPECT_EQ(Run("tiff2ppf $jobs/job.json -o $jobs/job.json"), 2);
         EXPECT_EQ(jobs.Read("job.json"), before);
     }
 
@@ -91,22 +68,22 @@ namespace Tiff2PpfTest
 
     TEST_F(ProgramTest, JobFromStandardInputStandsInTheCurrentFolder)
     {
-        EXPECT_EQ(Run("tiff2ppf - -o out.ppf <$job"), 1);
-        EXPECT_THAT(Error(), HasSubstr(folder / "k.tif"));
-        EXPECT_EQ(Run("cp " + (jobs / "k.tif") + " . && tiff2ppf - -o out.ppf <$job"), 0);
-        EXPECT_EQ(Run("tiff2ppf $job -o same.ppf"), 0);
+        EXPECT_EQ(Run("tiff2ppf - -o out.ppf <$jobs/job.json"), 1);
+        EXPECT_THAT(Error(), HasSubstr(Host::OneLine(folder / "k.tif")));
+        EXPECT_EQ(Run("cp $jobs/k.tif . && tiff2ppf - -o out.ppf <$jobs/job.json"), 0);
+        EXPECT_EQ(Run("tiff2ppf $jobs/job.json -o same.ppf"), 0);
         EXPECT_EQ(folder.Read("out.ppf"), folder.Read("same.ppf"));
     }
 
     TEST_F(ProgramTest, StandardOutputGetsTheFileAndKeepsWhatWentBefore)
     {
-        EXPECT_EQ(Run("tiff2ppf $job -o out.ppf"), 0);
+        EXPECT_EQ(Run("tiff2ppf $jobs/job.json -o out.ppf"), 0);
         const std::string file = folder.Read("out.ppf");
         for (const std::string name : {"/dev/stdout", "-"})
         {
-            EXPECT_EQ(Run("echo before; tiff2ppf $job -o " + name), 0);
+            EXPECT_EQ(Run("echo before; tiff2ppf $jobs/job.json -o " + name), 0);
             EXPECT_EQ(Out(), "before\n" + file) << name;
-            EXPECT_EQ(Run("tiff2ppf $job -o " + name + " | cat"), 0);
+            EXPECT_EQ(Run("tiff2ppf $jobs/job.json -o " + name + " | cat"), 0);
             EXPECT_EQ(Out(), file) << name;
         }
         EXPECT_THAT(folder.Names(), ElementsAre("out.ppf"));
@@ -123,9 +100,9 @@ namespace Tiff2PpfTest
     TEST_F(ProgramTest, FullDiskIsFoundAfterWriting)
     {
         // A limit of a block on every file does what a full disk does: writing stops short.
-        jobs.WriteTiff("k.tif", 200, 200);
+        jobs.Write("k.tif", TestSupport::PlainTiff(200, 200));
         folder.Write("out.ppf", "older");
-        EXPECT_EQ(Run("ulimit -f 1; tiff2ppf $job --compression none -o out.ppf"), 1);
+        EXPECT_EQ(Run("ulimit -f 1; tiff2ppf $jobs/job.json --compression none -o out.ppf"), 1);
         EXPECT_THAT(Error(), HasSubstr("out.ppf: the file failed its check after writing: byte "));
         EXPECT_THAT(Error(), HasSubstr(": File too large\n"));
         EXPECT_THAT(folder.Names(), ElementsAre("out.ppf"));
@@ -135,7 +112,7 @@ namespace Tiff2PpfTest
     TEST_F(ProgramTest, SignalEndsTheProgramAndLeavesNothing)
     {
         // Work for seconds: many separations, all in one file.
-        jobs.WriteTiff("k.tif", 1000, 1000);
+        jobs.Write("k.tif", TestSupport::PlainTiff(1000, 1000));
         std::string front = R"({"separation":"K","file":"k.tif"})";
         for (int i = 1; i < 2000; ++i)
         {
@@ -145,25 +122,10 @@ namespace Tiff2PpfTest
 
         for (const int signal : {SIGTERM, SIGHUP, SIGINT})
         {
-            const std::string job = jobs / "job.json";
-            const std::string out = folder / "out.ppf";
-            const pid_t process = fork();
-            if (process == 0)
-            {
-                execl(
-                    TIFF2PPF_PROGRAM, "tiff2ppf", "--mixed-sizes", job.c_str(), "-o", out.c_str(),
-                    static_cast<char*>(nullptr));
-                _exit(127);
-            }
-            int status = 0;
-            while (folder.Names().empty() && waitpid(process, &status, WNOHANG) == 0)
-            {
-                std::this_thread::sleep_for(std::chrono::milliseconds(1));
-            }
+            const pid_t process = Start({"--mixed-sizes", jobs / "job.json", "-o", "out.ppf"});
+            ASSERT_TRUE(TestSupport::Until([&] { return !folder.Names().empty(); }));
             EXPECT_THAT(folder.Names(), ElementsAre(StartsWith(".")));
-            kill(process, signal);
-            ASSERT_EQ(waitpid(process, &status, 0), process);
-            EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == signal) << "signal " << signal;
+            EXPECT_EQ(End(process, signal), -signal);
             EXPECT_TRUE(folder.Names().empty()) << "signal " << signal;
         }
     }
