@@ -75,11 +75,13 @@ namespace PpfInfoTest
                 frames += "<iframe style=\"border:0\" width=" + std::to_string(PageWidth) +
                           " height=" + std::to_string(PageHeight) + " src=" + name + "></iframe>";
             }
+            folder.Write("frames.html", frames);
+            setenv("place", folder.Path().c_str(), 1);
             const std::string command =
-                "timeout 120 " + browser + " --headless --no-sandbox --disable-gpu --hide-scrollbars --window-size=" +
-                std::to_string(PageWidth * pages.size()) + ',' + std::to_string(PageHeight) + " --user-data-dir='" +
-                folder / "profile" + "' --screenshot='" + folder / "shot.png" + "' 'file://" +
-                folder.Write("frames.html", frames) + "' >'" + folder / "log" + "' 2>&1";
+                "cd \"$place\" && TMPDIR=. timeout 120 " + browser + // its sockets have short names
+                " --headless --no-sandbox --disable-gpu --hide-scrollbars --window-size=" +
+                std::to_string(PageWidth * pages.size()) + ',' + std::to_string(PageHeight) +
+                " --user-data-dir=\"$PWD/profile\" --screenshot=\"$PWD/shot.png\" frames.html >log 2>&1";
             ASSERT_EQ(std::system(command.c_str()), 0) << folder.Read("log");
 
             const std::string shot = folder.Read("shot.png");
