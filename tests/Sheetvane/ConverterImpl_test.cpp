@@ -5,6 +5,7 @@
 #include "rasteroutput/Exception.h"
 #include "rasteroutput/PainterRegistry.h"
 #include "tests/support/Allocations.h"
+#include "tests/support/Failures.h"
 
 #include <Sheetvane/SheetvaneConverter.h>
 
@@ -51,15 +52,9 @@ namespace SheetvaneTest
     TEST(ConverterImpl, SecondOneIsRefusedAndTheFirstStaysRegistered)
     {
         auto first = std::make_unique<ConverterImpl>();
-        try
-        {
-            const ConverterImpl second;
-            FAIL() << "nothing thrown";
-        }
-        catch (const RasterOutput::Exception& failure)
-        {
-            EXPECT_STREQ(failure.what(), "CIP3Painter painter identifier already registered");
-        }
+        EXPECT_EQ(
+            TestSupport::FailureOf<RasterOutput::Exception>([] { const ConverterImpl second; }),
+            "CIP3Painter painter identifier already registered");
         EXPECT_NE(RasterOutput::MakePainter("CIP3Painter"), nullptr);
         first.reset();
         EXPECT_NO_THROW(ConverterImpl());

@@ -48,10 +48,10 @@ namespace TestSupport
         return entry;
     }
 
-    std::vector<std::string> Folder::Names() const
+    std::vector<std::string> Folder::Names(const std::string& name) const
     {
         std::vector<std::string> names;
-        for (const auto& entry : std::filesystem::directory_iterator(path))
+        for (const auto& entry : std::filesystem::directory_iterator(*this / name))
         {
             names.push_back(entry.path().filename().string());
         }

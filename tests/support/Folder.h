@@ -25,8 +25,8 @@ namespace TestSupport
         /// The bytes of the file `name`. Throws std::system_error.
         std::string Read(const std::string& name) const { return BytesOf(*this / name); }
 
-        /// All names in the folder, hidden ones too, sorted.
-        std::vector<std::string> Names() const;
+        /// All names in the folder `name`, in this one without it, hidden ones too, sorted.
+        std::vector<std::string> Names(const std::string& name = ".") const;
 
         /// The bytes of the file at `path`, wherever it is. Throws std::system_error.
         static std::string BytesOf(const std::string& path);

@@ -1,5 +1,6 @@
 #include "host/DescriptorStream.h"
 #include "host/Failure.h"
+#include "tests/support/Failures.h"
 #include "tests/support/Folder.h"
 #include "tests/support/SystemFaults.h"
 
@@ -49,15 +50,9 @@ namespace HostTest
             stream << "lost" << std::flush;
         }
         stream << "not written after a gap";
-        try
-        {
-            stream.Finish("file");
-            FAIL() << "bytes are lost";
-        }
-        catch (const Failure& failure)
-        {
-            EXPECT_STREQ(failure.what(), "file cannot be written: Disk quota exceeded");
-        }
+        EXPECT_EQ(
+            TestSupport::FailureOf<Failure>([&] { stream.Finish("file"); }),
+            "file cannot be written: Disk quota exceeded");
         EXPECT_EQ(folder.Read("file"), "");
     }
 }

@@ -1,6 +1,7 @@
 // Each call of the system that an output makes, made to fail: what is said, and that the folder is as it was.
 #include "host/Failure.h"
 #include "host/Output.h"
+#include "tests/support/Failures.h"
 #include "tests/support/Folder.h"
 #include "tests/support/SystemFaults.h"
 
@@ -29,17 +30,13 @@ namespace HostTest
         /// What is said of the output at `place`, from its opening to its publishing.
         static std::string FailureAt(const std::string& place)
         {
-            try
-            {
-                Output output(place, Durability::OnDisk);
-                output.Stream() << "bytes";
-                output.Publish();
-            }
-            catch (const Failure& failure)
-            {
-                return failure.what();
-            }
-            return "no failure";
+            return TestSupport::FailureOf<Failure>(
+                [&]
+                {
+                    Output output(place, Durability::OnDisk);
+                    output.Stream() << "bytes";
+                    output.Publish();
+                });
         }
 
         /// The same in the folder, less what every text begins with.
@@ -93,15 +90,9 @@ namespace HostTest
     {
         Output output(path, Durability::Scratch);
         const TestSupport::SystemFault fault("close", EIO);
-        try
-        {
-            output.Publish();
-            FAIL() << "the bytes are lost";
-        }
-        catch (const Failure& failure)
-        {
-            EXPECT_THAT(failure.what(), HasSubstr(": the file cannot be written: Input/output error"));
-        }
+        EXPECT_THAT(
+            TestSupport::FailureOf<Failure>([&] { output.Publish(); }),
+            HasSubstr(": the file cannot be written: Input/output error"));
         EXPECT_EQ(folder.Read("out.ppf"), "older");
     }
 
@@ -194,18 +185,11 @@ namespace HostTest
         for (const int error : {TestSupport::SystemFault::EndOfFile, EIO})
         {
             const TestSupport::SystemFault fault("read", error);
-            try
-            {
-                output->Publish();
-                FAIL() << "nothing was read";
-            }
-            catch (const Failure& failure)
-            {
-                const std::string why = error == EIO ? "Input/output error" : "it has become shorter";
-                EXPECT_EQ(
-                    failure.what(), "the output cannot be written: " + pipe + ": the temporary file cannot be read: " +
-                                        why + "; what was written is not whole");
-            }
+            const std::string why = error == EIO ? "Input/output error" : "it has become shorter";
+            EXPECT_EQ(
+                TestSupport::FailureOf<Failure>([this] { output->Publish(); }),
+                "the output cannot be written: " + pipe + ": the temporary file cannot be read: " + why +
+                    "; what was written is not whole");
         }
         EXPECT_EQ(Received(), "");
     }

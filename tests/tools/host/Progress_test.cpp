@@ -51,7 +51,7 @@ namespace HostTest
     {
         {
             const Progress progress(Terminal(), 1, "of the separations", 0ms);
-            EXPECT_THAT(Shown(), ContainsRegex("^\r[^ ]*: 0 s, [0-9]+ % of the separations read\x1b\\[K"));
+            EXPECT_THAT(Shown(), ContainsRegex("^\r[^ ]*: [0-9]+ s, [0-9]+ % of the separations read\x1b\\[K"));
         }
         EXPECT_THAT(Rest(), EndsWith("\r\x1b[K"));
     }

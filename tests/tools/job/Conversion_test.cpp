@@ -1,6 +1,7 @@
 #include "host/Failure.h"
 #include "job/Conversion.h"
 #include "job/InkFile.h"
+#include "tests/support/Failures.h"
 #include "tests/support/Folder.h"
 #include "tests/support/PlainTiff.h"
 #include "tests/support/SystemFaults.h"
@@ -52,15 +53,7 @@ namespace JobsTest
         std::string FailureOfConversion()
         {
             const std::vector<std::string> before = folder.Names();
-            std::string failure = "no failure";
-            try
-            {
-                Convert();
-            }
-            catch (const Host::Failure& error)
-            {
-                failure = error.what();
-            }
+            std::string failure = TestSupport::FailureOf<Host::Failure>([this] { Convert(); });
             EXPECT_EQ(folder.Names(), before);
             return failure;
         }

@@ -2,6 +2,7 @@
 #include "host/Failure.h"
 #include "host/Paths.h"
 #include "job/JobFile.h"
+#include "tests/support/Failures.h"
 #include "tests/support/Folder.h"
 #include "tests/support/SystemFaults.h"
 
@@ -26,15 +27,7 @@ namespace JobsTest
     /// The text of the Host::UsageError that reading `text` throws.
     std::string RefusalOf(const std::string& text)
     {
-        try
-        {
-            Read(text);
-        }
-        catch (const Host::UsageError& error)
-        {
-            return error.what();
-        }
-        return "no failure";
+        return TestSupport::FailureOf<Host::UsageError>([&] { Read(text); });
     }
 
     /// A job of one sheet with `members` beside its front.
@@ -186,15 +179,7 @@ namespace JobsTest
 
     std::string RefusalOfFile(const std::string& name)
     {
-        try
-        {
-            LoadJobFile(name);
-            return "it was taken";
-        }
-        catch (const Host::UsageError& error)
-        {
-            return error.what();
-        }
+        return TestSupport::FailureOf<Host::UsageError>([&] { LoadJobFile(name); });
     }
 
     TEST(JobFile, RelativeNamesStandInItsFolderAndOfADescriptorInTheCurrentOne)

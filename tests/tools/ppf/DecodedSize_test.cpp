@@ -1,5 +1,6 @@
 #include "ppf/DecodedSize.h"
 #include "ppf/DocumentReader.h"
+#include "tests/support/Failures.h"
 #include "tests/tools/ppf/Files.h"
 
 #include <gmock/gmock.h>
@@ -79,15 +80,10 @@ namespace PpfTest
             for (const char* const encoding : {"ASCIIHexDecode", "ASCII85Decode"})
             {
                 const std::string data = encoding[5] == 'H' ? "0511>" : "\"onW~>";
-                try
-                {
-                    SizeOf("RunLengthDecode", encoding, data, 6);
-                    FAIL() << encoding;
-                }
-                catch (const FormatError& error)
-                {
-                    EXPECT_STREQ(error.what(), "run-length data ends within a run") << encoding;
-                }
+                EXPECT_EQ(
+                    TestSupport::FailureOf<FormatError>([&] { SizeOf("RunLengthDecode", encoding, data, 6); }),
+                    "run-length data ends within a run")
+                    << encoding;
             }
         }
     }

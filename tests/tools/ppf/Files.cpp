@@ -1,79 +1,25 @@
 #include "tests/tools/ppf/Files.h"
 
 #include "ppf/ScanLineReader.h"
+#include "tests/TwoSheetExample.h"
 
 namespace PpfTest
 {
     using namespace Ppf;
 
-    namespace
-    {
-        std::string DirectoryLine(const std::string& offset, const std::string& length, const std::string& name)
-        {
-            std::string field = "(" + name + ")";
-            field.resize(216, ' ');
-            return offset + " " + length + " " + field + " CIP3PPFDirEntry \n";
-        }
-
-        std::string SmallSheet(const std::string& name, const std::string& side)
-        {
-            return "CIP3BeginSheet\n"
-                   "/CIP3AdmJobName (J) def\n"
-                   "/CIP3AdmSheetName (" +
-                   name +
-                   ") def\n"
-                   "/CIP3AdmPSExtent [ 2 inch 1 inch ] def\n"
-                   "/CIP3TransferFilmCurveData [0.0 0.0 1.0 1.0] def\n"
-                   "/CIP3TransferPlateCurveData [0.0 0.0 1.0 1.0] def\n"
-                   "\n"
-                   "CIP3Begin" +
-                   side +
-                   "\n"
-                   "/CIP3AdmSeparationNames [ (Black) ] def\n"
-                   "CIP3BeginPreviewImage\n"
-                   "\n"
-                   "CIP3BeginSeparation\n"
-                   "/CIP3PreviewImageWidth 4 def\n"
-                   "/CIP3PreviewImageHeight 2 def\n"
-                   "/CIP3PreviewImageBitsPerComp 8 def\n"
-                   "/CIP3PreviewImageComponents 1 def\n"
-                   "/CIP3PreviewImageMatrix [4 0 0 -2 0 2] def\n"
-                   "/CIP3PreviewImageResolution [2 2] def\n"
-                   "/CIP3PreviewImageCompression /RunLengthDecode def\n"
-                   "/CIP3PreviewImageEncoding /ASCIIHexDecode def\n"
-                   "CIP3PreviewImage \n"
-                   "fdff\n"
-                   "ff0001ff7f80>\n"
-                   "CIP3EndSeparation\n"
-                   "\n"
-                   "CIP3EndPreviewImage\n"
-                   "CIP3End" +
-                   side +
-                   "\n"
-                   "\n"
-                   "CIP3EndSheet\n"
-                   "\n";
-        }
-    }
-
     std::string Header()
     {
-        return "%!PS-Adobe-3.0\n"
-               "%%CIP3-File Version 3.0\n"
-               "%\xE2\xE3\xCF\xD3\n"
-               "\n";
+        return TwoSheetExample::Header;
     }
 
     std::string Closing()
     {
-        return "%%CIP3EndOfFile\n";
+        return TwoSheetExample::Trailer;
     }
 
     std::string TwoSheets()
     {
-        return Header() + "CIP3BeginPPFDirectory\n" + DirectoryLine("0000000601", "0000000712", "S1") +
-               DirectoryLine("0000001313", "0000000710", "S2") + "CIP3EndPPFDirectory\n\n" + SmallSheet("S1", "Front") +
-               SmallSheet("S2", "Back") + Closing();
+        return TwoSheetExample::File();
     }
 
     std::string Front(const std::string& content)

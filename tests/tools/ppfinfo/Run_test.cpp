@@ -2,6 +2,7 @@
 
 #include "host/Descriptor.h"
 #include "ppfinfo/Run.h"
+#include "tests/support/Failures.h"
 #include "tests/tools/ppf/Files.h"
 #include "tests/tools/ppfinfo/Program.h"
 
@@ -208,15 +209,9 @@ namespace PpfInfoTest
             options.file = folder.Write("job.ppf", TwoSheets());
             const Host::Descriptor full(open("/dev/full", O_WRONLY | O_CLOEXEC));
             Host::DescriptorStream out(full.Number());
-            try
-            {
-                PpfInfo::Run(options, out);
-                FAIL() << "a full device took it";
-            }
-            catch (const Host::Failure& failure)
-            {
-                EXPECT_STREQ(failure.what(), "standard output cannot be written: No space left on device");
-            }
+            EXPECT_EQ(
+                TestSupport::FailureOf<Host::Failure>([&] { PpfInfo::Run(options, out); }),
+                "standard output cannot be written: No space left on device");
         }
     }
 }

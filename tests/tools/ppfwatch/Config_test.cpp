@@ -1,5 +1,6 @@
 #include "host/Failure.h"
 #include "ppfwatch/Config.h"
+#include "tests/support/Failures.h"
 #include "tests/support/Folder.h"
 
 #include <gmock/gmock.h>
@@ -22,18 +23,10 @@ namespace PpfWatchTest
 
             std::string RefusalOf(const std::string& json)
             {
-                try
-                {
-                    Load(json);
-                }
-                catch (const Host::UsageError& error)
-                {
-                    const std::string what = error.what();
-                    const std::string place = (folder / "c.json") + ": ";
-                    EXPECT_THAT(what, StartsWith(place));
-                    return what.substr(place.size());
-                }
-                return "taken";
+                const std::string text = TestSupport::FailureOf<Host::UsageError>([&] { Load(json); });
+                const std::string place = (folder / "c.json") + ": ";
+                EXPECT_THAT(text, StartsWith(place));
+                return text.substr(std::min(place.size(), text.size()));
             }
 
             TestSupport::Folder folder;

@@ -71,18 +71,6 @@ namespace PpfWatchTest
                 return files;
             }
 
-            /// Names in the folder, hidden ones too.
-            std::vector<std::string> Names(const std::string& name) const
-            {
-                std::vector<std::string> names;
-                for (const fs::directory_entry& entry : fs::directory_iterator(folder / name))
-                {
-                    names.push_back(entry.path().filename());
-                }
-                std::sort(names.begin(), names.end());
-                return names;
-            }
-
             /// Converts and delivers the job J, as a watcher does.
             void Run(Delivery& delivery, const std::vector<Order::Source>& sources) const
             {
@@ -113,9 +101,9 @@ namespace PpfWatchTest
                     "rename", "rename", "fsync of a folder", "fsync of a folder", // the sources
                     "rename", "fsync of a folder"));                              // the job's folder
             EXPECT_EQ(folder.Read("out/J.ppf"), "result");
-            EXPECT_THAT(Names("done/J"), ElementsAre("a", "b"));
-            EXPECT_THAT(Names("done"), ElementsAre("J"));
-            EXPECT_THAT(Names("out"), ElementsAre("J.ppf"));
+            EXPECT_THAT(folder.Names("done/J"), ElementsAre("a", "b"));
+            EXPECT_THAT(folder.Names("done"), ElementsAre("J"));
+            EXPECT_THAT(folder.Names("out"), ElementsAre("J.ppf"));
         }
 
         TEST_F(DeliveryTest, TakenFolderIsNotTouched)
@@ -137,7 +125,7 @@ namespace PpfWatchTest
                 sources.push_back({name, StampOf(AT_FDCWD, folder / "in" + '/' + name).value()});
             }
             NewDelivery().MoveToDone("J", sources);
-            EXPECT_THAT(Names("done/J"), ElementsAre("a", "b"));
+            EXPECT_THAT(folder.Names("done/J"), ElementsAre("a", "b"));
         }
 
         TEST_F(DeliveryTest, SourceThatHasChangedKeepsAllWhereTheyWere)
@@ -145,8 +133,8 @@ namespace PpfWatchTest
             const auto sources = Drop({"a", "b"});
             folder.Write("in/b", "longer than it was");
             EXPECT_THROW(NewDelivery().MoveToDone("J", sources), Delivery::Changed);
-            EXPECT_THAT(Names("in"), ElementsAre("a", "b", "sub"));
-            EXPECT_THAT(Names("done"), IsEmpty());
+            EXPECT_THAT(folder.Names("in"), ElementsAre("a", "b", "sub"));
+            EXPECT_THAT(folder.Names("done"), IsEmpty());
         }
 
         /// Each function fails at each of its calls in turn, and from there on, as if the process had been killed there: it can
@@ -192,7 +180,7 @@ namespace PpfWatchTest
                             }
                             hasHappened = fault.HasHappened();
                         }
-                        for (const std::string& name : Names("out"))
+                        for (const std::string& name : folder.Names("out"))
                         {
                             EXPECT_THAT(name, AnyOf("J.ppf", ::testing::StartsWith("."))) << when;
                         }
@@ -207,7 +195,7 @@ namespace PpfWatchTest
                         }
                         const std::map<std::string, std::string> whole = {{"a", "a"}, {"b", "b"}, {"sub/c", "sub/c"}};
                         ASSERT_EQ(Files(done + "/J"), whole) << when;
-                        ASSERT_THAT(Names("out"), ElementsAre("J.ppf")) << when;
+                        ASSERT_THAT(folder.Names("out"), ElementsAre("J.ppf")) << when;
                         ASSERT_EQ(std::distance(fs::directory_iterator(done), fs::directory_iterator()), 1) << when;
                         ASSERT_TRUE(Files(folder / "in").empty()) << when;
                         fs::remove_all(done + "/J");
@@ -237,7 +225,7 @@ namespace PpfWatchTest
             EXPECT_EQ(folder.Read("in/a"), "new");
             EXPECT_EQ(folder.Read("in/b"), "converted, too");
             EXPECT_EQ(folder.Read("done/J/a"), "converted");
-            EXPECT_THAT(Names("done"), ElementsAre("J"));
+            EXPECT_THAT(folder.Names("done"), ElementsAre("J"));
         }
 
         TEST_F(DeliveryTest, SourcesAreTakenBackOnceTheirFolderIsThereAgain)
@@ -250,14 +238,14 @@ namespace PpfWatchTest
             fs::rename(folder / "away", folder / "in");
             NewDelivery().TakeBack();
             EXPECT_EQ(folder.Read("in/sub/a"), "moved");
-            EXPECT_THAT(Names("done"), IsEmpty());
+            EXPECT_THAT(folder.Names("done"), IsEmpty());
         }
 
         TEST_F(DeliveryTest, ObstacleIsFoundByTrying)
         {
             EXPECT_EQ(NewDelivery().Obstacle(), "");
             NewDelivery().TidyOut();
-            EXPECT_THAT(Names("out"), IsEmpty());
+            EXPECT_THAT(folder.Names("out"), IsEmpty());
             fs::remove(folder / "out");
             EXPECT_THAT(NewDelivery().Obstacle(), HasSubstr("No such file or directory"));
         }

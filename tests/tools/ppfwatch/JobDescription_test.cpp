@@ -1,5 +1,6 @@
 #include "host/Failure.h"
 #include "ppfwatch/JobDescription.h"
+#include "tests/support/Failures.h"
 
 #include <gmock/gmock.h>
 
@@ -65,15 +66,12 @@ namespace PpfWatchTest
 
         TEST_F(JobDescriptionTest, SameInkTwiceIsRefused)
         {
-            try
-            {
-                Of(JobKind::Set, {"J_S_f_C.tif", "J_S_front_cyan.tif"});
-                FAIL() << "they were taken";
-            }
-            catch (const Host::Failure& failure)
-            {
-                EXPECT_THAT(failure.what(), HasSubstr("J_S_f_C.tif and J_S_front_cyan.tif are both the ink \"Cyan\""));
-            }
+            EXPECT_THAT(
+                TestSupport::FailureOf<Host::Failure>(
+                    [this] {
+                        Of(JobKind::Set, {"J_S_f_C.tif", "J_S_front_cyan.tif"});
+                    }),
+                HasSubstr("J_S_f_C.tif and J_S_front_cyan.tif are both the ink \"Cyan\""));
         }
 
         TEST_F(JobDescriptionTest, JobFileAndPdfGoToTheirPrograms)

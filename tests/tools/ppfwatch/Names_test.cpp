@@ -2,6 +2,7 @@
 #include "host/Failure.h"
 #include "ppfwatch/NamePattern.h"
 #include "ppfwatch/NaturalOrder.h"
+#include "tests/support/Failures.h"
 
 #include <gmock/gmock.h>
 
@@ -58,15 +59,8 @@ namespace PpfWatchTest
                      {"{job}}{ink}", "braces"},
                      {"{job}/{ink}", "no \"/\""}})
             {
-                try
-                {
-                    NamePattern refused(pattern);
-                    ADD_FAILURE() << pattern << " was taken";
-                }
-                catch (const Host::UsageError& error)
-                {
-                    EXPECT_THAT(error.what(), HasSubstr(why)) << pattern;
-                }
+                const auto take = [&] { NamePattern refused(pattern); };
+                EXPECT_THAT(TestSupport::FailureOf<Host::UsageError>(take), HasSubstr(why)) << pattern;
             }
         }
 
