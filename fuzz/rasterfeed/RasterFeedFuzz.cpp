@@ -28,7 +28,7 @@ namespace RasterFeedFuzz
         {
             HostFaults faults;
             const int call = choice >> 2 & 7;
-            switch (choice & 0xe3) // most choices are no fault: bytes of a sound file stay a sound file
+            switch (choice & 0xe3) // most choices leave it out: bytes of a sound file stay a sound file
             {
             case 0xe1:
                 faults.readFails = call;

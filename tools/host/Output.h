@@ -61,7 +61,7 @@ namespace Host
         Durability durability;
         std::string path;                       ///< of the file, at the end of the links; empty for a stream
         std::optional<struct stat> replaced;    ///< the status of the file that is there now
-        Descriptor stream;                      ///< open if the output is no regular file
+        Descriptor stream;                      ///< open if the output is not a regular file
         std::optional<Draft> draft;             ///< always there once constructed
         std::optional<DescriptorStream> writer; ///< made by Stream
     };

@@ -39,7 +39,7 @@ namespace Host
             raise(signal);
         }
 
-        /// Going on is no choice, as the access that raised the signal would be repeated.
+        /// One cannot go on, as the access that raised the signal would be repeated.
         extern "C" void CleanUpAndFail(int)
         {
             CleanUp();

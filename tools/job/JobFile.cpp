@@ -50,7 +50,7 @@ namespace Jobs
             return *members;
         }
 
-        /// Refuses a node that is no object, or has a member that is not among `known`.
+        /// Refuses a node that is not an object, or has a member that is not among `known`.
         void CheckMembers(const Node& object, std::initializer_list<const char*> known)
         {
             for (const auto& [key, value] : MembersOf(object))
@@ -323,7 +323,7 @@ namespace Jobs
                 return std::nullopt;
             }
             const auto* const word = member->value.As<std::string>();
-            // A number in quotes is no number.
+            // A number in quotes is text.
             const bool isNumberInQuotes = word != nullptr && word->find_first_of("0123456789") != std::string::npos;
             const std::optional<Value> value = member->value.IsNumber() ? valueOfNumber(DoubleOf(member->value))
                                                : word != nullptr && !isNumberInQuotes ? valueOfWord(*word)

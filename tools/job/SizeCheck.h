@@ -7,6 +7,6 @@
 namespace Jobs
 {
     /// Throws Host::Failure with the two files and their sizes if those of a sheet differ. A file that cannot be read
-    /// is no failure here: the conversion reports it.
+    /// is passed over here: the conversion reports it.
     void CheckSizes(const Job& job);
 }

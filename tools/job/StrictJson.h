@@ -40,7 +40,7 @@ namespace Jobs
         JsonRefusal(const std::string& place, const std::string& why);
     };
 
-    /// `parent.key`, or `parent["key"]` for a key that is no plain word; a document's root has the place "".
+    /// `parent.key`, or `parent["key"]` for a key that is not a plain word; a document's root has the place "".
     std::string PlaceOfMember(const std::string& parent, const std::string& key);
 
     /// `parent[index]`.

@@ -41,7 +41,7 @@ namespace Pdf2Ppf
             if (!number || !(*number >= least && *number <= most))
             {
                 throw Host::UsageError(
-                    option->get_name() + ": " + Host::Quoted(TextOf(option)) + " is no number from " +
+                    option->get_name() + ": " + Host::Quoted(TextOf(option)) + " is not a number from " +
                     Host::ShortText(least) + " to " + Host::ShortText(most));
             }
             return *number;

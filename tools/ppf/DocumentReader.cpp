@@ -35,7 +35,7 @@ namespace Ppf
         struct Section
         {
             Kind kind;
-            /// Behind CIP3Begin.
+            /// After CIP3Begin.
             std::string_view name;
             std::uint64_t offset;
             PreviewEntries entries;

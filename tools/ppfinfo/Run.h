@@ -9,7 +9,7 @@ namespace PpfInfo
 {
     /// Looks into the file as the options ask. What was asked for goes to `out`, all of it when this returns or throws.
     /// Throws Host::Failure with the error line if the file or an output cannot be dealt with, and about the first thing
-    /// wrong with the file after everything that can be read was written. What --check finds is no failure of the program:
-    /// the result is ExitFailed then.
+    /// wrong with the file after everything that can be read was written. What --check finds is not a failure of the
+    /// program: the result is ExitFailed then.
     Host::ExitStatus Run(const Options& options, Host::DescriptorStream& out);
 }

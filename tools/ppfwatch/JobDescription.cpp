@@ -108,7 +108,7 @@ namespace PpfWatch
                 {
                     throw Host::Failure(
                         file +
-                        ": of names that are no UTF-8, that of an ink cannot hold a \"=\"; another name is wanted");
+                        ": of names that are not UTF-8, that of an ink cannot hold a \"=\"; another name is wanted");
                 }
                 arguments.insert(arguments.end(), {option, ink + '=' + file});
             }

@@ -17,7 +17,7 @@ namespace PpfWatch
     };
 
     /// Describes the order to its program. Sheets stand in natural order, inks in that of a set. A set goes as a job file; if
-    /// one of its names is no UTF-8, which a job file cannot hold, as arguments. Throws Failure if files of a set are the same
+    /// one of its names is not UTF-8, which a job file cannot hold, as arguments. Throws Failure if files of a set are the same
     /// ink of the same side.
     JobDescription Describe(const Order& order, const Config& config);
 }

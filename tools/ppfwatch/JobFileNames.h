@@ -15,6 +15,6 @@ namespace PpfWatch
         std::vector<std::string> sets; ///< patterns with one * in the last component
     };
 
-    /// Reads the job file at `path`. None if it cannot be read or is no JSON.
+    /// Reads the job file at `path`. None if it cannot be read or is not JSON.
     std::optional<JobFileNames> NamesInJobFile(const std::string& path);
 }

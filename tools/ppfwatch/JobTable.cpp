@@ -65,7 +65,7 @@ namespace PpfWatch
             else if (!file.hasNoPlace && !IsLeftAlone(name))
             {
                 file.hasNoPlace = true;
-                say(Level::Warning, name + ": this is no file; it stays where it is");
+                say(Level::Warning, name + ": this is not a file; it stays where it is");
             }
             return;
         }
@@ -508,7 +508,7 @@ namespace PpfWatch
         return true;
     }
 
-    /// A set waits for whatever is no TIFF yet. What a job file names is meant to be what it is, so that the job fails with it
+    /// A set waits for whatever is not a TIFF yet. What a job file names is meant to be what it is, so that the job fails with it
     /// unless it is still growing.
     bool JobTable::AreTiffsWhole(Job& job)
     {

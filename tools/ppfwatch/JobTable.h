@@ -2,7 +2,7 @@
 // system but what it is handed, and gives the same answer whoever noticed a change, the system or a look at the folder.
 //
 //   Settling: files have come or changed; when nothing has for long enough, the job is examined
-//   Waiting:  settled, but a file is missing or is no whole TIFF; examined again now and then, and after any change
+//   Waiting:  settled, but a file is missing or is not a whole TIFF; examined again now and then, and after any change
 //   Ready:    whole; to be taken
 //   Running:  taken; leaves the table by Finished, or settles once more after Again
 #pragma once
@@ -41,7 +41,7 @@ namespace PpfWatch
         /// The stamp of a regular file; none if there is no such file.
         virtual std::optional<Stamp> Look(const std::string& name) = 0;
         virtual TiffExtent ExtentOf(const std::string& name) = 0;
-        /// What a job file names, as names of this folder. None if it is no JSON.
+        /// What a job file names, as names of this folder. None if it is not JSON.
         virtual std::optional<JobFileNames> NamesIn(const std::string& jobFile) = 0;
         /// The files of a set that lies in another folder.
         virtual std::vector<std::string> FilesOfSet(const std::string& pattern) = 0;

@@ -7,7 +7,7 @@
 
 namespace PpfWatch
 {
-    /// What tells that a file has changed. Its number is no part of it, as some network file systems make up a new one now
+    /// What tells that a file has changed. Its number is not part of it, as some network file systems make up a new one now
     /// and then.
     struct Stamp
     {

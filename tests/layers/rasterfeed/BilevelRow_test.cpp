@@ -20,7 +20,7 @@ namespace RasterFeedTest
             hwy::GetChosenTarget().Update(hwy::SupportedTargets());
             for (std::size_t samples = 0; samples < 700; ++samples)
             {
-                // Exactly as large as they must be, at places that are no vector's.
+                // Exactly as large as they must be, not aligned for a vector.
                 const std::size_t rowBytes = (samples + 7) / 8;
                 const std::size_t shift = samples % 17;
                 const std::unique_ptr<unsigned char[]> row(new unsigned char[shift + rowBytes]);

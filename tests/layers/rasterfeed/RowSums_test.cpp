@@ -73,7 +73,7 @@ namespace RasterFeedTest
         {
             for (std::size_t count = 0; count < 300; ++count)
             {
-                // Exactly as large as they must be, at places that are no vector's.
+                // Exactly as large as they must be, not aligned for a vector.
                 const std::size_t shift = count % 17;
                 const std::size_t size = shift + count;
                 const std::unique_ptr<unsigned char[]> bytes(new unsigned char[size]);

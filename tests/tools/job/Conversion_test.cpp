@@ -95,7 +95,7 @@ namespace JobsTest
     TEST_F(ConversionTest, CauseIsNamedWithItsPlace)
     {
         folder.Write("k", PlainTiff());
-        folder.Write("text", "This is no TIFF.");
+        folder.Write("text", "This is not a TIFF.");
         AddSheet("S1", {"k"});
         AddSheet("S2", {"k"}).back = {{"Cyan", folder / "k"}, {"Black", folder / "text"}};
         EXPECT_THAT(

@@ -180,7 +180,7 @@ namespace PpfTest
         /// Whatever the pixels, one blank and the data at once is what this system writes.
         TEST(DocumentReader, BinaryDataBehindOneBlankIsNeverTakenForALineEnd)
         {
-            // Behind its first byte, the length byte 10, this is data of 12 bytes as well.
+            // After its first byte, the length byte 10, this is data of 12 bytes as well.
             const std::string lineFeed(
                 "\x0a\x07"
                 "12345678\xfe"
