@@ -167,7 +167,8 @@ namespace Ppf
 
         void Checker::CheckNames(const Sheet& sheet)
         {
-            if (sheet.Find(Key::JobName) && sheet.JobName().empty())
+            const std::optional<std::string_view> jobName = sheet.Find(Key::JobName);
+            if (jobName && sheet.JobName().empty() && document.WhyLeftOut(*jobName) == nullptr)
             {
                 Add(sheet.offset, "sheet's job has an empty name");
             }

@@ -79,6 +79,17 @@ namespace Ppf
         return parameters;
     }
 
+    const Finding* Document::WhyLeftOut(std::string_view value) const
+    {
+        if (!value.empty())
+        {
+            return nullptr;
+        }
+        const auto found = std::find_if(
+            remarks.begin(), remarks.end(), [&](const Finding& remark) { return remark.offset == OffsetOf(value); });
+        return found == remarks.end() ? nullptr : &*found;
+    }
+
     std::string DecodedName(std::string_view value)
     {
         const std::vector<Token> tokens = TokensOf(value, 1);

@@ -151,6 +151,9 @@ namespace Ppf
         /// What a user of the file should know, although it can be read.
         std::vector<Finding> remarks;
 
+        /// The remark that the value of an entry is left out; null for any other value.
+        const Finding* WhyLeftOut(std::string_view value) const;
+
         /// Offset in the file of a piece of its text.
         std::uint64_t OffsetOf(std::string_view text) const
         {

@@ -307,7 +307,8 @@ namespace Ppf
             {
                 document.remarks.push_back(
                     {offset, "value of /" + Shown(entry.key) + " has " + std::to_string(entry.value.size()) +
-                                 " bytes and is left out"});
+                                 " bytes and is left out; the most that is read is " +
+                                 std::to_string(limits.longestValue)});
             }
             const Entry kept = {
                 entry.key.substr(0, limits.longestValue), isLong ? entry.value.substr(0, 0) : entry.value};

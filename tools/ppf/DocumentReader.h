@@ -15,14 +15,14 @@ namespace Ppf
     {
         /// What the records take, in bytes; those of one sheet take a third of it at most.
         std::size_t memory;
-        /// Bytes of a key or value that is kept.
+        /// Bytes of a key or value that is kept: PostScript's longest string, 65535 bytes, in its parentheses.
         std::size_t longestValue;
         /// Names in a list of separations.
         std::size_t mostSeparations;
     };
 
     /// Enough for a job of more than ten thousand sheets of four inks.
-    constexpr Limits UsualLimits = {48u << 20, 64u << 10, 1000};
+    constexpr Limits UsualLimits = {48u << 20, 65535 + 2, 1000};
     /// For a file that the program has made itself.
     constexpr Limits NoLimits = {
         std::numeric_limits<std::size_t>::max(), std::numeric_limits<std::size_t>::max(),

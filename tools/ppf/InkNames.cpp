@@ -25,12 +25,21 @@ namespace Ppf
         /// Throws FormatError if the value is not an array of so many names at most.
         std::vector<std::string> NamesOf(const Document& document, std::string_view value, std::size_t most)
         {
+            if (const Finding* const remark = document.WhyLeftOut(value))
+            {
+                throw FormatError(remark->offset, remark->text);
+            }
             const std::vector<Token> tokens = TokensOf(value, most + 2);
-            if (tokens.size() < 2 || tokens.front().kind != TokenKind::Open || tokens.back().kind != TokenKind::Close)
+            if (tokens.empty() && !value.empty())
             {
                 throw FormatError(
                     document.OffsetOf(value),
-                    "value of /CIP3AdmSeparationNames is not an array of " + std::to_string(most) + " names at most");
+                    "value of /CIP3AdmSeparationNames has more than " + std::to_string(most) + " names");
+            }
+            if (tokens.size() < 2 || tokens.front().kind != TokenKind::Open || tokens.back().kind != TokenKind::Close)
+            {
+                throw FormatError(
+                    document.OffsetOf(value), "value of /CIP3AdmSeparationNames is not an array of names");
             }
             std::vector<std::string> names;
             names.reserve(tokens.size() - 2);

@@ -106,9 +106,11 @@ namespace Ppf
                     std::find_if(Rules.begin(), Rules.end(), [&](const Rule& next) { return next.key == entry.key; });
                 if (rule != Rules.end() && !rule->isKept(entry.value))
                 {
-                    findings.push_back(
-                        {document.OffsetOf(entry.value),
-                         "value of /" + std::string(entry.key) + " is not " + rule->wanted});
+                    const Finding* const leftOut = document.WhyLeftOut(entry.value);
+                    const Finding unfit = {
+                        document.OffsetOf(entry.value),
+                        "value of /" + std::string(entry.key) + " is not " + rule->wanted};
+                    findings.push_back(leftOut != nullptr ? *leftOut : unfit);
                 }
             }
         };

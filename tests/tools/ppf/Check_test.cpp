@@ -131,6 +131,11 @@ namespace PpfTest
                     << bad;
                 EXPECT_THAT(Findings(with(extent, bad), CheckDepth::Sizes), IsEmpty()) << bad;
             }
+            EXPECT_THAT(
+                Findings(with("(Job)", '(' + std::string(65536, 'J') + ')')),
+                ElementsAre(
+                    "77: value of /CIP3AdmJobName has 65538 bytes and is left out; the most that is read is 65537"));
+            EXPECT_THAT(Findings(with("(Job)", '(' + std::string(65535, 'J') + ')')), IsEmpty());
             EXPECT_THAT(Findings(with("(Job)", "<4A6F62>")), IsEmpty());
             const char* const others[][3] = {
                 {"(Job)", "12", "77: value of /CIP3AdmJobName is not a string"},

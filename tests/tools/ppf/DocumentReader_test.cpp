@@ -217,6 +217,11 @@ namespace PpfTest
         {
             const std::string good = FrontOf("(K)", BlackHex);
             const auto at = [&](const std::string& text) { return std::to_string(good.find(text)); };
+            std::string names;
+            for (int i = 0; i < 1001; ++i)
+            {
+                names += "(K)";
+            }
             const std::tuple<std::string, std::string, std::string> cases[] = {
                 {"%!PS", "PS!%", "0: not a print production file"},
                 {"%%CIP3-File Version", "%%CIP3", "0: not a print production file: its header has no"},
@@ -243,8 +248,10 @@ namespace PpfTest
                 {"CIP3PreviewImage\n00ff>\n", "", "separation has no preview image"},
                 {"00ff>\n", "00ff>\n17 ", "preview image data is not followed by the end of its section"},
                 {"00ff>\nCIP3EndSeparation", "00ff", "stands where CIP3EndSeparation is due"},
-                {"/CIP3AdmSeparationNames [(K)]", "/CIP3AdmSeparationNames (K)",
-                 "is not an array of 1000 names at most"},
+                {"/CIP3AdmSeparationNames [(K)]", "/CIP3AdmSeparationNames (K)", "is not an array of names"},
+                {"[(K)]", '[' + names + ']', "value of /CIP3AdmSeparationNames has more than 1000 names"},
+                {"[(K)]", "[(" + std::string(65536, 'K') + ")]",
+                 "value of /CIP3AdmSeparationNames has 65540 bytes and is left out; the most that is read is 65537"},
                 {"CIP3BeginSheet\n", "CIP3BeginPPFDirectory 1 (x) CIP3PPFDirEntry\n",
                  "directory entry is not an offset, a length and a name"},
             };
@@ -375,7 +382,9 @@ namespace PpfTest
             ASSERT_EQ(document.sheets[0].surfaces[0].entries.size(), 1u);
             EXPECT_EQ(document.sheets[0].surfaces[0].entries[0].value, "");
             ASSERT_EQ(document.remarks.size(), 1u);
-            EXPECT_EQ(document.remarks[0].text, "value of /CIP3AdmPicture has 100002 bytes and is left out");
+            EXPECT_EQ(
+                document.remarks[0].text,
+                "value of /CIP3AdmPicture has 100002 bytes and is left out; the most that is read is 65537");
         }
 
         TEST(DocumentReader, DeepNestingIsRefusedNotFollowed)
