@@ -67,7 +67,6 @@ namespace RasterOutput::PpfFormat
 
     // ASCIIHex data.
 
-    constexpr std::string_view HexDigits = "0123456789abcdef";
     constexpr std::string_view EndOfASCIIHexData = ">";
 
     // ASCII85 data: a group of four bytes is a number of five digits to the base 85, most significant first.

@@ -67,12 +67,15 @@ namespace
 
     constexpr Step Memcpy = {"memcpy", Copy, [](const std::string& line) { return line; }};
 
-    constexpr Step Complement = {"invert", Invert, PlainLoops::Invert};
+    /// Those of which the compiler makes vectors.
+    constexpr Step PlainSteps[] = {
+        {"invert", Invert, PlainLoops::Invert},
+        {"ascii_hex", ASCIIHex, PlainLoops::ASCIIHex},
+    };
 
     /// Those that are compiled for every target.
     constexpr Step Steps[] = {
         {"run_length", RunLength, PlainLoops::RunLength},
-        {"ascii_hex", ASCIIHex, PlainLoops::ASCIIHex},
         {"ascii85", ASCII85, PlainLoops::ASCII85},
     };
 
@@ -139,7 +142,10 @@ namespace
                     ->Unit(benchmark::kMillisecond);
             };
             add(Memcpy, "libc", 0);
-            add(Complement, "compiler", 0);
+            for (const Step& step : PlainSteps)
+            {
+                add(step, "compiler", 0);
+            }
             for (const Step& step : Steps)
             {
                 for (std::int64_t targets = hwy::SupportedTargets(); targets != 0; targets &= targets - 1)

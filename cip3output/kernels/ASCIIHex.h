@@ -1,4 +1,5 @@
-// Encoding of bytes as hexadecimal digits.
+// Encoding of bytes as hexadecimal digits. A source of its own, as the compiler makes vectors of its loop where it is asked
+// for speed.
 #pragma once
 
 #include <cstddef>
@@ -6,6 +7,6 @@
 namespace RasterOutput::Kernels
 {
     /// Writes two digits in lower case for each of the `size` bytes from `input` on to `output`, 2 * size in all, and
-    /// gives their end. The ranges do not overlap. Uses the widest vectors that the machine has.
+    /// gives their end. The ranges do not overlap.
     unsigned char* EncodeASCIIHex(const unsigned char* input, std::size_t size, unsigned char* output) noexcept;
 }
