@@ -18,21 +18,20 @@ function(sheetvane_room_folder name)
   file(CREATE_LINK "${CMAKE_CURRENT_SOURCE_DIR}" "${PROJECT_BINARY_DIR}/rooms/${name}/${name}" SYMBOLIC)
 endfunction()
 
-# sheetvane_room(<name> SOURCES <file>... [MAY_USE <target>...] [KEEPS <target>...] [HOT <file>...] [SMALL])
+# sheetvane_room(<name> [ARCHIVE] SOURCES <file>... [MAY_USE <target>...] [KEEPS <target>...])
 # An object library for the room in the current folder. MAY_USE targets are visible in its headers too, KEEPS targets
-# in its sources alone. A release build optimises HOT sources, those with loops over pixels, for speed before all, and a
-# SMALL room for size.
+# in its sources alone. Of an ARCHIVE a program gets the sources that it calls, and with them the libraries they need.
 function(sheetvane_room name)
-  cmake_parse_arguments(PARSE_ARGV 1 room "SMALL" "" "SOURCES;MAY_USE;KEEPS;HOT")
+  cmake_parse_arguments(PARSE_ARGV 1 room "ARCHIVE" "" "SOURCES;MAY_USE;KEEPS")
   set(root "${PROJECT_BINARY_DIR}/rooms/${name}")
   sheetvane_room_folder(${name})
-  add_library(${name} OBJECT ${room_SOURCES})
+  if(room_ARCHIVE)
+    add_library(${name} STATIC ${room_SOURCES})
+  else()
+    add_library(${name} OBJECT ${room_SOURCES})
+  endif()
   target_include_directories(${name} PUBLIC "${root}")
   target_link_libraries(${name} PUBLIC ${room_MAY_USE} PRIVATE ${room_KEEPS})
-  set_source_files_properties(${room_HOT} PROPERTIES COMPILE_OPTIONS $<$<CONFIG:Release>:-O3>)
-  if(room_SMALL)
-    target_compile_options(${name} PRIVATE $<$<CONFIG:Release>:-Os>)
-  endif()
 endfunction()
 
 # sheetvane_interface(<name> <header>)
