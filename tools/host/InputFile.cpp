@@ -43,8 +43,6 @@ namespace Host
             }
             isMapped = true;
             bytes = {static_cast<const char*>(address), size};
-            // Advice only: a kernel that does not take it reads as well.
-            madvise(address, size, MADV_SEQUENTIAL);
             return;
         }
         constexpr std::size_t Block = 1 << 20;

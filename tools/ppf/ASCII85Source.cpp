@@ -15,6 +15,28 @@ namespace Ppf
         constexpr char ZeroGroup = 'z';
         constexpr std::uint64_t Base = 85;
         constexpr std::uint64_t GreatestGroup = 0xFFFFFFFF;
+        constexpr unsigned GroupDigits = 5;
+        constexpr unsigned GroupBytes = 4;
+
+        using PlaceValues = std::array<std::array<std::uint64_t, 256>, GroupDigits>;
+
+        /// What each character adds to a group's number at each place; above any number if it is not a digit.
+        constexpr PlaceValues MakeValues()
+        {
+            PlaceValues values = {};
+            std::uint64_t unit = 1;
+            for (unsigned place = GroupDigits; place-- > 0; unit *= Base)
+            {
+                for (unsigned c = 0; c < 256; ++c)
+                {
+                    const bool isDigit = c >= unsigned{FirstDigit} && c <= unsigned{LastDigit};
+                    values[place][c] = isDigit ? (c - FirstDigit) * unit : GreatestGroup + 1;
+                }
+            }
+            return values;
+        }
+
+        constexpr PlaceValues Values = MakeValues();
 
         void StoreBigEndian(unsigned char* out, std::uint32_t value)
         {
@@ -22,41 +44,6 @@ namespace Ppf
             out[1] = static_cast<unsigned char>(value >> 16);
             out[2] = static_cast<unsigned char>(value >> 8);
             out[3] = static_cast<unsigned char>(value);
-        }
-
-        /// Eight characters as a number, the first in its lowest byte. A group is the lower five.
-        using Characters = std::uint64_t;
-        constexpr Characters Ones = 0x0101010101;
-
-        Characters Load(const char* text)
-        {
-            std::array<unsigned char, 8> bytes = {};
-            std::memcpy(bytes.data(), text, bytes.size());
-            Characters characters = 0;
-            for (unsigned i = 0; i < bytes.size(); ++i)
-            {
-                characters |= static_cast<Characters>(bytes[i]) << (8 * i);
-            }
-            return characters;
-        }
-
-        /// True if the five characters of a group are all digits: a byte above "u" or below "!" sets the highest bit of
-        /// its sum or difference, and a carry or borrow only ever comes from a byte that did.
-        bool AreDigits(Characters group)
-        {
-            const Characters tooGreat = group + Ones * (0x7F - LastDigit);
-            const Characters tooSmall = group - Ones * FirstDigit;
-            return ((group | tooGreat | tooSmall) & Ones * 0x80) == 0;
-        }
-
-        /// The number that five digits stand for. Neighbours are joined to pairs and pairs to fours within one number,
-        /// which takes three multiplications in place of four that wait for each other.
-        std::uint64_t ValueOf(Characters group)
-        {
-            const std::uint64_t digits = group - Ones * FirstDigit;
-            const std::uint64_t pairs = (digits & 0xFF00FF) * Base + (digits >> 8 & 0xFF00FF);
-            const std::uint64_t four = (pairs & 0xFFFF) * (Base * Base) + (pairs >> 16 & 0xFFFF);
-            return four * Base + (digits >> 32 & 0xFF);
         }
     }
 
@@ -95,24 +82,27 @@ namespace Ppf
         const char* text = data.bytes.data() + data.next;
         const char* const end = data.bytes.data() + data.bytes.size();
         std::size_t done = 0;
-        while (count - done >= 4 && end - text >= 8)
+        while (count - done >= GroupBytes && end - text >= GroupDigits)
         {
-            const Characters characters = Load(text);
             if (*text == ZeroGroup)
             {
-                std::memset(out + done, 0, 4);
-                done += 4;
+                std::memset(out + done, 0, GroupBytes);
+                done += GroupBytes;
                 ++text;
                 continue;
             }
-            const std::uint64_t value = ValueOf(characters);
-            if (!AreDigits(characters) || value > GreatestGroup)
+            std::uint64_t value = 0;
+            for (unsigned i = 0; i < GroupDigits; ++i)
+            {
+                value += Values[i][static_cast<unsigned char>(text[i])];
+            }
+            if (value > GreatestGroup)
             {
                 break;
             }
             StoreBigEndian(out + done, static_cast<std::uint32_t>(value));
-            done += 4;
-            text += 5;
+            done += GroupBytes;
+            text += GroupDigits;
         }
         data.next = static_cast<std::size_t>(text - data.bytes.data());
         return done;
@@ -133,7 +123,7 @@ namespace Ppf
             if (c == ZeroGroup && digits == 0)
             {
                 ++data.next;
-                Store(0, 4);
+                Store(0, GroupBytes);
                 return;
             }
             if (c == Filter::Ascii85End[0])
@@ -148,10 +138,10 @@ namespace Ppf
                                                   : "ASCII85 data holds a character that is not one of its digits");
             }
             value = value * Base + static_cast<unsigned>(c - FirstDigit);
-            if (++digits == 5)
+            if (++digits == GroupDigits)
             {
                 ++data.next;
-                Store(value, 4);
+                Store(value, GroupBytes);
                 return;
             }
         }
@@ -167,7 +157,7 @@ namespace Ppf
         {
             // The digits that were left out are the greatest: so the bytes that remain come out rounded down.
             const unsigned bytes = digits - 1;
-            for (; digits < 5; ++digits)
+            for (; digits < GroupDigits; ++digits)
             {
                 value = value * Base + (Base - 1);
             }

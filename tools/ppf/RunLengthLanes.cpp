@@ -1,6 +1,7 @@
-// for memory most of the time. Walks that begin at different bytes nearly always fall into step with each other after a
-// few tokens. So a block is walked in lanes that begin apart, each somewhere in the data, and a lane counts from the token
-// at which the walk through the lane before it falls into step.
+// A length byte says where the next one is, so that a walk waits for memory most of the time. Walks that begin at different
+// bytes nearly always fall into step after a few tokens: a block is walked in lanes that begin apart, each somewhere in the
+// data, and a lane counts from the token at which the walk through the lane before it falls into step. With one walk alone a
+// whole conversion takes 1.10 (flat) or 1.14 (photo) times as long in ASCII85, 1.18 or 1.46 in binary.
 #include "ppf/RunLengthLanes.h"
 
 #include "ppf/Keywords.h"
