@@ -1,6 +1,6 @@
 // Times two commands in turn, A B A B ..., so that a machine whose speed drifts treats both alike:
 //     in_turn LABEL RUNS COMMAND_A [ARG...] --vs COMMAND_B [ARG...]
-// One line: the median wall time of each in milliseconds, the median of the ratios A/B pair by pair with the smallest and
+// A row of a table: the median wall time of each in milliseconds, the median of the ratios A/B pair by pair with the smallest and
 // the largest, the same of the processor time, which other work on the machine changes less, and the peak resident memory of
 // each in MiB. A command that fails ends it all.
 
@@ -96,7 +96,7 @@ int main(int argc, char** argv)
         peakB = std::max(peakB, costB.mebibytes);
     }
     std::printf(
-        "%-44s %8.1f %8.1f   %6.3f  (%.3f to %.3f)  %6.3f  %8.1f %8.1f\n", argv[1], Median(timesA), Median(timesB),
+        "| %-42s | %7.1f | %7.1f | %.3f (%.3f to %.3f) | %.3f | %6.1f | %6.1f |\n", argv[1], Median(timesA), Median(timesB),
         Median(ratios), *std::min_element(ratios.begin(), ratios.end()),
         *std::max_element(ratios.begin(), ratios.end()), Median(processorRatios), peakA, peakB);
     return 0;
