@@ -1,7 +1,5 @@
-// Tables for 2 and 4 bits, arithmetic for 8 and 16; bilevel rows have vectors of their own.
+// Tables for depths below 8 bits, arithmetic for 8 and 16.
 #include "rasterfeed/SampleExpansion.h"
-
-#include "rasterfeed/BilevelRow.h"
 
 #include <algorithm>
 #include <cstring>
@@ -15,7 +13,7 @@ namespace RasterFeed
         , flip(inverted ? 255 : 0)
         , expanded()
     {
-        if (bits != 2 && bits != 4)
+        if (bits >= 8)
         {
             return;
         }
@@ -50,7 +48,7 @@ namespace RasterFeed
         switch (bits)
         {
         case 1:
-            ExpandBilevelRow(row, width, flip, line);
+            Unpack<8>(row, line);
             break;
         case 2:
             Unpack<4>(row, line);

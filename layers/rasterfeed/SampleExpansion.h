@@ -29,8 +29,7 @@ namespace RasterFeed
         unsigned bits;
         bool mirrored;
         std::size_t width;
-        unsigned char flip; ///< 255 to invert, else 0
-        std::array<std::array<unsigned char, 4>, 256>
-            expanded; ///< the bytes of a packed byte's samples, for 2 and 4 bits
+        unsigned char flip;                                     ///< 255 to invert, else 0
+        std::array<std::array<unsigned char, 8>, 256> expanded; ///< the bytes of a packed byte's samples, below 8 bits
     };
 }
