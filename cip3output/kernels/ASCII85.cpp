@@ -1,8 +1,8 @@
 // ASCII85 encoding, compiled once for every kind of vectors and chosen at run time.
 //
 // A group's number is split at 85 * 85 into its leading digit and two pairs of digits, and the pairs at 85; the divisions
-// are multiplications that are exact over the range at hand. That is done for a vector of groups at once. A plain loop
-// takes more than twice as long for a whole conversion.
+// are multiplications that are exact over the range at hand. That is done for a vector of groups at once. With a plain loop a
+// whole conversion takes 1.2 (flat) to 1.8 (noise) times as long.
 #include "cip3output/kernels/ASCII85.h"
 
 #include "cip3output/PpfFormat.h"

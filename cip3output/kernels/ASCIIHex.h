@@ -1,5 +1,4 @@
-// Encoding of bytes as hexadecimal digits. A source of its own, as the compiler makes vectors of its loop where it is asked
-// for speed.
+// Encoding of bytes as hexadecimal digits.
 #pragma once
 
 #include <cstddef>

@@ -1,5 +1,4 @@
-// Inversion of preview data: the format's 255 is full ink, a scan line's is paper. A source of its own, as the compiler
-// makes vectors of its loop where it is asked for speed.
+// Inversion of preview data: the format's 255 is full ink, a scan line's is paper.
 #pragma once
 
 #include <cstddef>

@@ -1,6 +1,6 @@
 // The compiled part of Highway that run-time dispatch stands on: which instruction sets this machine has. Highway's own
-// shared library has it too, but measures the machine's timer when it is loaded: 3.6 ms of processor time for every
-// process that loads ours, more than all else of converting a small preview (2.7 ms). The declarations are those of
+// shared library has it too, but measures the machine's timer when it is loaded: 3.1 ms of processor time for every
+// process that loads ours, more than all else of converting a small preview (2.8 ms). The declarations are those of
 // <hwy/targets.h>; tests hold the answers against the library's.
 #include "highway/Detection.h"
 
