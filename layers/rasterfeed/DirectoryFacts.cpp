@@ -252,7 +252,7 @@ namespace RasterFeed
             {
                 throw Refusal("damaged directory with " + std::to_string(count) + " entries; 1 to 4096 are accepted");
             }
-            return {offset + countWidth, count, std::uint64_t{4} + 2 * wordWidth, wordWidth};
+            return {offset + countWidth, count, 4 + std::uint64_t{2} * wordWidth, wordWidth};
         }
 
         /// A file may end with its last directory's last entry.

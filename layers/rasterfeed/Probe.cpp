@@ -84,7 +84,12 @@ namespace RasterFeed
         {
             const OwnedBlock block;
             FileBlockOpen(block.Get(), path.c_str(), DefaultExtension, 0);
-            return FileBlockName(block.Get());
+            std::string name = FileBlockName(block.Get());
+            if (name.empty() && !path.empty())
+            {
+                throw std::bad_alloc(); // before any name was tried
+            }
+            return name;
         }
 
         /// `text` on one line: what would end or colour it becomes '?'.

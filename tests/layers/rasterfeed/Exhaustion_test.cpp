@@ -2,12 +2,14 @@
 // is right, and nothing is left.
 #include "tests/layers/rasterfeed/Delivery.h"
 #include "tests/support/Allocations.h"
+#include "tests/support/Folder.h"
 #include "tests/support/TiffEditor.h"
 #include "tests/support/TiffMaker.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <new>
 
 // What libtiff and libjpeg lose when memory runs out, for the leak sanitizer, which counts it as ours.
 extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions()
@@ -30,6 +32,7 @@ namespace RasterFeedTest
             std::string tiff;
             bool ownFields;                ///< the codec adds to libtiff's
             RasterFeedSelection view = {}; ///< that is read
+            std::vector<std::uint32_t> channels = {1};
         };
 
         /// A file for every codec, in strips and in tiles, and one with fields that libtiff does not know.
@@ -67,17 +70,31 @@ namespace RasterFeedTest
             form.bits = 1;
             view.inputResolution = 1e9;
             files.push_back({"reduced bits", MakeTiff(form, MixedSamples(1)), false, view});
+            // Several channels: held together, and a plane after the other.
+            TiffForm inks;
+            inks.samples = 5;
+            inks.photometric = PHOTOMETRIC_SEPARATED;
+            inks.compression = COMPRESSION_PACKBITS;
+            inks.resolution = 300;
+            inks.imageResources = TestSupport::ImageResource(1045, TestSupport::UnicodeNames({u"Gold"}));
+            view.inputResolution = 0;
+            files.push_back(
+                {"inks", TestSupport::MakePages({inks}, TestSupport::MixedInks(8)), false, view, {2, 5, 1}});
+            inks.planar = PLANARCONFIG_SEPARATE;
+            files.push_back({"planes", TestSupport::MakePages({inks}, TestSupport::MixedInks(8)), false, {}, {4, 1}});
             return files;
         }
 
         /// Everything that a host does, on memory that it has already. True: the file was read to its end.
-        bool ReadInto(const RasterFeedOpenRecord& record, const RasterFeedSelection& view, std::string& pixels)
+        bool ReadInto(const RasterFeedOpenRecord& record, const NamedTiff& file, std::string& pixels)
         {
             RasterFeedImageHeader header;
             const RasterFeedHandle reader = RasterFeedInit(&record);
-            bool complete =
-                reader != nullptr && RasterFeedSelect(reader, &view) == 0 && RasterFeedHeader(reader, &header) == 0;
-            for (std::uint32_t i = 0; complete && i < header.lineCount; ++i)
+            const auto count = static_cast<std::uint32_t>(file.channels.size());
+            bool complete = reader != nullptr &&
+                            RasterFeedSelectChannels(reader, &file.view, file.channels.data(), count) == 0 &&
+                            RasterFeedHeader(reader, &header) == 0;
+            for (std::uint32_t i = 0; complete && i < header.lineCount * count; ++i)
             {
                 unsigned char* const list[] = {
                     reinterpret_cast<unsigned char*>(&pixels[std::size_t{i} * header.lineLength])};
@@ -93,7 +110,7 @@ namespace RasterFeedTest
         void ExpectRightAtEveryAllocation(void (*fail)(long number), const NamedTiff& file)
         {
             std::string expected;
-            for (const std::string& line : DeliverView(file.tiff, file.view).lines)
+            for (const std::string& line : DeliverChannels(file.tiff, file.view, file.channels).lines)
             {
                 expected += line;
             }
@@ -107,7 +124,7 @@ namespace RasterFeedTest
                 MemoryFile::Reset(file.tiff);
                 const long before = TestSupport::LiveBlocks();
                 fail(number);
-                const bool complete = ReadInto(record, file.view, pixels);
+                const bool complete = ReadInto(record, file, pixels);
                 reached = TestSupport::AllocationCount();
                 const long left = TestSupport::LiveBlocks() - before;
                 TestSupport::AllowAllocations();
@@ -140,5 +157,42 @@ namespace RasterFeedTest
         {
             ExpectRightAtEveryAllocation(TestSupport::FailAllocationsFrom, file);
         }
+    }
+
+    TEST(Exhaustion, InksAreFoundAllOrNone)
+    {
+        TiffForm form;
+        form.samples = 6;
+        form.photometric = PHOTOMETRIC_SEPARATED;
+        const std::string names[] = {"Cyan", "Magenta", "Yellow", "Black", "A name of many units", "Another such name"};
+        form.imageResources = TestSupport::ImageResource(
+            1045, TestSupport::UnicodeNames({u"A name of many units", u"Another such name"}));
+        const TestSupport::Folder folder;
+        const std::string path = folder.Write("inks.tif", TestSupport::MakePages({form}, TestSupport::MixedInks(8)));
+        int failed = 0;
+        for (long number = 1, reached = number; reached >= number; ++number)
+        {
+            RasterFeedInkList list = {{}, "memory is exhausted"};
+            TestSupport::FailOneAllocation(number);
+            try
+            {
+                list = RasterFeedInks(path);
+            }
+            catch (const std::bad_alloc&)
+            {
+                // As it is promised.
+            }
+            reached = TestSupport::AllocationCount();
+            TestSupport::AllowAllocations();
+            ASSERT_EQ(list.inks.empty(), !list.reason.empty()) << number;
+            ASSERT_TRUE(
+                list.inks.empty() ||
+                std::equal(
+                    list.inks.begin(), list.inks.end(), std::begin(names), std::end(names),
+                    [](const RasterFeedInk& ink, const std::string& name) { return ink.name == name; }))
+                << number;
+            failed += list.inks.empty() ? 1 : 0;
+        }
+        EXPECT_GT(failed, 10);
     }
 }
