@@ -1,6 +1,7 @@
 // Writes the pages that whole conversions are timed on: make_pages DIR [wide GIGABYTES | plates]. Without a word: 4000 x 6000
 // greyscale pages of the three kinds, uncompressed and Deflate. "wide": one uncompressed page, 30000 pixels wide, of that many
-// gigabytes. "plates": one of 67200 x 95200 pixels in CCITT Group 4, and a greyscale page of 600 pixels per inch.
+// gigabytes. "plates": one of 67200 x 95200 pixels in CCITT Group 4, a greyscale page of 600 pixels per inch, and its bytes as a
+// CMYK page.
 
 #include "bench/pages/Pages.h"
 
@@ -77,16 +78,22 @@ namespace
         }
     }
 
-    // A page of grain at 600 pixels per inch, as large as the plates that scripts/bench renders.
-    void WriteContone(const std::string& path)
+    // A page of grain at 600 pixels per inch, as large as the plates that scripts/bench renders; or the same bytes as a
+    // composite of several inks.
+    void WriteContone(const std::string& path, std::uint32_t inks)
     {
-        constexpr std::uint32_t width = 7000;
+        constexpr std::uint32_t rowBytes = 7000;
         constexpr std::uint32_t height = 10000;
-        const auto page = Pages::Make(Pages::Kind::Photo, width, height);
-        const Tiff tiff = Create(path, width, height, 8, COMPRESSION_NONE, 600);
+        const auto page = Pages::Make(Pages::Kind::Photo, rowBytes, height);
+        const Tiff tiff = Create(path, rowBytes / inks, height, 8, COMPRESSION_NONE, 600);
+        if (inks > 1)
+        {
+            TIFFSetField(tiff.get(), TIFFTAG_SAMPLESPERPIXEL, inks);
+            TIFFSetField(tiff.get(), TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_SEPARATED);
+        }
         for (std::uint32_t y = 0; y < height; ++y)
         {
-            WriteLine(tiff.get(), page.data() + std::size_t{y} * width, y);
+            WriteLine(tiff.get(), page.data() + std::size_t{y} * rowBytes, y);
         }
     }
 
@@ -123,7 +130,8 @@ try
     if (isPlates)
     {
         WriteLargePlate(dir + "large.tif");
-        WriteContone(dir + "contone.tif");
+        WriteContone(dir + "contone.tif", 1);
+        WriteContone(dir + "composite.tif", 4);
         return 0;
     }
     for (const auto kind : {Pages::Kind::Flat, Pages::Kind::Photo, Pages::Kind::Noise})
