@@ -96,8 +96,8 @@ int main(int argc, char** argv)
         peakB = std::max(peakB, costB.mebibytes);
     }
     std::printf(
-        "| %-42s | %7.1f | %7.1f | %.3f (%.3f to %.3f) | %.3f | %6.1f | %6.1f |\n", argv[1], Median(timesA), Median(timesB),
-        Median(ratios), *std::min_element(ratios.begin(), ratios.end()),
+        "| %-42s | %7.1f | %7.1f | %.3f (%.3f to %.3f) | %.3f | %6.1f | %6.1f |\n", argv[1], Median(timesA),
+        Median(timesB), Median(ratios), *std::min_element(ratios.begin(), ratios.end()),
         *std::max_element(ratios.begin(), ratios.end()), Median(processorRatios), peakA, peakB);
     return 0;
 }

@@ -81,7 +81,7 @@ namespace PpfWatch
         {
             return std::nullopt;
         }
-        // One that is no pattern is not waited for: the job is to fail with it.
+        // One that is not a pattern is not waited for: the job is to fail with it.
         names.sets.erase(
             std::remove_if(
                 names.sets.begin(), names.sets.end(), [](const std::string& set) { return !Jobs::IsSetPattern(set); }),

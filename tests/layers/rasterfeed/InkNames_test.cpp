@@ -131,7 +131,7 @@ namespace RasterFeedTest
         // A block of another owner is passed over, and its own name too.
         EXPECT_EQ(Fifth("MeSa" + pascal.substr(4) + "8BIM\x03\xee\x04long\0\0\0\0\x02\x01X"s), "1.5 X");
 
-        // Alpha is no ink, wherever it stands, and has its name among the others.
+        // Alpha is not an ink, wherever it stands, and has its name among the others.
         TiffForm form = Page(7);
         form.extraSamples = {EXTRASAMPLE_UNASSALPHA, EXTRASAMPLE_UNSPECIFIED, EXTRASAMPLE_ASSOCALPHA};
         form.imageResources = ImageResource(Pascal, PascalNames({"Transparency", "Gold", "Alpha 1"}));
