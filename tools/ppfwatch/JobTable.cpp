@@ -342,7 +342,7 @@ namespace PpfWatch
                 Schedule(job, Phase::Settling, settled);
             }
         }
-        else if (!IsAllThere(job) || !AreTiffsWhole(job))
+        else if (!CanFilesBeLookedAt(job) || !IsAllThere(job) || !AreTiffsWhole(job))
         {
             Schedule(job, Phase::Waiting, now + WaitingTime);
         }
@@ -468,6 +468,17 @@ namespace PpfWatch
             }
         }
         Attach(file, job, now);
+    }
+
+    bool JobTable::CanFilesBeLookedAt(const Job& job) const
+    {
+        const auto file = std::find_if(
+            job.files.begin(), job.files.end(), [](const FileNode* next) { return next->second.stamp.isUncertain; });
+        if (file != job.files.end() && job.phase != Phase::Waiting)
+        {
+            say(Level::Warning, (*file)->first + ": it cannot be looked at; job " + job.name + " waits for it");
+        }
+        return file == job.files.end();
     }
 
     bool JobTable::IsAllThere(Job& job)

@@ -2,7 +2,8 @@
 // system but what it is handed, and gives the same answer whoever noticed a change, the system or a look at the folder.
 //
 //   Settling: files have come or changed; when nothing has for long enough, the job is examined
-//   Waiting:  settled, but a file is missing or is not a whole TIFF; examined again now and then, and after any change
+//   Waiting:  settled, but a file is missing, cannot be looked at, or is not a whole TIFF; examined again now and then, and
+//             after any change
 //   Ready:    whole; to be taken
 //   Running:  taken; leaves the table by Finished, or settles once more after Again
 #pragma once
@@ -169,6 +170,7 @@ namespace PpfWatch
         std::vector<Job*> ClaimantsOf(const std::string& name) const;
         void ExamineJob(Job& job, Time now);
         bool HaveFilesChanged(Job& job, Time now);
+        bool CanFilesBeLookedAt(const Job& job) const;
         bool IsAllThere(Job& job);
         bool AreTiffsWhole(Job& job);
         Job* Find(const Order& order);

@@ -14,7 +14,7 @@ namespace PpfWatch
         std::uint64_t bytes = 0;
         std::int64_t modified = 0; ///< nanoseconds of the file system's clock, whole seconds on many a share
         std::int64_t changed = 0;  ///< likewise, of name and permissions too
-        bool isUncertain = false;  ///< the file could not be looked at: may have changed since any look, such ones too
+        bool isUncertain = false;  ///< there may be a file, but it could not be looked at
 
         bool operator==(const Stamp& other) const { return HasContentOf(other) && changed == other.changed; }
         bool operator!=(const Stamp& other) const { return !(*this == other); }
@@ -22,7 +22,7 @@ namespace PpfWatch
         /// Whether at most names or permissions have changed.
         bool HasContentOf(const Stamp& other) const
         {
-            return bytes == other.bytes && modified == other.modified && !isUncertain && !other.isUncertain;
+            return bytes == other.bytes && modified == other.modified && isUncertain == other.isUncertain;
         }
     };
 

@@ -22,7 +22,6 @@ namespace PpfWatchTest
         using namespace PpfWatch;
         using ::testing::AnyOf;
         using ::testing::ElementsAre;
-        using ::testing::HasSubstr;
         using ::testing::IsEmpty;
         namespace fs = std::filesystem;
 
@@ -239,15 +238,6 @@ namespace PpfWatchTest
             NewDelivery().TakeBack();
             EXPECT_EQ(folder.Read("in/sub/a"), "moved");
             EXPECT_THAT(folder.Names("done"), IsEmpty());
-        }
-
-        TEST_F(DeliveryTest, ObstacleIsFoundByTrying)
-        {
-            EXPECT_EQ(NewDelivery().Obstacle(), "");
-            NewDelivery().TidyOut();
-            EXPECT_THAT(folder.Names("out"), IsEmpty());
-            fs::remove(folder / "out");
-            EXPECT_THAT(NewDelivery().Obstacle(), HasSubstr("No such file or directory"));
         }
     }
 }

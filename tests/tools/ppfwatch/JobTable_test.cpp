@@ -117,15 +117,20 @@ namespace PpfWatchTest
             EXPECT_THAT(After(1ms), SizeIs(1));
         }
 
-        TEST_F(JobTableTest, FileThatCannotBeLookedAtKeepsItsJob)
+        TEST_F(JobTableTest, FileThatCannotBeLookedAtKeepsItsJobWaiting)
         {
             Drop("J_C.tif");
             Drop("J_K.tif");
             files.stamps["J_K.tif"].isUncertain = true;
             EXPECT_THAT(After(5s), IsEmpty());
-            EXPECT_THAT(After(60s), IsEmpty());
-            files.stamps["J_K.tif"].isUncertain = false;
+            EXPECT_EQ(table->Busy(), 1U);
             EXPECT_THAT(After(5s), IsEmpty());
+            EXPECT_EQ(table->Busy(), 0U);
+            table->Seen("J_K.tif", files.stamps["J_K.tif"], now);
+            EXPECT_THAT(After(60s), IsEmpty());
+            EXPECT_THAT(said, ElementsAre("J_K.tif: it cannot be looked at; job J waits for it"));
+            files.stamps["J_K.tif"].isUncertain = false;
+            EXPECT_THAT(After(10s), IsEmpty());
             EXPECT_THAT(After(5s), ElementsAre("J: J_C.tif J_K.tif"));
         }
 
