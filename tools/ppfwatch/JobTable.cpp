@@ -452,7 +452,8 @@ namespace PpfWatch
             found->second.listing = IsDirectlyInFolder(name) ? listing : 0;
         }
         FileNode& file = *found;
-        if (&file == job.files.front())
+        const bool isFile = file.second.stamp != Stamp(); // all in the folder is known, folders too
+        if (!isFile || &file == job.files.front())
         {
             return;
         }

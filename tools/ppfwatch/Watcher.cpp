@@ -380,8 +380,27 @@ namespace PpfWatch
         }
     }
 
+    /// Also whether a set of a job file has got a file: that may be in the result already, and would stay behind.
     bool Watcher::HaveSourcesChanged(const Order& order)
     {
+        const auto isSource = [&](const std::string& name)
+        {
+            return std::any_of(
+                order.sources.begin(), order.sources.end(),
+                [&](const Order::Source& source) { return source.name == name; });
+        };
+        if (order.kind == JobKind::JobFile)
+        {
+            const JobFileNames names = look.NamesIn(order.sources.front().name).value_or(JobFileNames());
+            for (const std::string& pattern : names.sets)
+            {
+                const std::vector<std::string> files = look.FilesOfSet(pattern);
+                if (!std::all_of(files.begin(), files.end(), isSource))
+                {
+                    return true;
+                }
+            }
+        }
         return std::any_of(
             order.sources.begin(), order.sources.end(),
             [&](const Order::Source& source) { return look.Look(source.name) != source.stamp; });

@@ -241,6 +241,20 @@ namespace PpfWatchTest
             EXPECT_THAT(folder.Names("done"), ElementsAre("J"));
         }
 
+        TEST_F(WatchTest, SetThatGetsAFileWhileItIsReadIsConvertedOnceMore)
+        {
+            ConvertBy("ls p* >\"$out\"; [ -e p-K ] || cp p-C p-K");
+            Drop("p-C");
+            fs::create_directory(folder / "in/p-Folder");
+            folder.Write("in/J.json", R"({"sheets":[{"front":[{"set":"p-*"}]}]})");
+            folder.Write("in/Wrong.json", R"({"sheets":[{"front":[{"set":"p"}]}]})");
+            EXPECT_EQ(RunOnce(), 0) << folder.Read("log");
+            EXPECT_THAT(folder.Read("out/J.ppf"), HasSubstr("p-K\n"));
+            EXPECT_THAT(folder.Names("done/J"), ElementsAre("J.json", "p-C", "p-K"));
+            EXPECT_THAT(folder.Names("done/Wrong"), ElementsAre("Wrong.json")) << "it is the program that refuses it";
+            EXPECT_THAT(folder.Names("in"), ElementsAre("p-Folder"));
+        }
+
         TEST_F(WatchTest, WhatIsBeingConvertedIsFinishedBeforeTheEnd)
         {
             ConvertBy("touch ../started; until [ -e ../go ]; do sleep 0.05; done; echo whole >\"$out\"");
