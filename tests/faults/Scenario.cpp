@@ -20,6 +20,15 @@ namespace FaultTest
             return TestSupport::MakeTiff(form, TestSupport::MixedSamples(bits));
         }
 
+        std::string Composite()
+        {
+            TestSupport::TiffForm form;
+            form.samples = 4;
+            form.photometric = PHOTOMETRIC_SEPARATED;
+            form.resolution = 50.8;
+            return TestSupport::MakePages({form}, TestSupport::MixedInks(8));
+        }
+
         /// One ink in each of the compressions that have memory of their own to ask for, on two sheets.
         Files Separations()
         {
@@ -86,6 +95,9 @@ namespace FaultTest
             "tiff2ppf",
             {
                 {"command line", 0, And(OneSheet, {"-o", "out.ppf"}), older},
+                {"composite and set", 0,
+                 And(OneSheet, {"--front-inks", "composite.tif", "--back-set", "d*e.tif", "-o", "out.ppf"}),
+                 With(older, {{"composite.tif", Composite()}})},
                 {"job file", 0, {"job.json", "-o", "made/out.ppf", "--verbose"}, jobs},
                 {"job on standard input", 0, {"-", "-o", "-"}, Separations(), JobText},
                 {"missing separation", 1, And(OneSheet, {"--back", "Cyan=none.tif", "-o", "out.ppf"}), older},

@@ -121,8 +121,9 @@ namespace FaultTest
                     const bool isWhole = (outcome.out == good.out || isHelp) && FilesAfter(fault) == filesOfGood;
                     return isWhole ? "" : "success without the whole result";
                 }
-                // Where paths stand relative to and what is to be done are parts of the order.
+                // Where paths stand relative to, which files a set has and what is to be done are parts of the order.
                 const bool isOrder = outcome.errors.find("the job file cannot be read") != std::string::npos ||
+                                     outcome.errors.find("--back-set: ") != std::string::npos ||
                                      outcome.errors.find("the current folder cannot be found") != std::string::npos;
                 if (outcome.status != 1 && outcome.status != (isOrder ? 2 : good.status))
                 {

@@ -8,7 +8,10 @@
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
+#include <memory>
+#include <string_view>
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -81,6 +84,40 @@ namespace Host
             end = AbsolutePath(std::string(target.data(), static_cast<std::size_t>(size)), FolderOf(end));
         }
         throw Failure(path + ": the link cannot be followed: " + SystemText(ELOOP));
+    }
+
+    std::vector<std::string> NamesInFolder(const std::string& folder)
+    {
+        const auto fail = [&] { throw Failure("the folder " + folder + " cannot be read: " + SystemText(errno)); };
+        DIR* opened = nullptr;
+        do
+        {
+            opened = opendir(folder.c_str());
+        } while (opened == nullptr && errno == EINTR);
+        const std::unique_ptr<DIR, int (*)(DIR*)> listing(opened, &closedir);
+        if (!listing)
+        {
+            fail();
+        }
+        std::vector<std::string> names;
+        for (;;)
+        {
+            errno = 0;
+            const dirent* const entry = readdir(listing.get());
+            if (entry == nullptr && errno != 0)
+            {
+                fail();
+            }
+            if (entry == nullptr)
+            {
+                return names;
+            }
+            const std::string_view name = entry->d_name;
+            if (name != "." && name != "..")
+            {
+                names.emplace_back(name);
+            }
+        }
     }
 
     void MakeFolders(const std::string& folder, bool toDisk)

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace Host
 {
@@ -24,6 +25,9 @@ namespace Host
     /// The path at the end of the links that begin at `path`, whether there is a file or not. Throws Failure for links
     /// in a circle, and for one that cannot be read.
     std::string EndOfLinks(const std::string& path);
+
+    /// All names in the folder `folder` but "." and "..", as the system gives them. Throws Failure that names the folder.
+    std::vector<std::string> NamesInFolder(const std::string& folder);
 
     /// Makes the folder `folder` and those above it that are missing. With `toDisk` each is brought to the disk in the
     /// folder above it. Throws Failure that names the one that cannot be made; others stay.

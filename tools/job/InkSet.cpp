@@ -7,11 +7,10 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <filesystem>
-#include <system_error>
 #include <tuple>
 
 #include <strings.h>
+#include <sys/stat.h>
 
 namespace Jobs
 {
@@ -26,27 +25,36 @@ namespace Jobs
                 std::find(ProcessInks.begin(), ProcessInks.end(), ink) - ProcessInks.begin());
         }
 
+        bool IsFolder(const std::string& path)
+        {
+            struct stat status = {};
+            return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+        }
+
+        std::vector<std::string> NamesBeside(const std::string& path)
+        {
+            try
+            {
+                return Host::NamesInFolder(Host::FolderOf(path));
+            }
+            catch (const Host::Failure& failure)
+            {
+                throw Host::UsageError(failure.what());
+            }
+        }
+
         /// Paths of the files that fit `pattern`, an absolute path, in the order of their bytes.
         std::vector<std::string> FilesOfSet(const std::string& pattern)
         {
-            const std::string folder = Host::FolderOf(pattern);
             const std::string place = pattern.substr(0, pattern.rfind('/') + 1);
             std::vector<std::string> files;
-            std::error_code problem;
-            const std::filesystem::directory_iterator end;
-            for (std::filesystem::directory_iterator next(folder, problem); !problem && next != end;
-                 next.increment(problem))
+            for (const std::string& name : NamesBeside(pattern))
             {
-                std::string file = place + next->path().filename().native();
-                std::error_code ignored; // a link that leads nowhere is not a folder
-                if (IsInSet(pattern, file) && !next->is_directory(ignored))
+                std::string file = place + name;
+                if (IsInSet(pattern, file) && !IsFolder(file))
                 {
                     files.push_back(std::move(file));
                 }
-            }
-            if (problem)
-            {
-                throw Host::UsageError("the folder " + folder + " cannot be read: " + problem.message());
             }
             std::sort(files.begin(), files.end());
             return files;

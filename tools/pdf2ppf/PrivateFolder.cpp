@@ -6,15 +6,14 @@
 #include "host/Text.h"
 #include "pdf2ppf/Interruption.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdint>
 #include <filesystem>
-#include <memory>
 #include <new>
 #include <system_error>
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/statvfs.h>
 #include <unistd.h>
@@ -81,20 +80,12 @@ namespace Pdf2Ppf
 
     std::vector<std::string> PrivateFolder::Names(const std::string& prefix) const
     {
-        const std::unique_ptr<DIR, int (*)(DIR*)> listing(opendir(path.c_str()), &closedir);
-        if (!listing)
-        {
-            throw Host::Failure(path + ": " + Host::SystemText(errno));
-        }
-        std::vector<std::string> names;
-        while (const dirent* const entry = readdir(listing.get()))
-        {
-            std::string name = entry->d_name;
-            if (name.compare(0, prefix.size(), prefix) == 0)
-            {
-                names.push_back(std::move(name));
-            }
-        }
+        std::vector<std::string> names = Host::NamesInFolder(path);
+        names.erase(
+            std::remove_if(
+                names.begin(), names.end(),
+                [&](const std::string& name) { return name.compare(0, prefix.size(), prefix) != 0; }),
+            names.end());
         return names;
     }
 
