@@ -76,9 +76,9 @@ namespace JobsTest
             for (const auto encoding :
                  {Encoding::CIP3EncodingBinary, Encoding::CIP3EncodingASCIIHex, Encoding::CIP3EncodingASCII85})
             {
-                for (const int width : {3, 4, 5})
+                for (const std::size_t width : {3, 4, 5})
                 {
-                    for (const int height : {1, 2, 3})
+                    for (const std::size_t height : {1, 2, 3})
                     {
                         job.compression = compression;
                         job.encoding = encoding;
