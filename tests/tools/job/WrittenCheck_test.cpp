@@ -76,9 +76,9 @@ namespace JobsTest
             for (const auto encoding :
                  {Encoding::CIP3EncodingBinary, Encoding::CIP3EncodingASCIIHex, Encoding::CIP3EncodingASCII85})
             {
-                for (const std::size_t width : {3, 4, 5})
+                for (const unsigned width : {3U, 4U, 5U})
                 {
-                    for (const std::size_t height : {1, 2, 3})
+                    for (const unsigned height : {1U, 2U, 3U})
                     {
                         job.compression = compression;
                         job.encoding = encoding;

@@ -59,7 +59,7 @@ namespace PpfWatchTest
                      {"{job}}{ink}", "braces"},
                      {"{job}/{ink}", "no \"/\""}})
             {
-                const auto take = [&] { NamePattern refused(pattern); };
+                const auto take = [text = pattern] { NamePattern refused(text); };
                 EXPECT_THAT(TestSupport::FailureOf<Host::UsageError>(take), HasSubstr(why)) << pattern;
             }
         }
