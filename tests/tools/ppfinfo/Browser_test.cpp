@@ -1,5 +1,5 @@
-// What a browser makes of the report: the switches of the inks change the picture. Only where there is one, Chromium, as no
-// other test needs it.
+// What a browser makes of the report: the switches of the inks change the picture. Only where there is one, Chromium, as
+// scripts/lint installs it: no other test needs it.
 
 #include "tests/tools/ppf/Files.h"
 #include "tests/tools/ppfinfo/Program.h"
@@ -79,7 +79,7 @@ namespace PpfInfoTest
             setenv("place", folder.Path().c_str(), 1);
             const std::string command =
                 "cd \"$place\" && TMPDIR=. timeout 120 " + browser + // its sockets have short names
-                " --headless --no-sandbox --disable-gpu --hide-scrollbars --window-size=" +
+                " --headless --no-sandbox --disable-gpu --disable-dev-shm-usage --hide-scrollbars --window-size=" +
                 std::to_string(PageWidth * pages.size()) + ',' + std::to_string(PageHeight) +
                 " --user-data-dir=\"$PWD/profile\" --screenshot=\"$PWD/shot.png\" frames.html >log 2>&1";
             ASSERT_EQ(std::system(command.c_str()), 0) << folder.Read("log");
