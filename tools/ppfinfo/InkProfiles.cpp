@@ -102,6 +102,7 @@ namespace PpfInfo
             static void GiveNames(std::vector<DocumentName>& entries, NameForm form)
             {
                 std::vector<std::string> names;
+                names.reserve(entries.size());
                 for (const DocumentName& entry : entries)
                 {
                     names.push_back(entry.trueName);

@@ -82,7 +82,7 @@ namespace PpfInfo
         const InkProfile& first = profiles.profiles.front();
         pugi::xml_document document;
         Declare(document);
-        const pugi::xml_node jdf = Child(document, "JDF");
+        const pugi::xml_node jdf = Child(document.root(), "JDF");
         Set(jdf, "xmlns", "http://www.CIP4.org/JDFSchema_1_1");
         Set(jdf, "xmlns:xsi", "http://www.w3.org/2001/XMLSchema-instance");
         Set(jdf, "xsi:type", Process);
@@ -138,7 +138,7 @@ namespace PpfInfo
         constexpr std::size_t LongestDescription = 10000;
         pugi::xml_document document;
         Declare(document);
-        const pugi::xml_node xjdf = Child(document, "XJDF");
+        const pugi::xml_node xjdf = Child(document.root(), "XJDF");
         Set(xjdf, "xmlns", "http://www.CIP4.org/JDFSchema_2_0");
         Set(xjdf, "JobID", profiles.job.name);
         Set(xjdf, "JobPartID", JobPartId);
