@@ -39,7 +39,7 @@ namespace TestSupport
             "posix_spawnp", "pread", "pthread_create", "read", "write",  "writev"};
 
         /// What is ordered. Calls may come from several threads.
-        struct
+        struct Orders
         {
             std::mutex mutex;
             std::string function;
@@ -50,28 +50,35 @@ namespace TestSupport
             std::size_t most = 0; ///< bytes at once; 0: no Stutter
             bool isInterrupted = false;
             std::vector<std::string> calls;
-        } orders;
+        };
+
+        /// The ones of the process, there from the first call on: that comes before main, and the last one after it.
+        Orders& Ordered()
+        {
+            static Orders& orders = *new Orders;
+            return orders;
+        }
 
         /// True, with errno set, if this call of `function` is one that is to fail.
         bool Fails(const char* function)
         {
-            const std::lock_guard lock(orders.mutex);
+            const std::lock_guard lock(Ordered().mutex);
             if (std::strncmp(function, "rename", std::strlen("rename")) == 0)
             {
-                orders.calls.emplace_back("rename");
+                Ordered().calls.emplace_back("rename");
             }
-            if (orders.remaining == 0 || orders.function != function)
+            if (Ordered().remaining == 0 || Ordered().function != function)
             {
                 return false;
             }
-            if (orders.until > 0)
+            if (Ordered().until > 0)
             {
-                --orders.until;
+                --Ordered().until;
                 return false;
             }
-            --orders.remaining;
-            orders.hasHappened = true;
-            errno = orders.error;
+            --Ordered().remaining;
+            Ordered().hasHappened = true;
+            errno = Ordered().error;
             return true;
         }
 
@@ -79,9 +86,9 @@ namespace TestSupport
         bool FailsOrIsInterrupted(const char* function)
         {
             {
-                const std::lock_guard lock(orders.mutex);
-                orders.isInterrupted = orders.most > 0 && !orders.isInterrupted;
-                if (orders.isInterrupted)
+                const std::lock_guard lock(Ordered().mutex);
+                Ordered().isInterrupted = Ordered().most > 0 && !Ordered().isInterrupted;
+                if (Ordered().isInterrupted)
                 {
                     errno = EINTR;
                     return true;
@@ -98,8 +105,8 @@ namespace TestSupport
 
         std::size_t Limited(std::size_t size)
         {
-            const std::lock_guard lock(orders.mutex);
-            return orders.most > 0 ? std::min(size, orders.most) : size;
+            const std::lock_guard lock(Ordered().mutex);
+            return Ordered().most > 0 ? std::min(size, Ordered().most) : size;
         }
     }
 
@@ -109,42 +116,42 @@ namespace TestSupport
         {
             throw std::invalid_argument("no call of " + function + " can be made to fail");
         }
-        const std::lock_guard lock(orders.mutex);
-        orders.function = function;
-        orders.error = error;
-        orders.until = nth - 1;
-        orders.remaining = times;
-        orders.hasHappened = false;
+        const std::lock_guard lock(Ordered().mutex);
+        Ordered().function = function;
+        Ordered().error = error;
+        Ordered().until = nth - 1;
+        Ordered().remaining = times;
+        Ordered().hasHappened = false;
     }
 
     SystemFault::~SystemFault()
     {
-        const std::lock_guard lock(orders.mutex);
-        orders.remaining = 0;
+        const std::lock_guard lock(Ordered().mutex);
+        Ordered().remaining = 0;
     }
 
     bool SystemFault::HasHappened() const
     {
-        const std::lock_guard lock(orders.mutex);
-        return orders.hasHappened;
+        const std::lock_guard lock(Ordered().mutex);
+        return Ordered().hasHappened;
     }
 
     Stutter::Stutter(std::size_t most)
     {
-        const std::lock_guard lock(orders.mutex);
-        orders.most = most;
+        const std::lock_guard lock(Ordered().mutex);
+        Ordered().most = most;
     }
 
     Stutter::~Stutter()
     {
-        const std::lock_guard lock(orders.mutex);
-        orders.most = 0;
+        const std::lock_guard lock(Ordered().mutex);
+        Ordered().most = 0;
     }
 
     std::vector<std::string> TakeCalls()
     {
-        const std::lock_guard lock(orders.mutex);
-        return std::exchange(orders.calls, {});
+        const std::lock_guard lock(Ordered().mutex);
+        return std::exchange(Ordered().calls, {});
     }
 
     int OpenDescriptors()
@@ -158,7 +165,7 @@ using TestSupport::FailedRead;
 using TestSupport::Fails;
 using TestSupport::FailsOrIsInterrupted;
 using TestSupport::Limited;
-using TestSupport::orders;
+using TestSupport::Ordered;
 
 extern "C"
 {
@@ -206,8 +213,8 @@ extern "C"
         struct stat status = {};
         __real_fstat(file, &status);
         {
-            const std::lock_guard lock(orders.mutex);
-            orders.calls.emplace_back(S_ISDIR(status.st_mode) ? "fsync of a folder" : "fsync of a file");
+            const std::lock_guard lock(Ordered().mutex);
+            Ordered().calls.emplace_back(S_ISDIR(status.st_mode) ? "fsync of a folder" : "fsync of a file");
         }
         return FailsOrIsInterrupted("fsync") ? -1 : __real_fsync(file);
     }
