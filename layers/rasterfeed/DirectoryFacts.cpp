@@ -204,6 +204,14 @@ namespace RasterFeed
             }
         }
 
+        void KeepFirst(std::optional<std::uint32_t>& number, const Numbers& numbers, const Entry& entry)
+        {
+            if (!number)
+            {
+                number = ReadWhole(numbers, entry);
+            }
+        }
+
         std::string Encoded(const TiffPreamble& preamble, std::uint64_t number, unsigned width)
         {
             std::string bytes(width, '\0');
@@ -372,10 +380,7 @@ namespace RasterFeed
             switch (entry.tag)
             {
             case TIFFTAG_PHOTOMETRIC:
-                if (!facts.photometric)
-                {
-                    facts.photometric = ReadWhole(numbers, entry);
-                }
+                KeepFirst(facts.photometric, numbers, entry);
                 break;
             case TIFFTAG_COMPRESSION:
                 if (!facts.compression)
@@ -395,10 +400,7 @@ namespace RasterFeed
                 }
                 break;
             case TIFFTAG_T4OPTIONS:
-                if (!facts.faxOptions)
-                {
-                    facts.faxOptions = ReadWhole(numbers, entry);
-                }
+                KeepFirst(facts.faxOptions, numbers, entry);
                 break;
             case TIFFTAG_XRESOLUTION:
                 if (!resolutionSeen && isInFile)
@@ -425,16 +427,10 @@ namespace RasterFeed
                 subfileTypeSeen = true;
                 break;
             case TIFFTAG_OSUBFILETYPE:
-                if (!oldSubfileType)
-                {
-                    oldSubfileType = ReadWhole(numbers, entry);
-                }
+                KeepFirst(oldSubfileType, numbers, entry);
                 break;
             case TIFFTAG_INKSET:
-                if (!facts.inkSet)
-                {
-                    facts.inkSet = ReadWhole(numbers, entry);
-                }
+                KeepFirst(facts.inkSet, numbers, entry);
                 break;
             case TIFFTAG_EXTRASAMPLES:
                 KeepFirst(facts.extraSamples, entry);
