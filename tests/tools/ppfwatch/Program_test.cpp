@@ -243,8 +243,9 @@ namespace PpfWatchTest
 
         TEST_F(WatchTest, SetThatGetsAFileWhileItIsReadIsConvertedOnceMore)
         {
-            ConvertBy("ls p* >\"$out\"; [ -e p-K ] || cp p-C p-K");
+            ConvertBy("ls p* >\"$out\"; mv ../new p-K 2>/dev/null; true"); // two run at once, one moves it
             Drop("p-C");
+            folder.Write("new", SmallTiff(9));
             fs::create_directory(folder / "in/p-Folder");
             folder.Write("in/J.json", R"({"sheets":[{"front":[{"set":"p-*"}]}]})");
             folder.Write("in/Wrong.json", R"({"sheets":[{"front":[{"set":"p"}]}]})");
