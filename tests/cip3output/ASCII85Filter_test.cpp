@@ -1,7 +1,7 @@
 // The characters of ASCII85 data: groups within a call, across calls, and the last one.
 #include "cip3output/ASCII85Filter.h"
 #include "tests/cip3output/Bytes.h"
-#include "tests/cip3output/Decoders.h"
+#include "tests/cip3output/PlainLoops.h"
 #include "tests/cip3output/kernels/KernelTargets.h"
 
 #include <gtest/gtest.h>
@@ -57,27 +57,15 @@ namespace CIP3OutputTest
     {
         for (std::size_t size = 1; size < 40; ++size)
         {
-            const std::string bytes = Times(3, Literal(size) + std::string(size, '\0'));
+            const std::string bytes = Times(4, Literal(size) + std::string(size, '\0'));
             ASCII85Filter filter;
             std::string text;
             for (std::size_t i = 0; i < bytes.size(); i += size)
             {
                 text += Filtered(filter, bytes.substr(i, size));
             }
-            text += Finished(filter);
-            text.resize(text.size() - 2); // "~>"
-            EXPECT_EQ(ASCII85Decoded(text), bytes) << "calls of " << size;
+            EXPECT_EQ(text + Finished(filter), PlainLoops::ASCII85(bytes) + "~>") << "calls of " << size;
         }
-    }
-
-    /// Five characters for one byte: more than twice its size. The sanitizer watches the buffer's end.
-    TEST_P(ASCII85FilterTest, BufferFitsAGroupThatOneByteCompletes)
-    {
-        ASCII85Filter filter;
-        EXPECT_EQ(Filtered(filter, Hex("01")), "");
-        EXPECT_EQ(Filtered(filter, Hex("02")), "");
-        EXPECT_EQ(Filtered(filter, Hex("03")), "");
-        EXPECT_EQ(Filtered(filter, Hex("04")), "!<N?+");
     }
 
     INSTANTIATE_TEST_SUITE_P(, ASCII85FilterTest, testing::ValuesIn(TargetsOfThisMachine()), TargetName);

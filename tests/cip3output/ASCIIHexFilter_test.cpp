@@ -28,10 +28,4 @@ namespace CIP3OutputTest
         EXPECT_EQ(Filtered(filter, Hex("80")), "80");
         EXPECT_EQ(Finished(filter), ">");
     }
-
-    TEST(ASCIIHexFilter, EndOfDataNeedsNoLineBefore)
-    {
-        ASCIIHexFilter filter;
-        EXPECT_EQ(Finished(filter), ">");
-    }
 }

@@ -2,7 +2,6 @@
 
 #include "cip3output/CIP3ParameterExtractor.h"
 #include "rasteroutput/ExtractionDispatcher.h"
-#include "rasteroutput/ScanLineRef.h"
 
 #include <WidePathLib.h>
 
@@ -40,6 +39,20 @@ namespace CIP3OutputTest
         painter.Initialize(raster, extractor);
     }
 
+    void PpfScribe::StartSurface(const std::vector<std::string>& names)
+    {
+        Start();
+        BeginSheet();
+        BeginSurface(0, names);
+    }
+
+    std::string PpfScribe::FinishSurface()
+    {
+        EndSurface();
+        EndSheet();
+        return Finish();
+    }
+
     void PpfScribe::BeginSheet(const std::string& name)
     {
         sheet.sheetName = name;
@@ -61,21 +74,10 @@ namespace CIP3OutputTest
         painter.BeginSeparation();
         for (const std::string& line : lines)
         {
-            Line(line);
+            std::string bytes = line;
+            painter.ProcessScanLine(LineOver(bytes));
         }
         painter.EndSeparation();
-    }
-
-    void PpfScribe::Line(const std::string& bytes)
-    {
-        std::vector<unsigned char> buffer(bytes.begin(), bytes.end());
-        ScanLineRef line;
-        line.componentsPerSample = 1;
-        line.bitsPerComponent = 8;
-        line.width = static_cast<std::int32_t>(buffer.size());
-        line.ResetPlanes();
-        line[0].SetRange(buffer.data(), buffer.data() + buffer.size());
-        painter.ProcessScanLine(line);
     }
 
     std::string PpfScribe::Finish()
@@ -96,6 +98,18 @@ namespace CIP3OutputTest
     std::string PpfScribe::File() const
     {
         return FileExists() ? TestSupport::Folder::BytesOf(path) : "";
+    }
+
+    ScanLineRef LineOver(std::string& bytes)
+    {
+        auto* const begin = reinterpret_cast<unsigned char*>(bytes.data());
+        ScanLineRef line;
+        line.componentsPerSample = 1;
+        line.bitsPerComponent = 8;
+        line.width = static_cast<std::int32_t>(bytes.size());
+        line.ResetPlanes();
+        line[0].SetRange(begin, begin + bytes.size());
+        return line;
     }
 
     std::string Between(const std::string& text, const std::string& begin, const std::string& end)

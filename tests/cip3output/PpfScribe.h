@@ -2,6 +2,7 @@
 #pragma once
 
 #include "cip3output/CIP3Painter.h"
+#include "rasteroutput/ScanLineRef.h"
 #include "tests/support/Folder.h"
 
 #include <cstdint>
@@ -28,11 +29,13 @@ namespace CIP3OutputTest
 
         /// Initialises the painter, as `Finish` finalises it.
         void Start();
+        /// The same up to a surface's separations, and from there on.
+        void StartSurface(const std::vector<std::string>& names = {"Black"});
+        std::string FinishSurface();
         void BeginSheet(const std::string& name = "S1");
         void BeginSurface(std::int32_t side = 0, const std::vector<std::string>& names = {"Black"});
         /// A whole separation of these lines.
         void Separation(const std::vector<std::string>& lines);
-        void Line(const std::string& bytes);
         void EndSurface() { painter.EndSurface(); }
         void EndSheet() { painter.EndSheet(); }
         /// The finished file.
@@ -55,6 +58,9 @@ namespace CIP3OutputTest
         TestSupport::Folder folder;
         std::string path = folder / "out.ppf";
     };
+
+    /// A line of one 8-bit component over these bytes.
+    RasterOutput::ScanLineRef LineOver(std::string& bytes);
 
     /// What stands in `text` between the first `begin` and the first `end` after it.
     std::string Between(const std::string& text, const std::string& begin, const std::string& end);
