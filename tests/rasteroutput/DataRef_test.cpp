@@ -13,16 +13,6 @@ namespace RasterOutputTest
 
     static_assert(!std::has_virtual_destructor_v<DataRef_Impl<DataRefTraits>>);
 
-    TEST(DataRef, CopyRefersToTheSameBytes)
-    {
-        Bytes bytes{1, 2, 3};
-        const DataRef_Impl<DataRefTraits> original = PlaneOf(bytes);
-        const DataRef_Impl<DataRefTraits> copy = original;
-        EXPECT_EQ(copy.begin, bytes.data());
-        EXPECT_EQ(copy.size(), 3u);
-        EXPECT_EQ(DataRef_Impl<DataRefTraits>().size(), 0u);
-    }
-
     TEST(DataRefInstance, RangeIsTheWholeArrayAndMovesThroughAllocateAlone)
     {
         Bytes elsewhere(8);

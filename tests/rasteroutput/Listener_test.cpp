@@ -1,11 +1,9 @@
-// Links seen from the listener's end, and who names whom when either end dies.
+// Links seen from the listener's end.
 #include "rasteroutput/Broadcaster.h"
 #include "rasteroutput/Listener.h"
 #include "tests/rasteroutput/Failures.h"
 
 #include <gmock/gmock.h>
-
-#include <optional>
 
 namespace RasterOutputTest
 {
@@ -17,64 +15,31 @@ namespace RasterOutputTest
         MOCK_METHOD(void, HandleBroadcast, (std::uint32_t message, std::uint32_t data), (override));
     };
 
-    class ListenerTest : public testing::Test
+    TEST(Listener, StopListeningGoesBackAsFarAsTheBroadcasterThatIsBusy)
     {
-    protected:
-        ListenerTest()
+        Broadcaster a, b, c;
+        MockListener listener;
+        for (Broadcaster* const broadcaster : {&a, &b, &c})
         {
-            for (Broadcaster* const broadcaster : {&a, &*b, &c})
-            {
-                broadcaster->AddListener(&*listener);
-            }
+            broadcaster->AddListener(&listener);
         }
-
-        Broadcaster a;
-        std::optional<Broadcaster> b{std::in_place};
-        Broadcaster c;
-        std::optional<MockListener> listener{std::in_place};
-    };
-
-    TEST_F(ListenerTest, DestroyedBroadcasterIsForgottenAndTheOthersStay)
-    {
-        const Broadcaster* const address = &*b;
-        b.reset();
-        EXPECT_FALSE(listener->HasBroadcaster(address));
-        EXPECT_TRUE(listener->HasBroadcaster(&a));
-        EXPECT_TRUE(a.HasListener(&*listener));
-    }
-
-    TEST_F(ListenerTest, DestroyedListenerIsForgottenByAll)
-    {
-        const Listener* const address = &*listener;
-        listener.reset();
-        EXPECT_FALSE(a.HasListener(address));
-        EXPECT_FALSE(b->HasListener(address));
-        a.BroadcastMessage(0, 0);
-    }
-
-    TEST_F(ListenerTest, StopListeningDetachesBothEnds)
-    {
-        listener->StopListening();
-        EXPECT_FALSE(listener->HasBroadcaster(&a));
-        EXPECT_FALSE(a.HasListener(&*listener));
-        EXPECT_FALSE(c.HasListener(&*listener));
-    }
-
-    TEST_F(ListenerTest, StopListeningGoesBackAsFarAsTheBroadcasterThatIsBusy)
-    {
-        EXPECT_CALL(*listener, HandleBroadcast(1, 2))
+        EXPECT_CALL(listener, HandleBroadcast(1, 2))
             .WillOnce(
-                [this](auto...)
-                {
+                [&](auto...) {
                     EXPECT_THAT(
-                        [this] { listener->StopListening(); },
+                        [&] { listener.StopListening(); },
                         FailsWith("Removing listeners mid-broadcast is not supported"));
                 });
-        b->BroadcastMessage(1, 2);
-        EXPECT_FALSE(c.HasListener(&*listener));
-        EXPECT_FALSE(listener->HasBroadcaster(&c));
-        EXPECT_TRUE(b->HasListener(&*listener));
-        EXPECT_TRUE(listener->HasBroadcaster(&*b));
-        EXPECT_TRUE(a.HasListener(&*listener));
+        b.BroadcastMessage(1, 2);
+        EXPECT_FALSE(c.HasListener(&listener));
+        EXPECT_FALSE(listener.HasBroadcaster(&c));
+        EXPECT_TRUE(b.HasListener(&listener));
+        EXPECT_TRUE(listener.HasBroadcaster(&b));
+        EXPECT_TRUE(a.HasListener(&listener));
+
+        listener.StopListening();
+        EXPECT_FALSE(b.HasListener(&listener));
+        EXPECT_FALSE(a.HasListener(&listener));
+        EXPECT_FALSE(listener.HasBroadcaster(&a));
     }
 }

@@ -54,35 +54,17 @@ namespace RasterOutputTest
         LateUser lateUser;
     }
 
-    TEST(ProcessWideDeathTest, EntriesLeftAtTheEndOfTheProcessDoNoHarm)
+    TEST(ProcessWideDeathTest, EntriesLeftAtTheEndOfTheProcessDoNoHarmAndCanBeUsed)
     {
-        const auto leave = []
+        const auto leave = [](bool armed, void (*atExit)())
         {
+            std::atexit(atExit);
             RegisterAll();
+            lateUser.armed = armed;
             std::exit(0);
         };
-        EXPECT_EXIT(leave(), testing::ExitedWithCode(0), "^$");
-    }
-
-    TEST(ProcessWideDeathTest, StaticsOlderThanTheTablesCanUseThem)
-    {
-        const auto leave = []
-        {
-            RegisterAll();
-            lateUser.armed = true;
-            std::exit(0);
-        };
-        EXPECT_EXIT(leave(), testing::ExitedWithCode(7), "^$");
-    }
-
-    TEST(ProcessWideDeathTest, ExitHandlersOlderThanTheTablesCanUseThem)
-    {
-        const auto leave = []
-        {
-            std::atexit(&UseTables);
-            RegisterAll();
-            std::exit(0);
-        };
-        EXPECT_EXIT(leave(), testing::ExitedWithCode(7), "^$");
+        EXPECT_EXIT(leave(false, [] {}), testing::ExitedWithCode(0), "^$");
+        EXPECT_EXIT(leave(true, [] {}), testing::ExitedWithCode(7), "^$") << "by a static that is older";
+        EXPECT_EXIT(leave(false, &UseTables), testing::ExitedWithCode(7), "^$") << "by an exit handler that is older";
     }
 }

@@ -106,29 +106,23 @@ namespace RasterOutputTest
 
     TEST_F(ProcessorTest, RefusesWhatItHasNoHandlerFor)
     {
-        constexpr char OneBit[] = "1 bit data is not supported by this painter process";
-        constexpr char EightBit[] = "8 bit data is not supported by this painter process";
-        const auto line = [&](std::uint32_t bits) { return PlanarChunk<ScanLineRef>(bits, 8, 1, {&bytes}); };
-        const auto band = [&](std::uint32_t bits) { return PlanarChunk<RasterBandRef>(bits, 8, 2, {&bytes}); };
-        const auto tile = [&](std::uint32_t bits) { return PlanarChunk<RawChunkRef>(bits, 8, 2, {&bytes}); };
-
-        EXPECT_THAT([&] { bare.ProcessScanLine(line(1)); }, FailsWith(OneBit));
-        EXPECT_THAT([&] { bare.ProcessScanLine(line(8)); }, FailsWith(EightBit));
-        EXPECT_THAT([&] { bare.ProcessRasterBand(band(1)); }, FailsWith(OneBit));
-        EXPECT_THAT([&] { bare.ProcessRasterBand(band(8)); }, FailsWith(EightBit));
-        EXPECT_THAT([&] { bare.ProcessTile(tile(1)); }, FailsWith(OneBit));
-        EXPECT_THAT([&] { bare.ProcessTile(tile(8)); }, FailsWith(EightBit));
-        for (const std::uint32_t bits : {0u, 16u})
+        const auto expectRefusals = [](const std::string& operation, auto process)
         {
-            EXPECT_THAT(
-                [&] { bare.ProcessScanLine(line(bits)); },
-                FailsWith("Unsupported bit depth in Processor::ProcessScanLine"));
-            EXPECT_THAT(
-                [&] { bare.ProcessRasterBand(band(bits)); },
-                FailsWith("Unsupported bit depth in Processor::ProcessRasterBand"));
-            EXPECT_THAT(
-                [&] { bare.ProcessTile(tile(bits)); }, FailsWith("Unsupported bit depth in Processor::ProcessTile"));
-        }
+            EXPECT_THAT([&] { process(1); }, FailsWith("1 bit data is not supported by this painter process"));
+            EXPECT_THAT([&] { process(8); }, FailsWith("8 bit data is not supported by this painter process"));
+            const std::string text = "Unsupported bit depth in Processor::" + operation;
+            EXPECT_THAT([&] { process(0); }, FailsWith(text.c_str()));
+            EXPECT_THAT([&] { process(16); }, FailsWith(text.c_str()));
+        };
+        expectRefusals(
+            "ProcessScanLine",
+            [&](std::uint32_t bits) { bare.ProcessScanLine(PlanarChunk<ScanLineRef>(bits, 8, 1, {&bytes})); });
+        expectRefusals(
+            "ProcessRasterBand",
+            [&](std::uint32_t bits) { bare.ProcessRasterBand(PlanarChunk<RasterBandRef>(bits, 8, 2, {&bytes})); });
+        expectRefusals(
+            "ProcessTile",
+            [&](std::uint32_t bits) { bare.ProcessTile(PlanarChunk<RawChunkRef>(bits, 8, 2, {&bytes})); });
         ExpectCounters(bare, 0, 0, 0, 0);
     }
 

@@ -49,16 +49,6 @@ namespace RasterOutputTest
         EXPECT_TRUE(chunk.uniform);
     }
 
-    TEST(ScanLineRef, StartsAsAnEmptyRow)
-    {
-        const ScanLineRef line;
-        EXPECT_EQ(line.GetHeight(), 1);
-        EXPECT_EQ(line.GetWidth(), 0);
-        EXPECT_EQ(line.planar, 1u);
-        EXPECT_EQ(line.size(), 0u);
-        EXPECT_TRUE(line.uniform && line.uniformKnown);
-    }
-
     struct UniformityCase
     {
         const char* remark;

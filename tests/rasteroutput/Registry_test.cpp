@@ -60,20 +60,6 @@ namespace RasterOutputTest
         std::vector<std::string> names;
     };
 
-    TEST_F(RegistryTest, FindsEachNameWhateverTheOrderOfRegistration)
-    {
-        Register("m", &NewMarked<'m'>);
-        Register("z", &NewMarked<'z'>);
-        Register("", &NewMarked<'0'>);
-        Register("mm", &NewMarked<'2'>);
-        Register("M", &NewMarked<'M'>);
-        EXPECT_TRUE(Makes<'m'>("m"));
-        EXPECT_TRUE(Makes<'z'>("z"));
-        EXPECT_TRUE(Makes<'0'>(""));
-        EXPECT_TRUE(Makes<'2'>("mm"));
-        EXPECT_TRUE(Makes<'M'>("M"));
-    }
-
     TEST_F(RegistryTest, SecondRegistrationFailsAndLeavesTheFirst)
     {
         Register("one", &NewMarked<'1'>);
