@@ -5,7 +5,6 @@
 #include "tests/Sheetvane/Failures.h"
 #include "tests/Sheetvane/FakeReader.h"
 #include "tests/Sheetvane/Values.h"
-#include "tests/support/Allocations.h"
 #include "tests/support/Folder.h"
 
 #include <gmock/gmock.h>
@@ -82,15 +81,6 @@ namespace SheetvaneTest
             const std::string out = folder / "out.ppf";
             Sheetvane::ConverterImpl job;
         };
-    }
-
-    TEST_F(ConversionDriver, JobWithoutSheetsIsHeaderAndEnd)
-    {
-        EXPECT_EQ(Convert(out), "[nothing]");
-        EXPECT_EQ(
-            folder.Read("out.ppf"), "%!PS-Adobe-3.0\n%%CIP3-File Version 3.0\n%\xE2\xE3\xCF\xD3\n\n"
-                                    "%%CIP3EndOfFile\n");
-        EXPECT_EQ(job.painterParameters.sheetCount, 0u);
     }
 
     TEST_F(ConversionDriver, SurfacesGoFrontFirstAndSeparationsInOrder)
@@ -195,22 +185,20 @@ namespace SheetvaneTest
         EXPECT_EQ(TestSupport::Folder::BytesOf(odd).size(), 62u);
     }
 
-    TEST_F(ConversionDriver, FolderThatCannotBeMadeFails)
+    TEST_F(ConversionDriver, PlaceThatTakesNoFolderOrNoFileFails)
     {
-        EXPECT_EQ(Convert("bare.ppf"), "Error creating folder for CIP3 file");
-        EXPECT_EQ(Convert(""), "Error creating folder for CIP3 file");
-        std::filesystem::create_symlink(folder / "nowhere", folder / "dangling");
-        EXPECT_EQ(Convert(folder / "dangling/out.ppf"), "Error creating folder for CIP3 file");
-        EXPECT_EQ(job.painterParameters.filePath, L"");
-    }
-
-    TEST_F(ConversionDriver, PlaceThatTakesNoFileFails)
-    {
+        constexpr char NoFolder[] = "Error creating folder for CIP3 file";
+        constexpr char NoFile[] = "Could not open CIP3 file";
         folder.Write("file", "kept");
-        EXPECT_EQ(Convert(folder / "file/out.ppf"), "Could not open CIP3 file");
-        EXPECT_EQ(Convert(folder / "file/below/out.ppf"), "Error creating folder for CIP3 file");
         std::filesystem::create_directory(out);
-        EXPECT_EQ(Convert(out), "Could not open CIP3 file");
+        std::filesystem::create_symlink(folder / "nowhere", folder / "dangling");
+        EXPECT_EQ(Convert("bare.ppf"), NoFolder);
+        EXPECT_EQ(Convert(""), NoFolder);
+        EXPECT_EQ(Convert(folder / "dangling/out.ppf"), NoFolder);
+        EXPECT_EQ(Convert(folder / "file/below/out.ppf"), NoFolder);
+        EXPECT_EQ(job.painterParameters.filePath, L"");
+        EXPECT_EQ(Convert(folder / "file/out.ppf"), NoFile);
+        EXPECT_EQ(Convert(out), NoFile);
         EXPECT_EQ(folder.Read("file"), "kept");
     }
 
@@ -285,42 +273,5 @@ namespace SheetvaneTest
         EXPECT_THAT(folder.Read("out.ppf"), HasSubstr("/CIP3AdmSeparationNames [ (Black) ] def\n"));
         EXPECT_EQ(Lines(folder.Read("out.ppf"), "CIP3BeginSeparation"), "CIP3BeginSeparation\nCIP3BeginSeparation\n");
         EXPECT_THAT(folder.Read("out.ppf"), Not(HasSubstr("CIP3BeginBack")));
-    }
-
-    TEST_F(ConversionDriver, TheLineLoopAllocatesNothingAfterItsFirstLines)
-    {
-        fake.separations["k.tif"] = {1, 1, 200, 100};
-        AddFront("S1");
-        std::vector<long> counts;
-        counts.reserve(200);
-        fake.beforeLine = [&] { counts.push_back(TestSupport::AllocationCount()); };
-        job.painterParameters.compression = 1;
-        job.painterParameters.encoding = 2;
-        EXPECT_EQ(Convert(out), "[nothing]");
-        ASSERT_EQ(counts.size(), 200u);
-        EXPECT_EQ(counts[2], counts[199]); // the second is longer by what the first left of an ASCII85 group
-    }
-
-    TEST_F(ConversionDriver, AnyAllocationThatFailsEndsInAFailureAndNothingLeaks)
-    {
-        AddFront("S1");
-        AddFront("S2").backSeparationNames = {"none"};
-        const KX_TURL location = Location(out);
-        std::string text;
-        std::size_t count = 0;
-        do
-        {
-            fake.log.clear();
-            TestSupport::FailOneAllocation(static_cast<long>(++count));
-            text = FailureOf([&] { Sheetvane::CreateCIP3File(job, location); });
-            TestSupport::AllowAllocations();
-            EXPECT_TRUE(
-                text == General || text == "[std::exception: std::bad_alloc]" || text == "[nothing]" ||
-                text.find("Could not make painter") != std::string::npos || text == "Could not open CIP3 file")
-                << count << ": " << text;
-            EXPECT_EQ(fake.openReaders, 0) << count;
-        } while (text != "[nothing]" && count < 10000);
-        EXPECT_GT(count, 20u);
-        EXPECT_EQ(Convert(out), "[nothing]");
     }
 }

@@ -4,21 +4,16 @@
 #include "frontend/ConverterImpl.h"
 #include "rasteroutput/Exception.h"
 #include "rasteroutput/PainterRegistry.h"
-#include "tests/support/Allocations.h"
-#include "tests/support/Failures.h"
 
 #include <Sheetvane/SheetvaneConverter.h>
 
 #include <gtest/gtest.h>
 
 #include <memory>
-#include <new>
 #include <stdexcept>
 
 namespace SheetvaneTest
 {
-    using Sheetvane::ConverterImpl;
-
     namespace
     {
         int initialisations = 0;
@@ -32,63 +27,14 @@ namespace SheetvaneTest
         return initialisationSucceeds;
     }
 
-    TEST(ConverterImpl, ANewJobIsEmptyAndHasItsDefaults)
-    {
-        const ConverterImpl job;
-        EXPECT_TRUE(job.sheets.empty());
-        EXPECT_EQ(job.processorParameters.width, 300);
-        EXPECT_EQ(job.processorParameters.height, 300);
-        EXPECT_EQ(job.processorParameters.xResolution, 72.0);
-        EXPECT_EQ(job.processorParameters.yResolution, 72.0);
-        EXPECT_EQ(job.processorParameters.bitsPerComponent, 8u);
-        EXPECT_EQ(job.processorParameters.planar, 1u);
-        EXPECT_EQ(job.painterParameters.filePath, L"");
-        EXPECT_EQ(job.painterParameters.sheetCount, 1u);
-        EXPECT_EQ(job.painterParameters.compression, 1);
-        EXPECT_EQ(job.painterParameters.encoding, 2);
-        EXPECT_EQ(job.surfaceTemplate.side, 0);
-    }
-
-    TEST(ConverterImpl, SecondOneIsRefusedAndTheFirstStaysRegistered)
-    {
-        auto first = std::make_unique<ConverterImpl>();
-        EXPECT_EQ(
-            TestSupport::FailureOf<RasterOutput::Exception>([] { const ConverterImpl second; }),
-            "CIP3Painter painter identifier already registered");
-        EXPECT_NE(RasterOutput::MakePainter("CIP3Painter"), nullptr);
-        first.reset();
-        EXPECT_NO_THROW(ConverterImpl());
-    }
-
     TEST(ConverterImpl, ItsEndLeavesNoEntryBehind)
     {
-        auto job = std::make_unique<ConverterImpl>();
+        auto job = std::make_unique<Sheetvane::ConverterImpl>();
         const boost::shared_ptr<RasterOutput::Painter> painter = RasterOutput::MakePainter("CIP3Painter");
         job.reset();
         EXPECT_THROW(RasterOutput::MakePainter("CIP3Painter"), RasterOutput::Exception);
         Sheetvane::CIP3ParameterExtractor extractor;
         EXPECT_THROW(painter->Initialize({}, extractor), std::runtime_error);
-    }
-
-    TEST(ConverterImpl, AllocationThatFailsLeavesNothingRegistered)
-    {
-        bool constructed = false;
-        long count = 0;
-        while (!constructed && count < 1000)
-        {
-            TestSupport::FailOneAllocation(++count);
-            try
-            {
-                const ConverterImpl job;
-                constructed = true;
-            }
-            catch (const std::bad_alloc&)
-            {
-                EXPECT_THROW(RasterOutput::MakePainter("CIP3Painter"), RasterOutput::Exception) << count;
-            }
-            TestSupport::AllowAllocations();
-        }
-        EXPECT_TRUE(constructed);
     }
 
     TEST(Initialisation, FailedOneIsTriedAgainAndASuccessfulOneIsNot)

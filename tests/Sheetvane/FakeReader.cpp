@@ -1,7 +1,4 @@
-// What the fakes allocate themselves neither counts nor fails.
 #include "tests/Sheetvane/FakeReader.h"
-
-#include "tests/support/Allocations.h"
 
 #include <RasterFeedLib.h>
 
@@ -32,12 +29,10 @@ namespace SheetvaneTest
 }
 
 using SheetvaneTest::FakeReader;
-using TestSupport::OutsideTheCount;
 using Trouble = SheetvaneTest::FakeSeparation::Trouble;
 
 FileBlock FileBlockAlloc(std::uint32_t flags, const char* access)
 {
-    const OutsideTheCount notOurs;
     FakeReader& fake = FakeReader::Instance();
     if (fake.blocksRunOut)
     {
@@ -50,36 +45,29 @@ FileBlock FileBlockAlloc(std::uint32_t flags, const char* access)
 
 std::int32_t FileBlockOpen(FileBlock, const char* name, const char* defaultExtension, std::uint32_t flags)
 {
-    const OutsideTheCount notOurs;
     FakeReader::Instance().log +=
         std::string("open ") + name + ' ' + defaultExtension + ' ' + std::to_string(flags) + '\n';
     return -1;
 }
 
-std::int64_t FileBlockSeek(FileBlock, std::uint32_t position)
+std::int64_t FileBlockSeek(FileBlock, std::uint32_t)
 {
-    const OutsideTheCount notOurs;
-    FakeReader::Instance().log += "seek " + std::to_string(position) + '\n';
-    return 1000 + std::int64_t{position};
+    return -1;
 }
 
-std::int64_t FileBlockRead(FileBlock, void*, std::uint32_t size)
+std::int64_t FileBlockRead(FileBlock, void*, std::uint32_t)
 {
-    const OutsideTheCount notOurs;
-    FakeReader::Instance().log += "read " + std::to_string(size) + '\n';
-    return size;
+    return -1;
 }
 
 std::int32_t FileBlockClose(FileBlock)
 {
-    const OutsideTheCount notOurs;
     FakeReader::Instance().log += "close\n";
     return 5;
 }
 
 std::int32_t FileBlockFree(FileBlock block)
 {
-    const OutsideTheCount notOurs;
     FakeReader::Instance().log += "free\n";
     --FakeReader::Instance().openBlocks;
     delete block;
@@ -89,24 +77,19 @@ std::int32_t FileBlockFree(FileBlock block)
 RasterFeedHandle RasterFeedInit(const RasterFeedOpenRecord* record)
 {
     FakeReader& fake = FakeReader::Instance();
-    {
-        const OutsideTheCount notOurs;
-        fake.log += "init\n";
-    }
+    fake.log += "init\n";
     const auto found = fake.separations.find(record->path);
     if (found == fake.separations.end() || found->second.trouble == Trouble::NullReader)
     {
         return nullptr;
     }
     const FileBlock block = record->callbacks.open(record->path);
-    const OutsideTheCount notOurs;
     ++fake.openReaders;
     return new RasterFeedReader{record->callbacks, block, found->second, 0};
 }
 
 std::int32_t RasterFeedSelect(RasterFeedHandle, const RasterFeedSelection* selection)
 {
-    const OutsideTheCount notOurs;
     std::ostringstream view;
     view << selection->resolution << ' ' << selection->reduceAbove << ' ' << selection->inputResolution << ' '
          << static_cast<int>(selection->orientation);
@@ -117,7 +100,6 @@ std::int32_t RasterFeedSelect(RasterFeedHandle, const RasterFeedSelection* selec
 std::int32_t RasterFeedSelectChannels(
     RasterFeedHandle reader, const RasterFeedSelection* selection, const std::uint32_t* channels, std::uint32_t count)
 {
-    const OutsideTheCount notOurs;
     std::ostringstream choice;
     choice << "page " << selection->page << " channels";
     std::for_each(channels, channels + count, [&](std::uint32_t channel) { choice << ' ' << channel; });
@@ -132,7 +114,6 @@ RasterFeedDescription RasterFeedProbe(const std::string&, RasterFeedDepth, const
 
 std::int32_t RasterFeedHeader(RasterFeedHandle reader, RasterFeedImageHeader* header)
 {
-    const OutsideTheCount notOurs;
     const SheetvaneTest::FakeSeparation& separation = reader->separation;
     if (separation.trouble == Trouble::HeaderCallsFailure)
     {
@@ -147,12 +128,6 @@ std::int32_t RasterFeedHeader(RasterFeedHandle reader, RasterFeedImageHeader* he
 
 std::int32_t RasterFeedLine(RasterFeedHandle reader, unsigned char* const* lines, std::uint32_t count)
 {
-    const OutsideTheCount notOurs;
-    FakeReader& fake = FakeReader::Instance();
-    if (fake.beforeLine)
-    {
-        fake.beforeLine();
-    }
     const std::uint32_t number = reader->nextLine++;
     const SheetvaneTest::FakeSeparation& separation = reader->separation;
     if (count != 1 || (separation.trouble == Trouble::LineFails && number == separation.troubleAtLine))
@@ -172,7 +147,6 @@ std::int32_t RasterFeedLine(RasterFeedHandle reader, unsigned char* const* lines
 
 void RasterFeedEnd(RasterFeedHandle reader, std::int32_t* scratch)
 {
-    const OutsideTheCount notOurs;
     const std::unique_ptr<RasterFeedReader> ended(reader);
     *scratch = -1;
     --FakeReader::Instance().openReaders;

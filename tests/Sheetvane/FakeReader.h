@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -36,7 +35,6 @@ namespace SheetvaneTest
         std::map<std::string, FakeSeparation> separations; ///< by path; what is not here gives no reader
         bool blocksRunOut = false;
         bool selectionFails = false;
-        std::function<void()> beforeLine; ///< called with each line that is asked for, if set
         std::string log;
         int openReaders = 0;
         int openBlocks = 0;

@@ -2,7 +2,6 @@
 #include "frontend/SheetIntake.h"
 #include "tests/Sheetvane/Failures.h"
 #include "tests/Sheetvane/Values.h"
-#include "tests/support/Allocations.h"
 
 #include <gmock/gmock.h>
 
@@ -59,13 +58,6 @@ namespace SheetvaneTest
         EXPECT_EQ(sheets[0].parameters.units, RasterOutput::CIP3Units::Point);
     }
 
-    TEST_F(SheetIntake, BackAloneIsASheet)
-    {
-        EXPECT_EQ(Add({}, {}, Names({"Red", "Red"}), Files({"missing", "missing"})), "[nothing]");
-        EXPECT_THAT(sheets[0].frontSeparationNames, IsEmpty());
-        EXPECT_THAT(sheets[0].backSeparationNames, ElementsAre("Red", "Red"));
-    }
-
     TEST_F(SheetIntake, TextIsCutAtAZeroByteAndMayBeEmpty)
     {
         const std::string name = "Cy\0an"s;
@@ -119,18 +111,5 @@ namespace SheetvaneTest
         EXPECT_THAT(sheets[0].frontFilePaths, ElementsAre("c.tif"));
         EXPECT_THAT(sheets[0].backSeparationNames, ElementsAre("Cyan"));
         EXPECT_THAT(sheets[0].backFilePaths, ElementsAre("c.tif"));
-    }
-
-    TEST_F(SheetIntake, ListThatCannotGrowLeavesTheJobAsItWas)
-    {
-        TestSupport::FailOneAllocation(1);
-        EXPECT_EQ(Add({}, {}), "[std::exception: std::bad_alloc]");
-        EXPECT_EQ(sheets.size(), 0u);
-
-        const KX_TArray names = Names({"Cyan"}), files = Files({"c.tif"}), none;
-        sheets.reserve(1);
-        TestSupport::FailOneAllocation(1);
-        EXPECT_EQ(Add(names, files, none, none), "Could not convert input data");
-        EXPECT_EQ(sheets.size(), 1u);
     }
 }

@@ -90,23 +90,6 @@ namespace SheetvaneTest
         }
     }
 
-    TEST_F(Converter, ParametersStandInTheSection)
-    {
-        AddTwoSheets();
-        converter.SetOptionalParameters(
-            0, DictOf(
-                   {{"alpha", KX_TDouble(0.5)},
-                    {"CIP3AdmPSExtent", Text("[ 8.5 inch 11 inch ]")},
-                    {"Zeta", DictOf({{"value", KX_TInt32(135)}, {"units", Text("g")}})}}));
-        EXPECT_THAT(
-            Written(out), HasSubstr("/CIP3AdmSheetName (S1) def\n"
-                                    "/CIP3AdmPSExtent [ 8.5 inch 11 inch ] def\n"
-                                    "/CIP3TransferFilmCurveData [0.0 0.0 1.0 1.0] def\n"
-                                    "/CIP3TransferPlateCurveData [0.0 0.0 1.0 1.0] def\n"
-                                    "/Zeta 135 g def\n"
-                                    "/alpha 0.500000 def\n\n"));
-    }
-
     TEST_F(Converter, LocaleOfTheHostChangesNothing)
     {
         folder.Write("black.tif", PlainTiff(std::vector<std::string>(3, std::string(1200, '\x55')), 50.8));
@@ -131,17 +114,6 @@ namespace SheetvaneTest
         };
         allocationsFor(200); // whatever is made once
         EXPECT_EQ(allocationsFor(200), allocationsFor(2000));
-    }
-
-    TEST_F(Converter, FailedSheetsCountAndTheJobGoesOn)
-    {
-        EXPECT_EQ(converter.GetNumSheets(), 0u);
-        EXPECT_EQ(FailureOf([&] { converter.AddSheet({}, {}, {}, {}); }), "No input files specified");
-        EXPECT_EQ(converter.GetNumSheets(), 1u);
-        AddTwoSheets();
-        EXPECT_EQ(converter.GetNumSheets(), 3u);
-        EXPECT_EQ(FailureOf([&] { converter.SetRequiredParameters(3, {}); }), "Sheet index out of bounds");
-        EXPECT_EQ(FailureOf([&] { converter.CreateCIP3File(Location(out)); }), "Problem converting TIFF files to CIP3");
     }
 
     TEST_F(Converter, TiffThatIsMissingOrDamagedFailsAndSaysNothingElsewhere)

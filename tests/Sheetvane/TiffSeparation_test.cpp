@@ -1,6 +1,5 @@
 // Separations through a fake reader: what the reader is told, what becomes of its numbers and lines, and that it is
 // ended whatever happens.
-#include "frontend/SeparationCallbacks.h"
 #include "frontend/TiffReader.h"
 #include "frontend/TiffSeparation.h"
 #include "tests/Sheetvane/Failures.h"
@@ -99,17 +98,5 @@ namespace SheetvaneTest
         fake.separations["a.tif"].trouble = Trouble::None;
         fake.blocksRunOut = true;
         EXPECT_EQ(ReadGeometry("a.tif"), "Could not allocate file handle");
-    }
-
-    TEST_F(TiffSeparation, CallbacksHandOnWhatTheFileLibraryGives)
-    {
-        const RasterFeedCallbacks& callbacks = Sheetvane::SeparationCallbacks;
-        const FileBlock block = callbacks.open("a");
-        EXPECT_EQ(callbacks.seek(block, 7), 1007);
-        EXPECT_EQ(callbacks.read, &FileBlockRead);
-        EXPECT_EQ(callbacks.close(block), 6);
-        callbacks.idle();
-        EXPECT_EQ(FailureOf(Sheetvane::SeparationCallbacks.failure), "Could not read intermediate tiff file");
-        EXPECT_EQ(fake.log, "alloc 0 STR,SEQ\nopen a .tif 0\nseek 7\nclose\nfree\n");
     }
 }
