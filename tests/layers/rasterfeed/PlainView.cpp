@@ -80,25 +80,11 @@ namespace RasterFeedTest
 
     PlainImage Upright(PlainImage stored, int orientation)
     {
-        switch (orientation)
-        {
-        case 2:
-            return TurnedBy(std::move(stored), 2, true);
-        case 3:
-            return TurnedBy(std::move(stored), 2, false);
-        case 4:
-            return TurnedBy(std::move(stored), 0, true);
-        case 5: // the first row is the left side, the first column the top
-            return TurnedBy(std::move(stored), 1, true);
-        case 6: // the first row is the right side, the first column the top
-            return TurnedBy(std::move(stored), 3, false);
-        case 7: // the first row is the right side, the first column the bottom
-            return TurnedBy(std::move(stored), 3, true);
-        case 8: // the first row is the left side, the first column the bottom
-            return TurnedBy(std::move(stored), 1, false);
-        default:
-            return stored;
-        }
+        // Orientations 1 to 8: turned by so many quarters, and then mirrored top to bottom.
+        constexpr int Quarters[] = {0, 2, 2, 0, 1, 3, 3, 1};
+        constexpr bool IsMirrored[] = {false, true, false, true, true, false, true, false};
+        const int place = std::max(orientation, 1) - 1; // without the tag it is 1
+        return TurnedBy(std::move(stored), Quarters[place], IsMirrored[place]);
     }
 
     PlainImage Turned(PlainImage upright, RasterFeedOrientation orientation)

@@ -87,27 +87,6 @@ namespace RasterFeedTest
         }
     }
 
-    TEST(Reduction, EveryCompression)
-    {
-        for (const std::uint16_t compression : Values{
-                 COMPRESSION_NONE, COMPRESSION_PACKBITS, COMPRESSION_LZW, COMPRESSION_ADOBE_DEFLATE, COMPRESSION_ZSTD,
-                 COMPRESSION_LZMA, COMPRESSION_CCITTRLE, COMPRESSION_CCITTFAX3, COMPRESSION_CCITTFAX4})
-        {
-            for (const std::uint32_t rowsPerStrip : {1u, 16u, 100u})
-            {
-                TiffForm form;
-                form.width = 260;
-                form.height = 100;
-                form.bits = 1;
-                form.compression = compression;
-                form.rowsPerStrip = rowsPerStrip;
-                form.resolution = 300;
-                SCOPED_TRACE(compression);
-                ExpectReduced(form, MixedSamples(1), 72);
-            }
-        }
-    }
-
     TEST(Reduction, GridOfSizesAndRatios)
     {
         // Around multiples of a word of 64 pixels, and of cells; ratios from just above 1 to more than the whole image.
@@ -134,19 +113,6 @@ namespace RasterFeedTest
                 }
             }
         }
-    }
-
-    TEST(Reduction, AcrossAndDownHaveRatiosOfTheirOwn)
-    {
-        TiffForm form;
-        form.width = 90;
-        form.height = 90;
-        form.resolution = 900;
-        form.yResolution = 450;
-        ExpectReduced(form, MixedSamples(8), 100);
-        const Delivery delivery = DeliverView(MakeTiff(form, MixedSamples(8)), To(100));
-        EXPECT_EQ(delivery.header.lineLength, 10u);
-        EXPECT_EQ(delivery.header.lineCount, 20u);
     }
 
     TEST(Reduction, MeanIsRoundedToTheNearestAndAHalfUpwards)
@@ -255,31 +221,26 @@ namespace RasterFeedTest
 
     TEST(Reduction, OnlyAnImageAboveBothLimitsInBothDirectionsIsReduced)
     {
-        TiffForm form;
-        form.resolution = 300;
-        form.yResolution = 200;
-        const std::string tiff = MakeTiff(form, MixedSamples(8));
-        const auto width = [&](double resolution, double reduceAbove)
+        const auto size = [&](double across, double down, double resolution, double reduceAbove)
         {
+            TiffForm form;
+            form.resolution = across;
+            form.yResolution = down;
             RasterFeedSelection selection = To(resolution);
             selection.reduceAbove = reduceAbove;
-            return DeliverView(tiff, selection).header.lineLength;
+            const RasterFeedImageHeader header = DeliverView(MakeTiff(form, MixedSamples(8)), selection).header;
+            return std::pair{header.lineLength, header.lineCount};
         };
-        EXPECT_EQ(width(100, 0), 12u);
-        EXPECT_EQ(width(100, 199), 12u);
-        EXPECT_EQ(width(100, 200), 37u);
-        EXPECT_EQ(width(199.5, 0), 25u);
-        EXPECT_EQ(width(200, 0), 37u);
-        EXPECT_EQ(width(250, 100), 37u);
-        EXPECT_EQ(width(0, 100), 37u);
-        // The same where the lower one is that across.
-        form.resolution = 200;
-        form.yResolution = 300;
-        RasterFeedSelection selection = To(100);
-        selection.reduceAbove = 200;
-        EXPECT_EQ(DeliverView(MakeTiff(form, MixedSamples(8)), selection).header.lineCount, 23u);
-        selection.reduceAbove = 199;
-        EXPECT_EQ(DeliverView(MakeTiff(form, MixedSamples(8)), selection).header.lineCount, 8u);
+        constexpr std::pair Kept = {37u, 23u};
+        EXPECT_EQ(size(300, 200, 100, 0), std::pair(12u, 12u));
+        EXPECT_EQ(size(300, 200, 100, 199), std::pair(12u, 12u));
+        EXPECT_EQ(size(300, 200, 100, 200), Kept);
+        EXPECT_EQ(size(300, 200, 199.5, 0), std::pair(25u, 23u));
+        EXPECT_EQ(size(300, 200, 200, 0), Kept);
+        EXPECT_EQ(size(300, 200, 250, 100), Kept);
+        EXPECT_EQ(size(300, 200, 0, 100), Kept);
+        EXPECT_EQ(size(200, 300, 100, 200), Kept);
+        EXPECT_EQ(size(200, 300, 100, 199), std::pair(19u, 8u));
     }
 
     TEST(Reduction, InputResolutionStandsInPlaceOfTheFiles)

@@ -88,20 +88,6 @@ namespace RasterFeedTest
         }
     }
 
-    TEST(Turn, OrientationsFiveToEightExchangeTheResolutionsWithoutASelection)
-    {
-        TiffForm form;
-        form.resolution = 200;
-        form.yResolution = 300;
-        form.orientation = 4;
-        EXPECT_DOUBLE_EQ(Deliver(MakeTiff(form, MixedSamples(8))).resolution, 200);
-        form.orientation = 5;
-        EXPECT_DOUBLE_EQ(Deliver(MakeTiff(form, MixedSamples(8))).resolution, 300);
-        TiffEditor editor(MakeTiff(form, MixedSamples(8)));
-        editor.Remove(TIFFTAG_YRESOLUTION);
-        EXPECT_DOUBLE_EQ(Deliver(editor.Bytes()).resolution, 200);
-    }
-
     TEST(Turn, QuarterOfMoreThan256MebibytesIsRefusedAndItsReductionIsNot)
     {
         // Hardly any data: one strip of a single value.
