@@ -318,6 +318,12 @@ namespace RasterFeed
         return Numbers(file, preamble.bigEndian).At(list.position + index * list.width, list.width);
     }
 
+    bool IsFax(std::uint32_t compression)
+    {
+        return compression == COMPRESSION_CCITTRLE || compression == COMPRESSION_CCITTFAX3 ||
+               compression == COMPRESSION_CCITTFAX4;
+    }
+
     bool HasPredictor(std::uint32_t compression)
     {
         return compression == COMPRESSION_LZW || compression == COMPRESSION_ADOBE_DEFLATE ||

@@ -33,6 +33,9 @@ namespace RasterFeed
     /// Whether images of that compression may have a predictor.
     bool HasPredictor(std::uint32_t compression);
 
+    /// Whether a compression is one of the CCITT's.
+    bool IsFax(std::uint32_t compression);
+
     /// The facts of one directory.
     struct DirectoryFacts
     {

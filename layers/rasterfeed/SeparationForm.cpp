@@ -253,8 +253,7 @@ namespace RasterFeed
 
     bool SeparationForm::IsFax() const
     {
-        return compression == COMPRESSION_CCITTRLE || compression == COMPRESSION_CCITTFAX3 ||
-               compression == COMPRESSION_CCITTFAX4;
+        return RasterFeed::IsFax(compression);
     }
 
     bool SeparationForm::IsDeflate() const

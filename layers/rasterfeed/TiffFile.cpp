@@ -1,6 +1,7 @@
 // libtiff's client procedures and handlers, and the choice of the image.
 #include "rasterfeed/TiffFile.h"
 
+#include "rasterfeed/FaxRow.h"
 #include "rasterfeed/Refusal.h"
 #include "rasterfeed/SourceFile.h"
 
@@ -149,9 +150,13 @@ namespace RasterFeed
             const void* tables = nullptr;
             ready = ready && (TIFFGetField(tiff, TIFFTAG_JPEGTABLES, &bytes, &tables) != 1 || tables != nullptr);
         }
-        else if (compression == COMPRESSION_CCITTFAX3)
+        else if (IsFax(compression))
         {
-            ready = ready && TIFFSetField(tiff, TIFFTAG_T4OPTIONS, facts.faxOptions.value_or(0)) == 1;
+            ready = ready && TIFFSetField(tiff, TIFFTAG_FAXFILLFUNC, &FillFaxRow) == 1;
+            if (compression == COMPRESSION_CCITTFAX3)
+            {
+                ready = ready && TIFFSetField(tiff, TIFFTAG_T4OPTIONS, facts.faxOptions.value_or(0)) == 1;
+            }
         }
         else if (HasPredictor(compression))
         {
