@@ -3,7 +3,7 @@
 #include "tests/Sheetvane/Failures.h"
 #include "tests/Sheetvane/Values.h"
 #include "tests/support/Folder.h"
-#include "tests/support/PlainTiff.h"
+#include "tests/support/TiffEditor.h"
 #include "tests/support/TiffMaker.h"
 
 #include <Sheetvane/SheetvaneConverter.h>
@@ -25,15 +25,13 @@ namespace SheetvaneTest
             /// A plate of 120 x 60 pixels, which differs from the others, at 600 pixels per inch unless said otherwise.
             std::string Plate(const std::string& name, double pixelsPerInch = 600)
             {
-                std::vector<std::string> lines(60, std::string(120, '\0'));
-                for (std::size_t y = 0; y < lines.size(); ++y)
-                {
-                    for (std::size_t x = 0; x < lines[y].size(); ++x)
-                    {
-                        lines[y][x] = static_cast<char>((x * x + y * static_cast<unsigned char>(name[0])) % 251);
-                    }
-                }
-                return folder.Write(name + ".tif", TestSupport::PlainTiff(lines, pixelsPerInch));
+                TestSupport::TiffForm form;
+                form.width = 120;
+                form.height = 60;
+                form.resolution = pixelsPerInch;
+                const auto rule = [&](std::uint32_t x, std::uint32_t y)
+                { return (x * x + y * static_cast<unsigned char>(name[0])) % 251; };
+                return folder.Write(name + ".tif", TestSupport::MakeTiff(form, rule));
             }
 
             void AddSheet(const std::string& name, const KX_TArray& fronts, const KX_TArray& backs = {})
@@ -131,6 +129,28 @@ namespace SheetvaneTest
             converter.SetThreads(threads);
             EXPECT_EQ(Written(), byOne) << threads;
         }
+    }
+
+    TEST_F(Plates, FewerThanThreadsAreReadInPartsAndFailAsOne)
+    {
+        TestSupport::TiffForm form;
+        form.height = 120;
+        form.compression = COMPRESSION_ADOBE_DEFLATE;
+        form.resolution = 600;
+        const std::string plate = TestSupport::MakeTiff(form, TestSupport::MixedSamples(8));
+        const std::string path = folder.Write("plate.tif", plate);
+        AddSheet("S1", Files({path, Plate("b", 72), path}), Files({Plate("c")}));
+        converter.SetPreviewResolution(50.8, 0);
+        const std::string byOne = Written();
+        converter.SetThreads(9);
+        EXPECT_EQ(Written(), byOne);
+
+        // The last strip is of the second part of each.
+        std::string damaged = plate;
+        const TestSupport::TiffEditor directory(plate);
+        damaged[directory.Get(TIFFTAG_STRIPOFFSETS, 23)] = '\xff';
+        folder.Write("plate.tif", damaged);
+        EXPECT_EQ(Convert(), "Problem converting TIFF files to CIP3");
     }
 
     TEST_F(Plates, InksOfOneFileAreThoseOfAFileForEach)
