@@ -69,51 +69,49 @@ namespace PpfTest
             EXPECT_THAT(Findings(Damaged(1232, "fe"), CheckDepth::Structure), IsEmpty());
         }
 
-        TEST(Check, EndMarksAreAskedForWithoutDecoding)
+        TEST(Check, DataEndsWithItsMarkAndItsLastPixel)
         {
-            EXPECT_THAT(
-                Findings(Damaged(1244, "0"), CheckDepth::Structure),
-                ElementsAre("1245: ASCIIHex data has no end mark \">\""));
-            const auto file = [](const std::string& compression, const std::string& encoding, const std::string& data)
-            { return FrontOf("(K)", Separation(6, 1, compression, encoding, data)); };
-            EXPECT_THAT(
-                Findings(file("None", "ASCII85Decode", "!<N?+"), CheckDepth::Structure),
-                ElementsAre(HasSubstr("ASCII85 data has no end mark")));
-            EXPECT_THAT(
-                Findings(file("None", "Binary", "abc"), CheckDepth::Structure),
-                ElementsAre(HasSubstr("preview has 3 bytes of data, but 6 x 1 pixels need 6")));
-            EXPECT_THAT(
-                Findings(file("None", "Binary", "abcdefgh"), CheckDepth::Structure),
-                ElementsAre(HasSubstr("preview has 8 bytes of data, but 6 x 1 pixels need 6")));
-            EXPECT_THAT(
-                Findings(file("RunLengthDecode", "Binary", "\x05zz"), CheckDepth::Structure),
-                ElementsAre(HasSubstr("RunLengthDecode data does not lead to the end of its section")));
-        }
-
-        TEST(Check, RunsNeedTheirEndMarkAndNothingAfterIt)
-        {
-            const auto file = [](const std::string& encoding, const std::string& data)
-            { return FrontOf("(K)", Separation(4, 1, "RunLengthDecode", encoding, data)); };
-            EXPECT_THAT(
-                Findings(file("Binary", "\xFDg")), ElementsAre(HasSubstr("run-length data has no end mark 128")));
-            EXPECT_THAT(Findings(file("Binary", "\xFDg\x80")), IsEmpty());
-            // The last byte is that of a run.
-            EXPECT_THAT(Findings(file("Binary", "\xFD\x80")), ElementsAre(HasSubstr("has no end mark 128")));
-            EXPECT_THAT(Findings(file("ASCIIHexDecode", "fd67>")), ElementsAre(HasSubstr("has no end mark 128")));
-            EXPECT_THAT(
-                Findings(file("ASCIIHexDecode", "fd67 80 00 00>")),
-                ElementsAre(HasSubstr("2 bytes stand after the end mark of run-length data")));
-            // A writer's check is about sizes alone.
-            EXPECT_THAT(Findings(file("ASCIIHexDecode", "fd67>"), CheckDepth::Sizes), IsEmpty());
-            EXPECT_THAT(
-                Findings(file("ASCIIHexDecode", "fe67 80>"), CheckDepth::Sizes), ElementsAre(HasSubstr("row 1 of 1")));
+            // A writer's check is about sizes alone, and the cheap one decodes nothing.
+            constexpr CheckDepth Structure = CheckDepth::Structure;
+            constexpr CheckDepth Sizes = CheckDepth::Sizes;
+            constexpr CheckDepth Everything = CheckDepth::Everything;
+            const struct
+            {
+                CheckDepth depth;
+                const char* compression;
+                const char* encoding;
+                int width;
+                const char* data;
+                const char* finding; // empty: none
+            } cases[] = {
+                {Structure, "None", "ASCIIHexDecode", 2, "00ff", "ASCIIHex data has no end mark \">\""},
+                {Structure, "None", "ASCII85Decode", 6, "!<N?+", "ASCII85 data has no end mark"},
+                {Structure, "None", "Binary", 6, "abc", "preview has 3 bytes of data, but 6 x 1 pixels need 6"},
+                {Structure, "None", "Binary", 6, "abcdefgh", "preview has 8 bytes of data, but 6 x 1 pixels need 6"},
+                {Structure, "RunLengthDecode", "Binary", 6, "\x05zz",
+                 "RunLengthDecode data does not lead to the end of its section"},
+                {Everything, "RunLengthDecode", "Binary", 4, "\xFDg", "run-length data has no end mark 128"},
+                {Everything, "RunLengthDecode", "Binary", 4, "\xFDg\x80", ""},
+                {Everything, "RunLengthDecode", "Binary", 4, "\xFD\x80", "has no end mark 128"}, // that of a run
+                {Everything, "RunLengthDecode", "ASCIIHexDecode", 4, "fd67>", "has no end mark 128"},
+                {Everything, "RunLengthDecode", "ASCIIHexDecode", 4, "fd67 80 00 00>",
+                 "2 bytes stand after the end mark of run-length data"},
+                {Sizes, "RunLengthDecode", "ASCIIHexDecode", 4, "fd67>", ""},
+                {Sizes, "RunLengthDecode", "ASCIIHexDecode", 4, "fe67 80>", "row 1 of 1"},
+            };
+            for (const auto& [depth, compression, encoding, width, data, finding] : cases)
+            {
+                const auto found = Findings(FrontOf("(K)", Separation(width, 1, compression, encoding, data)), depth);
+                const std::vector<testing::Matcher<std::string>> wanted(*finding == '\0' ? 0 : 1, HasSubstr(finding));
+                EXPECT_THAT(found, testing::ElementsAreArray(wanted)) << compression << ' ' << encoding << ' ' << data;
+            }
         }
 
         TEST(Check, ValuesAreWhatTheFormatAsksFor)
         {
             const auto with = [](const std::string& text, const std::string& other)
             {
-                std::string bytes = FrontOf("(K)", Separation(2, 1, "None", "ASCIIHexDecode", "00ff>"));
+                std::string bytes = FrontOf("(K)", HexPixels(2, 1, "00ff>"));
                 return bytes.replace(bytes.find(text), text.size(), other);
             };
             const std::string extent = "[ 10 cm 10 cm ]";
@@ -166,7 +164,7 @@ namespace PpfTest
 
         TEST(Check, EntriesThatUsersNeedAreAskedFor)
         {
-            const std::string good = FrontOf("(K) (Gold)", Separation(2, 1, "None", "ASCIIHexDecode", "00ff>"));
+            const std::string good = FrontOf("(K) (Gold)", HexPixels(2, 1, "00ff>"));
             EXPECT_THAT(Findings(good), ElementsAre(HasSubstr("front has 2 separation names for 1 separations")));
             const auto without = [](std::string bytes, const std::string& text)
             { return bytes.erase(bytes.find(text), text.size()); };

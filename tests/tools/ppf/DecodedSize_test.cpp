@@ -1,9 +1,9 @@
 #include "ppf/DecodedSize.h"
-#include "ppf/DocumentReader.h"
+#include "ppf/Failure.h"
 #include "tests/support/Failures.h"
 #include "tests/tools/ppf/Files.h"
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <random>
 
@@ -28,25 +28,8 @@ namespace PpfTest
         DecodedSize
         SizeOf(const std::string& compression, const std::string& encoding, const std::string& data, int width)
         {
-            const std::string bytes = FrontOf("(K)", Separation(width, 1, compression, encoding, data));
-            const Document document = ReadDocument(bytes);
-            EXPECT_EQ(Text(document.damage), "");
-            return CountDecoded(document, document.sheets.at(0).surfaces.at(0).previews.at(0));
-        }
-
-        TEST(DecodedSize, PlainDataCountsItsBytes)
-        {
-            EXPECT_EQ(SizeOf("None", "Binary", "abc", 3).bytes, 3u);
-            EXPECT_EQ(SizeOf("None", "ASCIIHexDecode", "00 11\n2>", 3).bytes, 3u);
-            EXPECT_EQ(SizeOf("None", "ASCII85Decode", "z!!~>", 5).bytes, 5u);
-        }
-
-        TEST(DecodedSize, EndMarkOfRunsIsToldAndWhatStandsAfterIt)
-        {
-            EXPECT_TRUE(SizeOf("RunLengthDecode", "ASCIIHexDecode", "0211223380>", 3).hasEndMark);
-            EXPECT_FALSE(SizeOf("RunLengthDecode", "ASCIIHexDecode", "02112233>", 3).hasEndMark);
-            EXPECT_EQ(SizeOf("RunLengthDecode", "ASCIIHexDecode", "02112233800000>", 3).bytesAfterMark, 2u);
-            EXPECT_FALSE(SizeOf("RunLengthDecode", "Binary", "\x02zzz", 3).hasEndMark);
+            const SoundFile file(FrontOf("(K)", Separation(width, 1, compression, encoding, data)));
+            return CountDecoded(file.document, file.Preview());
         }
 
         /// Runs of all lengths over more than one block, so that runs are cut at every place of one.

@@ -1,7 +1,12 @@
 #include "tests/tools/ppf/Files.h"
 
+#include "ppf/DocumentReader.h"
 #include "ppf/ScanLineReader.h"
 #include "tests/TwoSheetExample.h"
+
+#include <gtest/gtest.h>
+
+#include <utility>
 
 namespace PpfTest
 {
@@ -56,11 +61,28 @@ namespace PpfTest
                "CIP3PreviewImage\n" + data + "\nCIP3EndSeparation\n";
     }
 
+    std::string HexPixels(int width, int height, const std::string& digits, const std::string& entries)
+    {
+        return Separation(width, height, "None", "ASCIIHexDecode", digits, entries);
+    }
+
     std::string FrontOf(const std::string& names, const std::string& separations)
     {
         return Front(
             "/CIP3AdmSeparationNames [" + names + "] def\nCIP3BeginPreviewImage\n" + separations +
             "CIP3EndPreviewImage\n");
+    }
+
+    SoundFile::SoundFile(std::string theBytes)
+        : bytes(std::move(theBytes))
+        , document(ReadDocument(bytes))
+    {
+        EXPECT_EQ(Text(document.damage), "");
+    }
+
+    const Preview& SoundFile::Preview(std::size_t index) const
+    {
+        return document.sheets.at(0).surfaces.at(0).previews.at(index);
     }
 
     std::string Rows(const Document& document, const Preview& preview)

@@ -25,8 +25,25 @@ namespace PpfTest
         int width, int height, const std::string& compression, const std::string& encoding, const std::string& data,
         const std::string& entries = "");
 
+    /// The same, uncompressed in hexadecimal digits.
+    std::string HexPixels(int width, int height, const std::string& digits, const std::string& entries = "");
+
     /// A file of one sheet whose front has the list of names and one preview image section with these separations.
     std::string FrontOf(const std::string& names, const std::string& separations);
+
+    /// A file that is expected to be sound, and what is read of it, which refers to its bytes.
+    struct SoundFile
+    {
+        explicit SoundFile(std::string theBytes);
+        SoundFile(const SoundFile&) = delete;
+        SoundFile& operator=(const SoundFile&) = delete;
+
+        /// A separation of the first side.
+        const Ppf::Preview& Preview(std::size_t index = 0) const;
+
+        const std::string bytes;
+        const Ppf::Document document;
+    };
 
     /// The samples of all rows as they are stored, in hexadecimal and with "/" between rows.
     std::string Rows(const Ppf::Document& document, const Ppf::Preview& preview);

@@ -1,4 +1,4 @@
-#include "ppf/DocumentReader.h"
+#include "ppf/Failure.h"
 #include "ppf/InkColumns.h"
 #include "tests/tools/ppf/Files.h"
 
@@ -18,15 +18,13 @@ namespace PpfTest
 
         Measurement MeasureOf(const std::string& separation)
         {
-            const std::string bytes = FrontOf("(K)", separation);
-            const Document document = ReadDocument(bytes);
-            EXPECT_EQ(Text(document.damage), "");
-            return Measure(document, document.sheets.at(0).surfaces.at(0).previews.at(0));
+            const SoundFile file(FrontOf("(K)", separation));
+            return Measure(file.document, file.Preview());
         }
 
         TEST(InkColumns, CoverageIsTheMeanOfAllPixels)
         {
-            const Measurement measurement = MeasureOf(Separation(4, 2, "None", "ASCIIHexDecode", "ffffffff 0000ff7f>"));
+            const Measurement measurement = MeasureOf(HexPixels(4, 2, "ffffffff 0000ff7f>"));
             ASSERT_THAT(measurement.inks, SizeIs(1));
             EXPECT_THAT(measurement.inks[0].sums, ElementsAre(255u, 255u, 510u, 382u));
             EXPECT_THAT(measurement.inks[0].Coverage(), DoubleNear(1402.0 / (8 * 255) * 100, Exact));
@@ -58,25 +56,20 @@ namespace PpfTest
 
         TEST(InkColumns, ManyRowsDoNotOverflow)
         {
-            const std::string separation = Separation(
-                2, 70000, "RunLengthDecode", "Binary",
-                []
-                {
-                    std::string tokens;
-                    for (int i = 0; i < 70000; ++i)
-                    {
-                        tokens += std::string("\x01\xFF\x01", 3);
-                    }
-                    return tokens + "\x80";
-                }());
-            const Measurement measurement = MeasureOf(separation);
+            std::string tokens;
+            for (int i = 0; i < 70000; ++i)
+            {
+                tokens += std::string("\x01\xFF\x01", 3);
+            }
+            const Measurement measurement =
+                MeasureOf(Separation(2, 70000, "RunLengthDecode", "Binary", tokens + "\x80"));
             EXPECT_THAT(measurement.inks[0].sums, ElementsAre(255u * 70000, 70000u));
         }
 
         TEST(InkColumns, ComponentsAreSummedApart)
         {
-            const Measurement measurement = MeasureOf(Separation(
-                2, 1, "None", "ASCIIHexDecode", "01020304 10203040>", "/CIP3PreviewImageComponents 4 def\n"));
+            const Measurement measurement =
+                MeasureOf(HexPixels(2, 1, "01020304 10203040>", "/CIP3PreviewImageComponents 4 def\n"));
             ASSERT_THAT(measurement.inks, SizeIs(4));
             EXPECT_THAT(measurement.inks[0].sums, ElementsAre(0x01u, 0x10u));
             EXPECT_THAT(measurement.inks[3].sums, ElementsAre(0x04u, 0x40u));

@@ -1,13 +1,8 @@
-#include "ppf/DocumentReader.h"
 #include "ppf/InkColumns.h"
 #include "ppf/Pictures.h"
-#include "ppf/PngWriter.h"
 #include "tests/tools/ppf/Files.h"
 
 #include <gmock/gmock.h>
-#include <png.h>
-
-#include <sstream>
 
 namespace PpfTest
 {
@@ -16,7 +11,6 @@ namespace PpfTest
     namespace
     {
         using testing::ElementsAre;
-        using testing::ElementsAreArray;
 
         struct Placement
         {
@@ -37,8 +31,8 @@ namespace PpfTest
         std::string FileOf(const Placement& placement)
         {
             return FrontOf(
-                "(K)", Separation(
-                           placement.width, placement.height, "None", "ASCIIHexDecode", placement.pixels,
+                "(K)", HexPixels(
+                           placement.width, placement.height, placement.pixels,
                            "/CIP3PreviewImageMatrix [" + std::string(placement.matrix) +
                                "] def\n/CIP3PreviewImageResolution [10 20] def\n"));
         }
@@ -47,20 +41,20 @@ namespace PpfTest
         {
             for (const Placement& placement : Placements)
             {
-                const std::string bytes = FileOf(placement);
-                const Document document = ReadDocument(bytes);
-                ASSERT_EQ(Text(document.damage), "") << placement.matrix;
-                const Preview& preview = document.sheets[0].surfaces[0].previews[0];
-                EXPECT_TRUE(Spans(*preview.matrix, preview.width, preview.height)) << placement.matrix;
-                EXPECT_EQ(preview.UprightWidth(), 3u) << placement.matrix;
-                EXPECT_EQ(preview.UprightHeight(), 2u) << placement.matrix;
-                EXPECT_EQ(preview.UprightResolution()->x, placement.width == 3 ? 10 : 20) << placement.matrix;
+                SCOPED_TRACE(placement.matrix);
+                const SoundFile file(FileOf(placement));
+                const Preview& preview = file.Preview();
+                EXPECT_TRUE(Spans(*preview.matrix, preview.width, preview.height));
+                EXPECT_EQ(preview.UprightWidth(), 3u);
+                EXPECT_EQ(preview.UprightHeight(), 2u);
+                EXPECT_EQ(preview.UprightResolution()->x, placement.width == 3 ? 10 : 20);
 
                 std::vector<int> drawn;
                 DrawUpright(
-                    document, preview, 0, [&](const unsigned char* row) { drawn.insert(drawn.end(), row, row + 3); });
-                EXPECT_THAT(drawn, ElementsAre(1, 2, 3, 4, 5, 6)) << placement.matrix;
-                EXPECT_THAT(Measure(document, preview).inks[0].sums, ElementsAre(5u, 7u, 9u)) << placement.matrix;
+                    file.document, preview, 0,
+                    [&](const unsigned char* row) { drawn.insert(drawn.end(), row, row + 3); });
+                EXPECT_THAT(drawn, ElementsAre(1, 2, 3, 4, 5, 6));
+                EXPECT_THAT(Measure(file.document, preview).inks[0].sums, ElementsAre(5u, 7u, 9u));
             }
         }
 
@@ -77,29 +71,6 @@ namespace PpfTest
             EXPECT_EQ(picture.height, 2u);
             // 1.5 and 11.5 are rounded up; the right column and the lower row stand for fewer pixels.
             EXPECT_THAT(picture.ink, ElementsAre(2, 12, 255, 24, 56, 80));
-        }
-
-        TEST(PngWriter, PictureReadsBackWithItsResolution)
-        {
-            std::ostringstream stream;
-            PngWriter writer(stream, 3, 2, PngWriter::Colours::Grey, Resolution{254, 508});
-            const unsigned char rows[] = {1, 2, 3, 4, 5, 6};
-            writer.WriteRow(rows);
-            writer.WriteRow(rows + 3);
-            writer.Finish();
-            const std::string png = stream.str();
-
-            png_image image = {};
-            image.version = PNG_IMAGE_VERSION;
-            ASSERT_TRUE(png_image_begin_read_from_memory(&image, png.data(), png.size()));
-            EXPECT_EQ(image.width, 3u);
-            EXPECT_EQ(image.height, 2u);
-            image.format = PNG_FORMAT_GRAY;
-            std::vector<unsigned char> pixels(6);
-            ASSERT_TRUE(png_image_finish_read(&image, nullptr, pixels.data(), 0, nullptr));
-            EXPECT_THAT(pixels, ElementsAreArray(rows));
-            // 10000 and 20000 pixels per metre, unit 1.
-            EXPECT_NE(png.find(std::string("pHYs\0\0\x27\x10\0\0\x4E\x20\1", 13)), std::string::npos);
         }
     }
 }

@@ -186,33 +186,5 @@ namespace PpfTest
             EXPECT_EQ(Failure([] { Expanded("\x05xyz"); }), "4: run-length data ends within a run");
             EXPECT_EQ(Failure([] { Expanded("\xFF"); }), "1: run-length data ends within a run");
         }
-
-        TEST(RunLengthSource, LongDataIsTheSameInReadsOfEverySize)
-        {
-            std::minstd_rand random(3);
-            std::string tokens;
-            std::string bytes;
-            while (bytes.size() < 300000)
-            {
-                const auto length = static_cast<std::size_t>(random() % 128 + 1);
-                const auto value = static_cast<char>(random() >> 8);
-                if (random() % 2 == 0 && length > 1)
-                {
-                    tokens += static_cast<char>(257 - length);
-                    tokens += value;
-                    bytes.append(length, value);
-                    continue;
-                }
-                tokens += static_cast<char>(length - 1);
-                const std::string literal = Noise(length).substr(0, length);
-                tokens += literal;
-                bytes += literal;
-            }
-            tokens += '\x80';
-            for (const std::size_t step : {97U, 4096U, 65536U, 1000000U})
-            {
-                EXPECT_TRUE(Expanded(tokens, step) == bytes) << "reads of " << step;
-            }
-        }
     }
 }

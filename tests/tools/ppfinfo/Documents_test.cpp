@@ -15,12 +15,13 @@ namespace PpfInfoTest
     {
         using PpfTest::Front;
         using PpfTest::FrontOf;
+        using PpfTest::HexPixels;
         using PpfTest::Separation;
         using PpfTest::TwoSheets;
         using testing::ElementsAre;
         using testing::HasSubstr;
 
-        const std::string Plain = Separation(2, 1, "None", "ASCIIHexDecode", "ff80>");
+        const std::string Plain = HexPixels(2, 1, "ff80>");
 
         pugi::xml_document
         DocumentOf(const std::string& bytes, const std::string& option, std::vector<std::string> more = {})
@@ -68,7 +69,7 @@ namespace PpfInfoTest
 
         TEST(Csv, SeparationThatIsDamagedHasNoCoverage)
         {
-            const std::string bytes = FrontOf("(A) (B)", Separation(2, 1, "None", "ASCIIHexDecode", "ff?0>") + Plain);
+            const std::string bytes = FrontOf("(A) (B)", HexPixels(2, 1, "ff?0>") + Plain);
             const Outcome outcome = RunOn(bytes, {"--csv", "--zones", "1"});
             EXPECT_EQ(outcome.status, 1);
             EXPECT_THAT(
@@ -99,9 +100,8 @@ namespace PpfInfoTest
 
         TEST(Jdf, SheetsOfSeveralWidthsHaveTheirOwnZoneWidth)
         {
-            const auto document = DocumentOf(
-                FrontOf("(A) (B)", Plain + Separation(4, 1, "None", "ASCIIHexDecode", "ff80ff00>")), "--jdf",
-                {"--zones", "2"});
+            const auto document =
+                DocumentOf(FrontOf("(A) (B)", Plain + HexPixels(4, 1, "ff80ff00>")), "--jdf", {"--zones", "2"});
             EXPECT_EQ(Attribute(document, "//InkZoneProfile[@ID]/@ZoneWidth"), "1");
             EXPECT_EQ(Attribute(document, "//InkZoneProfile[@Separation='A']/@ZoneWidth"), "");
             EXPECT_EQ(Attribute(document, "//InkZoneProfile[@Separation='B']/@ZoneWidth"), "2");
@@ -145,7 +145,7 @@ namespace PpfInfoTest
         TEST(Documents, FileThatCannotBeReadInFullGivesNone)
         {
             const Folder folder;
-            const std::string broken = FrontOf("(A) (B)", Plain + Separation(2, 1, "None", "ASCIIHexDecode", "ff?0>"));
+            const std::string broken = FrontOf("(A) (B)", Plain + HexPixels(2, 1, "ff?0>"));
             const std::string cut = TwoSheets().substr(0, 2030);
             for (const char* const option : {"--jdf", "--xjdf"})
             {

@@ -1,13 +1,10 @@
 // What the program writes beside its output: pictures and the report.
 
-#include "tests/support/SystemFaults.h"
 #include "tests/tools/ppf/Files.h"
 #include "tests/tools/ppfinfo/Program.h"
 
 #include <gmock/gmock.h>
 #include <png.h>
-
-#include <cerrno>
 
 #include <sys/resource.h>
 
@@ -16,23 +13,13 @@ namespace PpfInfoTest
     namespace
     {
         using PpfTest::FrontOf;
+        using PpfTest::HexPixels;
         using PpfTest::Separation;
         using PpfTest::TwoSheets;
         using testing::ElementsAre;
         using testing::HasSubstr;
         using testing::IsEmpty;
         using testing::Not;
-
-        std::vector<int> Pixels(const std::string& png)
-        {
-            png_image image = {};
-            image.version = PNG_IMAGE_VERSION;
-            EXPECT_TRUE(png_image_begin_read_from_memory(&image, png.data(), png.size()));
-            EXPECT_EQ(image.format, static_cast<png_uint_32>(PNG_FORMAT_GRAY));
-            std::vector<unsigned char> pixels(PNG_IMAGE_SIZE(image));
-            EXPECT_TRUE(png_image_finish_read(&image, nullptr, pixels.data(), 0, nullptr));
-            return {pixels.begin(), pixels.end()};
-        }
 
         std::size_t CountOf(const std::string& text, const std::string& word)
         {
@@ -48,16 +35,18 @@ namespace PpfInfoTest
         {
             const Folder folder;
             const std::string bytes = FrontOf(
-                "(Cyan) (../Gr\xFCn (1))", Separation(2, 1, "None", "ASCIIHexDecode", "ff00>") +
-                                               Separation(2, 1, "None", "ASCIIHexDecode", "4001>"));
-            const std::string pictures = (folder / "new/pictures");
-            EXPECT_EQ(RunOn(bytes, {"--extract", pictures}).status, 0);
-            EXPECT_THAT(Pixels(folder.Read("new/pictures/1-front-01-Cyan.png")), ElementsAre(0, 255));
-            EXPECT_THAT(Pixels(folder.Read("new/pictures/1-front-02-.._Gr_n__1_.png")), ElementsAre(0xBF, 0xFE));
-            // 72 pixels per inch are 2835 per metre.
+                "(Cyan) (../Gr\xFCn (1))",
+                HexPixels(2, 2, "ff00 0102>", "/CIP3PreviewImageResolution [254 508] def\n") +
+                    HexPixels(2, 1, "4001>"));
+            EXPECT_EQ(RunOn(bytes, {"--extract", folder / "new/pictures"}).status, 0);
+            const std::string cyan = folder.Read("new/pictures/1-front-01-Cyan.png");
+            EXPECT_THAT(SamplesOf(cyan, PNG_FORMAT_GRAY), ElementsAre(0, 255, 0xFE, 0xFD));
+            EXPECT_EQ(cyan.substr(24, 2), std::string("\x08\0", 2)) << "8 bits, grey";
+            // 10000 and 20000 pixels per metre, unit 1.
+            EXPECT_THAT(cyan, HasSubstr(std::string("pHYs\0\0\x27\x10\0\0\x4E\x20\1", 13)));
             EXPECT_THAT(
-                folder.Read("new/pictures/1-front-01-Cyan.png"),
-                HasSubstr(std::string("pHYs\0\0\x0B\x13\0\0\x0B\x13\1", 13)));
+                SamplesOf(folder.Read("new/pictures/1-front-02-.._Gr_n__1_.png"), PNG_FORMAT_GRAY),
+                ElementsAre(0xBF, 0xFE));
         }
 
         TEST(Extract, EverySheetAndSideIsCounted)
@@ -70,7 +59,7 @@ namespace PpfInfoTest
         TEST(Extract, TwoSectionsOfOneSideAreCountedOn)
         {
             const Folder folder;
-            std::string bytes = FrontOf("(A)", Separation(1, 1, "None", "ASCIIHexDecode", "00>"));
+            std::string bytes = FrontOf("(A)", HexPixels(1, 1, "00>"));
             const std::size_t begin = bytes.find("CIP3BeginFront");
             const std::string side = bytes.substr(begin, bytes.find("CIP3EndSheet") - begin);
             bytes.insert(begin, side);
@@ -81,10 +70,8 @@ namespace PpfInfoTest
         TEST(Extract, DamagedPreviewLeavesNoFile)
         {
             const Folder folder;
-            const std::string bytes = FrontOf(
-                "(A) (B) (C)", Separation(1, 2, "None", "ASCIIHexDecode", "ff00>") +
-                                   Separation(1, 2, "None", "ASCIIHexDecode", "ff?>") +
-                                   Separation(1, 2, "None", "ASCIIHexDecode", "00ff>"));
+            const std::string bytes =
+                FrontOf("(A) (B) (C)", HexPixels(1, 2, "ff00>") + HexPixels(1, 2, "ff?>") + HexPixels(1, 2, "00ff>"));
             const Outcome outcome = RunOn(bytes, {"--extract", folder.Path()});
             EXPECT_EQ(outcome.status, 1);
             EXPECT_THAT(outcome.error, HasSubstr("character that is not a digit"));
@@ -94,7 +81,7 @@ namespace PpfInfoTest
         TEST(Extract, WidthThatTheDataCannotHoldTakesNoMemory)
         {
             const Folder folder;
-            const std::string bytes = FrontOf("(K)", Separation(2147483647, 1, "None", "ASCIIHexDecode", "00>"));
+            const std::string bytes = FrontOf("(K)", HexPixels(2147483647, 1, "00>"));
             const std::string file = folder.Write("job.ppf", bytes);
             struct rusage before = {};
             struct rusage after = {};
@@ -117,12 +104,10 @@ namespace PpfInfoTest
 
         TEST(HtmlReport, PageStandsAloneAndShowsEverySide)
         {
-            const Folder folder;
             const std::string bytes = FrontOf(
                 "(Cyan) (PANTONE 485 C)", Separation(40, 2, "RunLengthDecode", "ASCIIHexDecode", "d9ff d980 80>") +
-                                              Separation(40, 2, "None", "ASCIIHexDecode", std::string(160, '0') + ">"));
-            EXPECT_EQ(RunOn(bytes, {"--report", (folder / "r.html"), "--zones", "4"}).status, 0);
-            const std::string page = folder.Read("r.html");
+                                              HexPixels(40, 2, std::string(160, '0') + ">"));
+            const std::string page = ReportOf(bytes, {"--zones", "4"});
             EXPECT_EQ(CountOf(page, "<image "), 2u);
             EXPECT_EQ(CountOf(page, "href=\"data:image/png;base64,"), 2u);
             EXPECT_EQ(CountOf(page, "class=\"bar\""), 16u);
@@ -139,17 +124,13 @@ namespace PpfInfoTest
                     CountOf(page, "<" + name + ">") + CountOf(page, "<" + name + " "), CountOf(page, "</" + name + ">"))
                     << name;
             }
-            EXPECT_THAT(folder.Names(), ElementsAre("r.html"));
         }
 
         TEST(HtmlReport, EveryInkHasASwitchALayerAndItsBars)
         {
-            const Folder folder;
-            const std::string plain = Separation(2, 1, "None", "ASCIIHexDecode", "ff00>");
-            const std::string bytes =
-                FrontOf("(A) (B) (C)", plain + Separation(2, 1, "None", "ASCIIHexDecode", "ff?0>") + plain);
-            EXPECT_EQ(RunOn(bytes, {"--report", folder / "r.html", "--zones", "2"}).status, 1);
-            const std::string page = folder.Read("r.html");
+            const std::string plain = HexPixels(2, 1, "ff00>");
+            const std::string bytes = FrontOf("(A) (B) (C)", plain + HexPixels(2, 1, "ff?0>") + plain);
+            const std::string page = ReportOf(bytes, {"--zones", "2"}, 1);
             EXPECT_EQ(CountOf(page, "<input type=\"checkbox\" checked>"), 3u);
             // An ink that cannot be decoded has an empty layer, so that the others keep their numbers.
             const std::size_t layers = page.find("<g class=\"layers\">");
@@ -174,12 +155,8 @@ namespace PpfInfoTest
 
         TEST(HtmlReport, TotalAndHighestSpotAreThoseOfAllInks)
         {
-            const Folder folder;
-            const std::string bytes = FrontOf(
-                "(A) (B)", Separation(2, 2, "None", "ASCIIHexDecode", "ff80 0040>") +
-                               Separation(2, 2, "None", "ASCIIHexDecode", "00cc 0040>"));
-            EXPECT_EQ(RunOn(bytes, {"--report", folder / "r.html"}).status, 0);
-            const std::string page = folder.Read("r.html");
+            const std::string bytes = FrontOf("(A) (B)", HexPixels(2, 2, "ff80 0040>") + HexPixels(2, 2, "00cc 0040>"));
+            const std::string page = ReportOf(bytes);
             // 51.27 + 20 + 6.27 per cent of ink in four pixels, and 128 + 204 of 255 in the second one of the first row.
             EXPECT_THAT(page, HasSubstr("Total area coverage</th><td>70.10 %"));
             EXPECT_THAT(page, HasSubstr("0.5 mm from the left, 0.2 mm from the top</span></th><td>130.20 %"));
@@ -187,27 +164,22 @@ namespace PpfInfoTest
 
         TEST(HtmlReport, ZonesAreOfAUsualWidthOrElseOfAUsualNumber)
         {
-            const Folder folder;
             // 288 pixels at 72 per inch are 101.6 mm: three zones of 32.5 mm and one that is narrower.
             std::string bytes = FrontOf(
                 "(C) (M) (Y) (K)",
                 Separation(
                     288, 1, "RunLengthDecode", "ASCIIHexDecode", "81ff 81ff 81ff 81ff 81ff 81ff 81ff 81ff 81ff 80>",
                     "/CIP3PreviewImageComponents 4 def\n"));
-            EXPECT_EQ(RunOn(bytes, {"--report", (folder / "r.html")}).status, 0);
-            EXPECT_EQ(CountOf(folder.Read("r.html"), "class=\"bar\""), 2u * 4 * 4);
-            EXPECT_THAT(folder.Read("r.html"), HasSubstr("zone 4 (97.5 to 101.6 mm): 100.00 %"));
+            const std::string page = ReportOf(bytes);
+            EXPECT_EQ(CountOf(page, "class=\"bar\""), 2u * 4 * 4);
+            EXPECT_THAT(page, HasSubstr("zone 4 (97.5 to 101.6 mm): 100.00 %"));
             bytes.erase(bytes.find("/CIP3PreviewImageResolution"), 40);
-            EXPECT_EQ(RunOn(bytes, {"--report", (folder / "r.html")}).status, 0);
-            EXPECT_EQ(CountOf(folder.Read("r.html"), "class=\"bar\""), 2u * 4 * 32);
+            EXPECT_EQ(CountOf(ReportOf(bytes), "class=\"bar\""), 2u * 4 * 32);
         }
 
         TEST(HtmlReport, ZonesThatCannotBeAreSaidAndThePageGoesOn)
         {
-            const Folder folder;
-            const Outcome outcome = RunOn(TwoSheets(), {"--report", (folder / "r.html"), "--zone-width", "1e-9mm"});
-            EXPECT_EQ(outcome.status, 1);
-            const std::string page = folder.Read("r.html");
+            const std::string page = ReportOf(TwoSheets(), {"--zone-width", "1e-9mm"}, 1);
             EXPECT_EQ(CountOf(page, "give a greater --zone-width"), 2u);
             EXPECT_EQ(CountOf(page, "class=\"chart\""), 0u);
             EXPECT_EQ(CountOf(page, "aria-label=\"All inks over each other\""), 2u);
@@ -215,13 +187,11 @@ namespace PpfInfoTest
 
         TEST(HtmlReport, TextOfTheFileIsNoMarkup)
         {
-            const Folder folder;
-            std::string bytes = FrontOf("(<script>'\"&)", Separation(1, 1, "None", "ASCIIHexDecode", "00>"));
+            std::string bytes = FrontOf("(<script>'\"&)", HexPixels(1, 1, "00>"));
             bytes.replace(bytes.find("(Job) def"), 9, "(</title><b>) def /<i>x (<img src=x>) def");
-            EXPECT_EQ(RunOn(bytes, {"--report", (folder / "r.html")}).status, 1) << "a key cannot hold <";
+            ReportOf(bytes, {}, 1); // a key cannot hold <
             bytes.replace(bytes.find("/<i>x"), 5, "/x'&y");
-            EXPECT_EQ(RunOn(bytes, {"--report", (folder / "r.html")}).status, 0);
-            const std::string page = folder.Read("r.html");
+            const std::string page = ReportOf(bytes);
             EXPECT_THAT(page, Not(HasSubstr("<script")));
             EXPECT_THAT(page, Not(HasSubstr("<b>)")));
             EXPECT_THAT(page, Not(HasSubstr("<img src=x")));
@@ -231,38 +201,12 @@ namespace PpfInfoTest
 
         TEST(HtmlReport, DamageIsShownInItsPlaceAndFailsTheRun)
         {
-            const Folder folder;
-            std::string bytes = FrontOf(
-                "(A) (B)", Separation(1, 2, "None", "ASCIIHexDecode", "ff00>") +
-                               Separation(1, 2, "None", "ASCIIHexDecode", "ff?>"));
+            std::string bytes = FrontOf("(A) (B)", HexPixels(1, 2, "ff00>") + HexPixels(1, 2, "ff?>"));
             bytes.resize(bytes.find("CIP3EndSheet"));
-            const Outcome outcome = RunOn(bytes, {"--report", (folder / "r.html")});
-            EXPECT_EQ(outcome.status, 1);
-            const std::string page = folder.Read("r.html");
+            const std::string page = ReportOf(bytes, {}, 1);
             EXPECT_THAT(page, HasSubstr("<div class=\"broken\">ASCIIHex data holds a character that is not a digit"));
             EXPECT_THAT(page, HasSubstr("nothing after this byte was read"));
             EXPECT_EQ(CountOf(page, "<image "), 1u);
-        }
-
-        TEST(HtmlReport, OlderPageStaysWhereTheNewOneCannotBe)
-        {
-            const Folder folder;
-            const std::string old = folder.Write("r.html", "old");
-            {
-                const TestSupport::SystemFault fault("write", ENOSPC, 1, 100);
-                const Outcome outcome = RunOn(TwoSheets(), {"--report", old});
-                EXPECT_EQ(outcome.status, 1);
-                EXPECT_THAT(outcome.error, HasSubstr("r.html cannot be written: No space left on device"));
-            }
-            {
-                const TestSupport::SystemFault fault("renameat", EACCES);
-                EXPECT_THAT(RunOn(TwoSheets(), {"--report", old}).error, HasSubstr("Permission denied"));
-            }
-            EXPECT_EQ(folder.Read("r.html"), "old");
-            EXPECT_THAT(folder.Names(), ElementsAre("r.html"));
-            const TestSupport::Stutter few(100);
-            EXPECT_EQ(RunOn(TwoSheets(), {"--report", old}).status, 0);
-            EXPECT_THAT(folder.Read("r.html"), HasSubstr("</html>"));
         }
 
         TEST(HtmlReport, AnotherPrintFileIsNotTakenForThePage)

@@ -10,6 +10,7 @@ namespace PpfInfoTest
     {
         using Json = nlohmann::ordered_json;
         using PpfTest::FrontOf;
+        using PpfTest::HexPixels;
         using PpfTest::Separation;
         using PpfTest::TwoSheets;
 
@@ -46,9 +47,7 @@ namespace PpfInfoTest
 
         TEST(JsonOutput, TextsAreUtf8OrElseLatin1AndValuesStayAsInTheFile)
         {
-            std::string bytes = FrontOf(
-                "(Gr\xFCn) (Gr\xC3\xBCn)",
-                Separation(1, 1, "None", "ASCIIHexDecode", "00>") + Separation(1, 1, "None", "ASCIIHexDecode", "00>"));
+            std::string bytes = FrontOf("(Gr\xFCn) (Gr\xC3\xBCn)", HexPixels(1, 1, "00>") + HexPixels(1, 1, "00>"));
             bytes.replace(bytes.find("[ 10 cm 10 cm ]"), 15, "  [ 8.5 inch\n11 inch ] ");
             bytes.replace(
                 bytes.find("(Job) def"), 9, "(a\\(b\\)\\101) def /CIP3AdmMake (Press\\0404) def /X [ 1 (M\xFC) ] def");
@@ -92,8 +91,8 @@ namespace PpfInfoTest
             Json json = JsonOf(
                 FrontOf(
                     "(C) (M) (Y) (K)",
-                    Separation(
-                        2, 1, "None", "ASCIIHexDecode", "ff00ff00 0000ff00>",
+                    HexPixels(
+                        2, 1, "ff00ff00 0000ff00>",
                         "/CIP3PreviewImageComponents 4 def\n/CIP3PreviewImageResolution [299.999 72.0] def\n")),
                 {"--zones", "2"});
             EXPECT_EQ(SeparationOf(json, 0)["zones"].dump(), "[100.0,0.0]");
@@ -109,6 +108,7 @@ namespace PpfInfoTest
             const Outcome outcome = RunOn(bytes, {"--json", "--zone-width", "1.5inch"});
             EXPECT_EQ(outcome.status, 1);
             EXPECT_THAT(outcome.error, testing::HasSubstr("byte 1209: separation \"Black\" has no resolution"));
+            EXPECT_THAT(outcome.error, testing::HasSubstr("give their number alone, with --zones"));
             Json json = Json::parse(outcome.out);
             EXPECT_EQ(SeparationOf(json, 0)["zones"].dump(), "[]");
             EXPECT_TRUE(SeparationOf(json, 0)["coverage"].is_number());
@@ -117,7 +117,7 @@ namespace PpfInfoTest
 
         TEST(JsonOutput, SeparationThatIsDamagedHasNoCoverage)
         {
-            const std::string bytes = FrontOf("(K)", Separation(2, 1, "None", "ASCIIHexDecode", "0>"));
+            const std::string bytes = FrontOf("(K)", HexPixels(2, 1, "0>"));
             const Outcome outcome = RunOn(bytes, {"--json", "--zones", "2"});
             EXPECT_EQ(outcome.status, 1);
             EXPECT_THAT(outcome.error, testing::HasSubstr("preview's data ends in row 1 of 1"));

@@ -17,6 +17,7 @@ namespace PpfInfoTest
     namespace
     {
         using PpfTest::FrontOf;
+        using PpfTest::HexPixels;
         using PpfTest::Separation;
         using PpfTest::TwoSheets;
         using testing::DoubleNear;
@@ -135,7 +136,7 @@ namespace PpfInfoTest
 
         TEST(PressZones, WhatLiesOutsideIsSaidOnceForASide)
         {
-            const std::string inks = Separation(72, 1, "None", "ASCIIHexDecode", std::string(144, 'f') + ">");
+            const std::string inks = HexPixels(72, 1, std::string(144, 'f') + ">");
             const std::string bytes = FrontOf("(A) (B)", inks + inks);
             const Outcome outcome = RunOn(bytes, {"--zones", "2", "--zone-width", "10mm", "--zone-offset", "-2mm"});
             EXPECT_EQ(outcome.status, 0);
@@ -176,14 +177,8 @@ namespace PpfInfoTest
 
         TEST(PressZones, PicturesOfTheReportLieWhereTheSheetDoes)
         {
-            const Folder folder;
-            ASSERT_EQ(
-                RunOn(
-                    TwoSheets(),
-                    {"--report", folder / "r.html", "--zones", "4", "--zone-width", "1inch", "--zone-offset", "3inch"})
-                    .status,
-                0);
-            const std::string page = folder.Read("r.html");
+            const std::string page =
+                ReportOf(TwoSheets(), {"--zones", "4", "--zone-width", "1inch", "--zone-offset", "3inch"});
             // In columns, of which a zone has two: six of the press left of the sheet, four of the sheet, two of them beyond.
             EXPECT_THAT(page, HasSubstr("viewBox=\"-6.000 0 10.000 2.000\"><rect class=\"paper\" width=\"4\""));
             EXPECT_THAT(page, HasSubstr("25.4 mm at the right of the front of sheet 1 lie outside"));

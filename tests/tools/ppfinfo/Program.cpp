@@ -7,8 +7,7 @@
 #include "ppfinfo/Text.h"
 
 #include <gtest/gtest.h>
-
-#include <new>
+#include <png.h>
 
 #include <sys/mman.h>
 #include <unistd.h>
@@ -95,5 +94,26 @@ namespace PpfInfoTest
             }
         }
         return outcome;
+    }
+
+    std::string ReportOf(const std::string& bytes, std::vector<std::string> arguments, int status)
+    {
+        const Folder folder;
+        arguments.insert(arguments.end(), {"--report", folder / "r.html"});
+        const Outcome outcome = RunOn(bytes, arguments);
+        EXPECT_EQ(outcome.status, status) << outcome.error;
+        EXPECT_EQ(folder.Names(), std::vector<std::string>{"r.html"});
+        return folder.Read("r.html");
+    }
+
+    std::vector<unsigned char> SamplesOf(const std::string& png, unsigned format)
+    {
+        png_image image = {};
+        image.version = PNG_IMAGE_VERSION;
+        EXPECT_TRUE(png_image_begin_read_from_memory(&image, png.data(), png.size()));
+        image.format = format;
+        std::vector<unsigned char> samples(PNG_IMAGE_SIZE(image));
+        EXPECT_TRUE(png_image_finish_read(&image, nullptr, samples.data(), 0, nullptr));
+        return samples;
     }
 }

@@ -23,4 +23,10 @@ namespace PpfInfoTest
 
     /// The program with these arguments and, as the last, a file of these bytes.
     Outcome RunOn(const std::string& bytes, std::vector<std::string> arguments);
+
+    /// The page that --report with these arguments makes of a file of these bytes, with this exit status.
+    std::string ReportOf(const std::string& bytes, std::vector<std::string> arguments = {}, int status = 0);
+
+    /// The samples of a PNG in this format of libpng's.
+    std::vector<unsigned char> SamplesOf(const std::string& png, unsigned format);
 }

@@ -19,6 +19,7 @@ namespace PpfInfoTest
     namespace
     {
         using PpfTest::FrontOf;
+        using PpfTest::HexPixels;
         using PpfTest::Separation;
         using PpfTest::TwoSheets;
         using testing::ElementsAre;
@@ -29,9 +30,7 @@ namespace PpfInfoTest
         /// The second separation is broken in its third pixel.
         std::string BrokenSecond()
         {
-            return FrontOf(
-                "(Cyan) (Gold)", Separation(2, 2, "None", "ASCIIHexDecode", "ff00ff00>") +
-                                     Separation(2, 2, "None", "ASCIIHexDecode", "0000?000>"));
+            return FrontOf("(Cyan) (Gold)", HexPixels(2, 2, "ff00ff00>") + HexPixels(2, 2, "0000?000>"));
         }
 
         std::string Line(const std::string& text, const std::string& word)
@@ -64,8 +63,7 @@ namespace PpfInfoTest
         {
             const std::string bytes = FrontOf(
                 "(Cyan) (Cyan) (Gold)",
-                Separation(2, 1, "None", "ASCIIHexDecode", "ff00>") +
-                    Separation(1, 1, "None", "ASCIIHexDecode", "00 ff>", "/CIP3PreviewImageResolution [9 9] def\n"));
+                HexPixels(2, 1, "ff00>") + HexPixels(1, 1, "00 ff>", "/CIP3PreviewImageResolution [9 9] def\n"));
             const Outcome outcome = RunOn(bytes, {});
             EXPECT_EQ(outcome.status, 0);
             const std::string unusual = outcome.out.substr(outcome.out.find("Unusual"));
@@ -79,8 +77,7 @@ namespace PpfInfoTest
 
         TEST(Run, NamesCannotDriveATerminal)
         {
-            const std::string bytes =
-                FrontOf("(\\033[2J\x9B\x31m\\377)", Separation(1, 1, "None", "ASCIIHexDecode", "00>"));
+            const std::string bytes = FrontOf("(\\033[2J\x9B\x31m\\377)", HexPixels(1, 1, "00>"));
             const Outcome outcome = RunOn(bytes, {});
             EXPECT_THAT(outcome.out, HasSubstr("\\x1b[2J\\xc2\\x9b1m\xC3\xBF"));
             EXPECT_THAT(outcome.out, Not(HasSubstr("\x1B")));
@@ -145,18 +142,6 @@ namespace PpfInfoTest
             EXPECT_THAT(
                 width.out, HasSubstr("   1       0.0      38.1    66.67\n"
                                      "   2      38.1      50.8    74.90\n"));
-        }
-
-        TEST(Run, ZoneWidthsThatCannotBeAreFailuresWithAnAnswer)
-        {
-            EXPECT_THAT(RunOn(TwoSheets(), {"--zone-width", "0.0000001mm"}).error, HasSubstr("give a greater"));
-            std::string bytes = TwoSheets();
-            bytes.replace(bytes.find("/CIP3PreviewImageResolution"), 6, "/CIP4A");
-            const Outcome outcome = RunOn(bytes, {"--zone-width", "10mm"});
-            EXPECT_EQ(outcome.status, 1);
-            EXPECT_THAT(outcome.error, HasSubstr("job.ppf: byte 1209: separation \"Black\" has no resolution"));
-            EXPECT_THAT(outcome.error, HasSubstr("give their number alone, with --zones"));
-            EXPECT_THAT(outcome.out, HasSubstr("\"S2\", back: ink coverage per zone in per cent\nzone "));
         }
 
         TEST(Run, WrongCommandLinesAreUsageErrors)

@@ -35,14 +35,6 @@ namespace PpfInfoTest
             }
         }
 
-        TEST(Text, NumbersAreWrittenWithoutRoundingSurprises)
-        {
-            EXPECT_EQ(Fixed(68.72549, 2), "68.73");
-            EXPECT_EQ(Fixed(0.004, 2), "0.00");
-            EXPECT_EQ(Shortest(2), "2");
-            EXPECT_EQ(Shortest(118.11), "118.11");
-        }
-
         TEST(Zones, LengthsNeedAUnitThatThePressroomKnows)
         {
             EXPECT_DOUBLE_EQ(ParseLength("25.4mm").value(), 1);
