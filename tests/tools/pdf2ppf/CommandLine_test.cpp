@@ -1,13 +1,13 @@
 #include "host/Failure.h"
 #include "pdf2ppf/CommandLine.h"
 #include "pdf2ppf/PageJob.h"
+#include "tests/support/Failures.h"
 
 #include <gmock/gmock.h>
 
 namespace Pdf2PpfTest
 {
     using namespace Pdf2Ppf;
-    using ::testing::ElementsAre;
     using ::testing::HasSubstr;
 
     CommandLine Parse(std::vector<const char*> arguments)
@@ -18,35 +18,7 @@ namespace Pdf2PpfTest
 
     std::string Refusal(const std::vector<const char*>& arguments)
     {
-        try
-        {
-            CheckNames(Parse(arguments));
-        }
-        catch (const Host::UsageError& error)
-        {
-            return error.what();
-        }
-        return "accepted";
-    }
-
-    std::vector<std::string> SheetNames(const Jobs::Job& job)
-    {
-        std::vector<std::string> names;
-        for (const Jobs::Sheet& sheet : job.sheets)
-        {
-            names.push_back(sheet.sheetName);
-        }
-        return names;
-    }
-
-    std::vector<Page> Pages(const std::vector<std::uint64_t>& numbers)
-    {
-        std::vector<Page> pages;
-        for (const std::uint64_t number : numbers)
-        {
-            pages.push_back({number, {{"Black", "/" + std::to_string(number)}}, {}, {}});
-        }
-        return pages;
+        return TestSupport::FailureOf<Host::UsageError>([&] { CheckNames(Parse(arguments)); });
     }
 
     TEST(CommandLineTest, JobIsNamedAfterTheInput)
@@ -55,15 +27,6 @@ namespace Pdf2PpfTest
         EXPECT_EQ(Parse({"plain", "-o", "o"}).jobName, "plain");
         EXPECT_EQ(Parse({"a/.pdf", "-o", "o"}).jobName, ".pdf");
         EXPECT_EQ(Parse({"a.pdf", "--job", "J", "-o", "o"}).jobName, "J");
-    }
-
-    TEST(CommandLineTest, DefaultsAreThoseOfTheTrade)
-    {
-        const CommandLine line = Parse({"a.pdf", "-o", "o"});
-        EXPECT_EQ(line.resolution, 50.8);
-        EXPECT_EQ(line.oversampling, 8);
-        EXPECT_TRUE(line.pages.IsAll() && line.sync);
-        EXPECT_FALSE(line.duplex || line.keepBlank || line.verbose || line.compression || line.encoding);
     }
 
     TEST(CommandLineTest, WrongOrdersAreRefused)
@@ -102,31 +65,19 @@ namespace Pdf2PpfTest
             Refusal({"a.pdf", "-o", "o", "--sheet-name", (std::string(214, 'x') + "%d").c_str()}), HasSubstr("214"));
     }
 
-    TEST(PageJobTest, EveryPageIsASheetWithItsOwnNumber)
+    TEST(PageJobTest, DuplexPageWithoutItsOtherSideIsASideAlone)
     {
-        const CommandLine line = Parse({"a.pdf", "--param", "K=(V)", "-o", "o"});
-        const Jobs::Job job = JobOf(line, Pages({2, 5}));
-        EXPECT_THAT(SheetNames(job), ElementsAre("Page 2", "Page 5"));
-        EXPECT_EQ(job.sheets[1].front[0].file, "/5");
-        EXPECT_EQ(job.sheets[1].jobName, "a");
-        EXPECT_EQ(std::get<std::string>(job.sheets[1].parameters.at("K")), "(V)");
-        EXPECT_TRUE(job.sheets[1].back.empty());
-    }
-
-    TEST(PageJobTest, DuplexPagesAreSidesOfTheirSheet)
-    {
-        const CommandLine line = Parse({"a.pdf", "--duplex", "-o", "o"});
-        const Jobs::Job job = JobOf(line, Pages({1, 2, 3, 6}));
-        EXPECT_THAT(SheetNames(job), ElementsAre("Sheet 1", "Sheet 2", "Sheet 3"));
+        std::vector<Page> pages;
+        for (const std::uint64_t number : {1, 2, 3, 6})
+        {
+            pages.push_back({number, {{"Black", "/" + std::to_string(number)}}, {}, {}});
+        }
+        const Jobs::Job job = JobOf(Parse({"a.pdf", "--duplex", "-o", "o"}), pages);
+        ASSERT_EQ(job.sheets.size(), 3U);
         EXPECT_EQ(job.sheets[0].front[0].file + job.sheets[0].back[0].file, "/1/2");
+        EXPECT_EQ(job.sheets[1].sheetName, "Sheet 2");
         EXPECT_TRUE(job.sheets[1].back.empty());
         EXPECT_TRUE(job.sheets[2].front.empty());
         EXPECT_EQ(job.sheets[2].back[0].file, "/6");
-    }
-
-    TEST(PageJobTest, PatternHoldsTheNumber)
-    {
-        const CommandLine line = Parse({"a.pdf", "--sheet-name", "100% %d of %d", "-o", "o"});
-        EXPECT_THAT(SheetNames(JobOf(line, Pages({12}))), ElementsAre("100% 12 of 12"));
     }
 }

@@ -47,37 +47,6 @@ namespace Pdf2PpfTest
         }
     }
 
-    TEST(MessagesTest, NamesAreTakenPageByPage)
-    {
-        Messages messages;
-        messages.Take(Source::Output, Colour("A") + Colour("B") + Colour("C"));
-        EXPECT_THAT(messages.TakeSpotNames(2), ElementsAre("A", "B"));
-        EXPECT_THAT(messages.TakeSpotNames(2), ElementsAre("C"));
-    }
-
-    TEST(MessagesTest, PagesOfPdfAreKnown)
-    {
-        Messages messages;
-        EXPECT_EQ(messages.PagesInFile(), 0U);
-        messages.Take(Source::Output, "Processing pages 1 through 12.\nPage 1\n");
-        EXPECT_EQ(messages.PagesInFile(), 12U);
-    }
-
-    TEST(MessagesTest, RepairedFileIsFaulty)
-    {
-        Messages messages;
-        messages.Take(
-            Source::Error, "\nThe following errors were encountered at least once while processing this file:\n"
-                           "\tstartxref offset invalid\n\tPDF file was repaired\n\n"
-                           "   **** This file had errors that were repaired or ignored.\n"
-                           "   **** The file was produced by: \n   **** >>>> A Program <<<<\n"
-                           "   **** Please notify the author of the software that produced this\n"
-                           "   **** file that it does not conform to Adobe's published PDF\n"
-                           "   **** specification.\n\n");
-        EXPECT_TRUE(messages.SaysFileIsFaulty());
-        EXPECT_EQ(messages.Reason(), "startxref offset invalid; PDF file was repaired");
-    }
-
     TEST(MessagesTest, ReasonIsTheLineThatSaysMost)
     {
         EXPECT_EQ(
@@ -87,32 +56,9 @@ namespace Pdf2PpfTest
                 "GPL Ghostscript 10.00.0: Unrecoverable error, exit code 1\n"),
             "/undefined in hello");
         EXPECT_EQ(
-            ReasonOf(
-                "   **** Error: Couldn't initialise file.\n               Output may be incorrect.\n",
-                "GPL Ghostscript 10.00.0: \n   **** This file requires a password for access.\n"),
-            "This file requires a password for access.");
-        EXPECT_EQ(ReasonOf("", "\n   **** Warning: PDF document has no pages.\n"), "PDF document has no pages.");
-        EXPECT_EQ(
             ReasonOf("Error: /ioerror in --showpage--\nLast OS error: No space left on device\n", ""),
             "/ioerror in --showpage--; No space left on device");
-        EXPECT_EQ(ReasonOf("", "gs: symbol lookup error: no such symbol"), "gs: symbol lookup error: no such symbol");
         EXPECT_EQ(ReasonOf("GPL Ghostscript 10.0.0 (2022-09-21)\nPage 1\n", ""), "");
-    }
-
-    TEST(MessagesTest, LongNameIsSaidToBeTooLong)
-    {
-        EXPECT_EQ(
-            ReasonOf(
-                "", "GPL Ghostscript 10.00.0: **** Could not open the file 1(" + std::string(300, 'x') + ").tif.\n"),
-            "the name of a spot colour is too long: it takes a file name of 308 bytes, and the limit is 255");
-    }
-
-    TEST(MessagesTest, LostSpotColoursAreNoticed)
-    {
-        Messages messages;
-        EXPECT_FALSE(messages.SaysSpotColoursAreLost());
-        messages.Take(Source::Error, "**** Max spot colorants reached.\n");
-        EXPECT_TRUE(messages.SaysSpotColoursAreLost());
     }
 
     TEST(MessagesTest, EndlessOutputIsBounded)

@@ -7,14 +7,6 @@ namespace Pdf2PpfTest
 {
     using Pdf2Ppf::PageList;
 
-    TEST(PageListTest, WithoutTextHoldsAllPages)
-    {
-        const PageList all;
-        EXPECT_TRUE(all.IsAll() && all.Has(1) && all.Has(1000000));
-        EXPECT_EQ(all.At(4), 5U);
-        EXPECT_EQ(all.Text(), "");
-    }
-
     TEST(PageListTest, RangesAreOrderedAndJoined)
     {
         const struct
