@@ -1,7 +1,6 @@
 #include "tests/faults/Scenario.h"
 
 #include "tests/TwoSheetExample.h"
-#include "tests/support/Folder.h"
 #include "tests/support/TiffMaker.h"
 
 #include <filesystem>
@@ -150,24 +149,6 @@ namespace FaultTest
     std::ostream& operator<<(std::ostream& out, const Program& program)
     {
         return out << program.name;
-    }
-
-    Files FilesIn(const std::string& folder)
-    {
-        Files files;
-        for (const auto& entry : std::filesystem::recursive_directory_iterator(folder))
-        {
-            const std::string name = entry.path().lexically_relative(folder);
-            if (entry.is_directory())
-            {
-                files.insert({name + '/', ""});
-            }
-            else
-            {
-                files.insert({name, TestSupport::Folder::BytesOf(entry.path())});
-            }
-        }
-        return files;
     }
 
     void Fill(const std::string& folder, const Files& files)

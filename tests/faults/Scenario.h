@@ -8,7 +8,7 @@
 
 namespace FaultTest
 {
-    /// Names in a folder, relative to it, with what the files hold; a folder's name ends with a slash.
+    /// What is in a folder, as TestSupport::Folder::FilesIn has it.
     using Files = std::map<std::string, std::string>;
 
     struct Scenario
@@ -34,9 +34,6 @@ namespace FaultTest
     std::vector<Program> Programs();
 
     std::ostream& operator<<(std::ostream& out, const Program& program);
-
-    /// All that is in `folder` and below.
-    Files FilesIn(const std::string& folder);
 
     /// Empties `folder` and puts `files` there.
     void Fill(const std::string& folder, const Files& files);

@@ -80,7 +80,7 @@ namespace FaultTest
                 Fill(folder.Path(), scenario.files);
                 auto [outcome, calls] = program->Record();
                 good = outcome;
-                filesOfGood = FilesIn(folder.Path());
+                filesOfGood = TestSupport::Folder::FilesIn(folder.Path());
                 EXPECT_EQ(good.status, scenario.status) << scenario.name << ": " << good.errors;
                 return calls;
             }
@@ -168,7 +168,7 @@ namespace FaultTest
             /// What cannot be removed stays.
             Files FilesAfter(const Fault& fault) const
             {
-                Files files = FilesIn(folder.Path());
+                Files files = TestSupport::Folder::FilesIn(folder.Path());
                 for (auto next = files.begin(); next != files.end();)
                 {
                     const bool isTemporary = next->first.find("sheetvane-") <= 1;
@@ -211,7 +211,9 @@ namespace FaultTest
                     return "no line that says what failed";
                 }
                 program->Run({});
-                return Settled(FilesIn(folder.Path())) == Settled(filesOfGood) ? "" : "not made good by the next run";
+                return Settled(TestSupport::Folder::FilesIn(folder.Path())) == Settled(filesOfGood)
+                           ? ""
+                           : "not made good by the next run";
             }
 
             /// The files with the job's in one place, whether it is done or failed; it is either, or nothing is settled.

@@ -7,6 +7,7 @@
 #include <fstream>
 #include <iterator>
 #include <system_error>
+#include <utility>
 
 namespace TestSupport
 {
@@ -57,6 +58,18 @@ namespace TestSupport
         }
         std::sort(names.begin(), names.end());
         return names;
+    }
+
+    std::map<std::string, std::string> Folder::FilesIn(const std::string& path)
+    {
+        std::map<std::string, std::string> files;
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(path))
+        {
+            const std::string name = entry.path().lexically_relative(path);
+            files.insert(
+                entry.is_directory() ? std::pair(name + '/', std::string()) : std::pair(name, BytesOf(entry.path())));
+        }
+        return files;
     }
 
     std::string Folder::BytesOf(const std::string& path)

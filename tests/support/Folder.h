@@ -1,6 +1,7 @@
 // A folder of a test's own, below TMPDIR, with the little that tests do in one. It is gone at the end, with all that is in it.
 #pragma once
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -27,6 +28,10 @@ namespace TestSupport
 
         /// All names in the folder `name`, in this one without it, hidden ones too, sorted.
         std::vector<std::string> Names(const std::string& name = ".") const;
+
+        /// All that is in the folder at `path` and below: names relative to it, a folder's with a slash at its end, and the files'
+        /// bytes.
+        static std::map<std::string, std::string> FilesIn(const std::string& path);
 
         /// The bytes of the file at `path`, wherever it is. Throws std::system_error.
         static std::string BytesOf(const std::string& path);

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <thread>
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -47,14 +48,16 @@ namespace TestSupport
         }
         argv.push_back(nullptr);
         const std::string path = programs.Path() + ':' + std::getenv("PATH");
+        const int error = open((said / "error").c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, S_IRUSR | S_IWUSR);
         const pid_t process = fork();
         if (process == 0)
         {
             const bool isReady = setenv("TMPDIR", temporary.Path().c_str(), 1) == 0 &&
                                  setenv("PATH", path.c_str(), 1) == 0 && setenv("said", said.Path().c_str(), 1) == 0 &&
-                                 chdir(folder.Path().c_str()) == 0;
+                                 chdir(folder.Path().c_str()) == 0 && dup2(error, STDERR_FILENO) >= 0;
             _exit(isReady ? execv(program.c_str(), argv.data()) : 127);
         }
+        close(error);
         return process;
     }
 

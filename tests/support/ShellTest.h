@@ -26,10 +26,10 @@ namespace TestSupport
         /// the exit status, -1 if a signal ended the shell. Whatever it is, nothing may be left in TMPDIR.
         int Run(const std::string& commands) const;
 
-        /// Starts the program alone, in the same surroundings.
+        /// Starts the program alone, in the same surroundings; what it says comes after what others have said in Error().
         pid_t Start(const std::vector<std::string>& arguments) const;
 
-        /// Sends `signal` to such a process and waits for its end; gives the exit status, or the negative of the signal that
+        /// Sends `signal`, unless it is 0, to such a process and waits for its end; gives the exit status, or the negative of the signal that
         /// ended it.
         static int End(pid_t process, int signal);
 
@@ -44,8 +44,6 @@ namespace TestSupport
         Folder temporary; ///< TMPDIR
         Folder said;
         Folder programs; ///< first on the PATH
-
-    private:
         std::string program;
     };
 

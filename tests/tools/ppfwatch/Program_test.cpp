@@ -1,7 +1,6 @@
 // The built program, with a folder of its own: what it does in it, when it ends, and what is there after it was killed.
-#include "tests/support/Folder.h"
+#include "tests/support/PlainTiff.h"
 #include "tests/support/ShellTest.h"
-#include "tests/support/TiffMaker.h"
 
 #include <gmock/gmock.h>
 
@@ -9,12 +8,10 @@
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <thread>
+#include <utility>
 
-#include <fcntl.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
 namespace PpfWatchTest
 {
@@ -26,25 +23,17 @@ namespace PpfWatchTest
         using ::testing::HasSubstr;
         using ::testing::IsEmpty;
         using ::testing::MatchesRegex;
+        using TestSupport::PlainTiff;
         namespace fs = std::filesystem;
 
-        std::string SmallTiff(unsigned char value)
-        {
-            TestSupport::TiffForm form;
-            form.width = 4;
-            form.height = 2;
-            form.resolution = 2;
-            return TestSupport::MakeTiff(form, [=](std::uint32_t, std::uint32_t) { return value; });
-        }
-
-        class WatchTest : public ::testing::Test
+        class WatchTest : public TestSupport::ShellTest
         {
         protected:
             WatchTest()
+                : ShellTest(PPFWATCH_PROGRAM)
             {
                 Configure(R"("settleSeconds":0.1)");
                 fs::create_directory(folder / "in");
-                fs::create_directory(folder / "tmp");
             }
 
             ~WatchTest() override
@@ -61,51 +50,22 @@ namespace PpfWatchTest
                 folder.Write("c.json", R"({"names":"{job}_{ink}.tif",)" + members + '}');
             }
 
-            void Drop(const std::string& name) const { folder.Write("in/" + name, SmallTiff(7)); }
+            void Drop(const std::string& name) const { folder.Write("in/" + name, PlainTiff()); }
 
-            void Start(const std::vector<std::string>& options = {})
+            void Start(std::vector<std::string> arguments = {})
             {
-                std::vector<std::string> arguments = {"ppfwatch"};
-                arguments.insert(arguments.end(), options.begin(), options.end());
-                arguments.push_back(folder / "c.json");
-                std::vector<char*> pointers;
-                for (std::string& argument : arguments)
-                {
-                    pointers.push_back(argument.data());
-                }
-                pointers.push_back(nullptr);
-                const std::string program =
-                    fs::exists(folder / "ppfwatch") ? folder / "ppfwatch" : std::string(PPFWATCH_PROGRAM);
-                const std::string temporary = folder / "tmp";
-                const std::string log = folder / "log";
-                process = fork();
-                if (process == 0)
-                {
-                    setenv("TMPDIR", temporary.c_str(), 1);
-                    dup2(open(log.c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600), STDERR_FILENO);
-                    execv(program.c_str(), pointers.data());
-                    _exit(127);
-                }
+                arguments.emplace_back("c.json");
+                process = ShellTest::Start(arguments);
             }
+
+            int End(int signal = 0) { return ShellTest::End(std::exchange(process, -1), signal); }
 
             /// From now on a shell script stands in the place of tiff2ppf; "$out" is what it is to write.
-            void ConvertBy(const std::string& script) const
+            void ConvertBy(const std::string& script)
             {
-                fs::copy_file(PPFWATCH_PROGRAM, folder / "ppfwatch");
-                folder.Write("tiff2ppf", "#!/bin/sh\nfor out; do :; done\n" + script + '\n');
-                fs::permissions(folder / "tiff2ppf", fs::perms(0700));
-            }
-
-            int End(int signal = 0)
-            {
-                if (signal != 0)
-                {
-                    kill(process, signal);
-                }
-                int status = 0;
-                waitpid(process, &status, 0);
-                process = -1;
-                return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+                program = programs / "ppfwatch";
+                fs::copy_file(PPFWATCH_PROGRAM, program, fs::copy_options::skip_existing);
+                StandIn("tiff2ppf", "for out; do :; done\n" + script);
             }
 
             int RunOnce()
@@ -121,11 +81,9 @@ namespace PpfWatchTest
 
             bool UntilSaid(const std::string& text) const
             {
-                return TestSupport::Until(
-                    [&] { return fs::exists(folder / "log") && folder.Read("log").find(text) != std::string::npos; });
+                return TestSupport::Until([&] { return Error().find(text) != std::string::npos; });
             }
 
-            TestSupport::Folder folder;
             pid_t process = -1;
         };
 
@@ -134,14 +92,14 @@ namespace PpfWatchTest
             Drop("J_C.tif");
             Drop("J_K.tif");
             Drop("\xFF_K.tif");
-            folder.Write("in/cut_K.tif", SmallTiff(7).substr(0, 100));
-            EXPECT_EQ(RunOnce(), 0) << folder.Read("log");
+            folder.Write("in/cut_K.tif", PlainTiff().substr(0, 100));
+            EXPECT_EQ(RunOnce(), 0) << Error();
             EXPECT_THAT(folder.Names("out"), ElementsAre("J.ppf", "\xFF.ppf"));
             EXPECT_THAT(folder.Names("done"), ElementsAre("J", "\xFF"));
             EXPECT_THAT(folder.Names("done/J"), ElementsAre("J_C.tif", "J_K.tif"));
             EXPECT_THAT(folder.Names("in"), ElementsAre("cut_K.tif"));
-            EXPECT_THAT(folder.Names("tmp"), IsEmpty());
-            EXPECT_THAT(folder.Read("log"), HasSubstr(" cut_K.tif: the TIFF is not there to its end"));
+            EXPECT_THAT(temporary.Names(), IsEmpty());
+            EXPECT_THAT(Error(), HasSubstr(" cut_K.tif: the TIFF is not there to its end"));
         }
 
         TEST_F(WatchTest, JobThatFailsMovesWithItsLine)
@@ -170,7 +128,7 @@ namespace PpfWatchTest
             ASSERT_TRUE(UntilThere("done/J/J_C.tif"));
             EXPECT_TRUE(fs::exists(folder / "out/J.ppf"));
             EXPECT_EQ(End(SIGTERM), 0);
-            EXPECT_THAT(folder.Read("log"), MatchesRegex("([0-9-]+T[0-9:]+[+-][0-9]+ [^\n]+\n)+"));
+            EXPECT_THAT(Error(), MatchesRegex("([0-9-]+T[0-9:]+[+-][0-9]+ [^\n]+\n)+"));
             EXPECT_THAT(folder.Names("out"), ElementsAre("J.ppf"));
         }
 
@@ -181,9 +139,7 @@ namespace PpfWatchTest
             const pid_t first = process;
             EXPECT_EQ(RunOnce(), 1);
             process = first;
-            EXPECT_THAT(
-                folder.Read("log"),
-                ContainsRegex("\nppfwatch: error: [^\n]*/in is watched by another process[^\n]*\n"));
+            EXPECT_THAT(Error(), ContainsRegex("\nppfwatch: error: [^\n]*/in is watched by another process[^\n]*\n"));
             EXPECT_EQ(End(SIGINT), 0);
         }
 
@@ -233,10 +189,10 @@ namespace PpfWatchTest
             ConvertBy("[ -e ../out/J.ppf ] && touch ../early; cat J_C.tif >\"$out\"; [ -e ../new ] && mv ../new "
                       "J_C.tif; true");
             Drop("J_C.tif");
-            folder.Write("new", SmallTiff(9));
-            EXPECT_EQ(RunOnce(), 0) << folder.Read("log");
-            EXPECT_EQ(folder.Read("out/J.ppf"), SmallTiff(9));
-            EXPECT_EQ(folder.Read("done/J/J_C.tif"), SmallTiff(9));
+            folder.Write("new", PlainTiff(4, 2, 9));
+            EXPECT_EQ(RunOnce(), 0) << Error();
+            EXPECT_EQ(folder.Read("out/J.ppf"), PlainTiff(4, 2, 9));
+            EXPECT_EQ(folder.Read("done/J/J_C.tif"), PlainTiff(4, 2, 9));
             EXPECT_FALSE(fs::exists(folder / "early")) << "what was made of the old one was to be seen";
             EXPECT_THAT(folder.Names("done"), ElementsAre("J"));
         }
@@ -245,11 +201,11 @@ namespace PpfWatchTest
         {
             ConvertBy("ls p* >\"$out\"; mv ../new p-K 2>/dev/null; true"); // two run at once, one moves it
             Drop("p-C");
-            folder.Write("new", SmallTiff(9));
+            folder.Write("new", PlainTiff(4, 2, 9));
             fs::create_directory(folder / "in/p-Folder");
             folder.Write("in/J.json", R"({"sheets":[{"front":[{"set":"p-*"}]}]})");
             folder.Write("in/Wrong.json", R"({"sheets":[{"front":[{"set":"p"}]}]})");
-            EXPECT_EQ(RunOnce(), 0) << folder.Read("log");
+            EXPECT_EQ(RunOnce(), 0) << Error();
             EXPECT_THAT(folder.Read("out/J.ppf"), HasSubstr("p-K\n"));
             EXPECT_THAT(folder.Names("done/J"), ElementsAre("J.json", "p-C", "p-K"));
             EXPECT_THAT(folder.Names("done/Wrong"), ElementsAre("Wrong.json")) << "it is the program that refuses it";
@@ -282,11 +238,11 @@ namespace PpfWatchTest
             const pid_t conversion = std::stoi(folder.Read("pid"));
             End(SIGKILL);
             EXPECT_TRUE(TestSupport::Until([=] { return kill(conversion, 0) != 0; }));
-            folder.Write("tiff2ppf", "#!/bin/sh\nfor out; do :; done\necho whole >\"$out\"\n");
-            EXPECT_EQ(RunOnce(), 0) << folder.Read("log");
+            ConvertBy("echo whole >\"$out\"");
+            EXPECT_EQ(RunOnce(), 0) << Error();
             EXPECT_THAT(folder.Names("out"), ElementsAre("J.ppf"));
             EXPECT_EQ(folder.Read("out/J.ppf"), "whole\n");
-            EXPECT_THAT(folder.Names("tmp"), IsEmpty());
+            EXPECT_THAT(temporary.Names(), IsEmpty());
         }
 
         TEST_F(WatchTest, UnreachableFolderIsNoFaultOfTheJob)
@@ -297,8 +253,7 @@ namespace PpfWatchTest
             EXPECT_THAT(folder.Names("in"), ElementsAre("J_C.tif"));
             EXPECT_THAT(folder.Names("failed"), IsEmpty());
             EXPECT_THAT(
-                folder.Read("log"),
-                HasSubstr("/out: No such file or directory; J waits for it: tiff2ppf: error: no space"));
+                Error(), HasSubstr("/out: No such file or directory; J waits for it: tiff2ppf: error: no space"));
         }
 
         TEST_F(WatchTest, JournalGetsPriorities)
@@ -309,8 +264,7 @@ namespace PpfWatchTest
             EXPECT_EQ(RunOnce(), 1);
             unsetenv("JOURNAL_STREAM");
             unsetenv("INVOCATION_ID");
-            EXPECT_THAT(
-                folder.Read("log"), ContainsRegex("^<6>watching [^\n]*\n<6>J: converting [^\n]*\n<3>J: failed: "));
+            EXPECT_THAT(Error(), ContainsRegex("^<6>watching [^\n]*\n<6>J: converting [^\n]*\n<3>J: failed: "));
         }
 
         TEST_F(WatchTest, KilledAtAnyMomentItLosesNothing)
@@ -337,9 +291,9 @@ namespace PpfWatchTest
                     }
                 }
             }
-            EXPECT_EQ(RunOnce(), 0) << folder.Read("log");
+            EXPECT_EQ(RunOnce(), 0) << Error();
             EXPECT_THAT(folder.Names("in"), IsEmpty());
-            EXPECT_THAT(folder.Names("tmp"), IsEmpty());
+            EXPECT_THAT(temporary.Names(), IsEmpty());
             EXPECT_EQ(folder.Names("out").size(), static_cast<std::size_t>(Jobs));
             EXPECT_EQ(folder.Names("done").size(), static_cast<std::size_t>(Jobs));
             for (const std::string& name : folder.Names("done"))
