@@ -20,19 +20,19 @@ namespace TestSupport
     TiffEditor::TiffEditor(std::string tiff)
         : bytes(std::move(tiff))
         , bigEndian(bytes[0] == 'M')
-        , big(Number(2, 2) == TIFF_VERSION_BIG)
+        , big(Number(bytes, 2, 2) == TIFF_VERSION_BIG)
         , word(big ? 8 : 4)
     {
-        std::size_t at = Number(big ? 8 : 4, word);
-        const std::uint64_t count = Number(at, big ? 8 : 2);
+        std::size_t at = Number(bytes, big ? 8 : 4, word);
+        const std::uint64_t count = Number(bytes, at, big ? 8 : 2);
         at += big ? 8 : 2;
         for (std::uint64_t i = 0; i < count; ++i, at += 4 + 2 * word)
         {
             entries.push_back(
-                {static_cast<std::uint16_t>(Number(at, 2)), static_cast<std::uint16_t>(Number(at + 2, 2)),
-                 Number(at + 4, word), bytes.substr(at + 4 + word, word)});
+                {static_cast<std::uint16_t>(Number(bytes, at, 2)), static_cast<std::uint16_t>(Number(bytes, at + 2, 2)),
+                 Number(bytes, at + 4, word), bytes.substr(at + 4 + word, word)});
         }
-        next = Number(at, word);
+        next = Number(bytes, at, word);
     }
 
     void TiffEditor::Set(std::uint16_t tag, std::uint16_t type, const std::vector<std::uint64_t>& values)
@@ -73,31 +73,16 @@ namespace TestSupport
 
     std::uint64_t TiffEditor::Get(std::uint16_t tag, std::size_t index) const
     {
-        for (const Entry& entry : entries)
+        const auto entry =
+            std::find_if(entries.begin(), entries.end(), [&](const Entry& other) { return other.tag == tag; });
+        if (entry == entries.end())
         {
-            if (entry.tag != tag)
-            {
-                continue;
-            }
-            const unsigned width = WidthOf(entry.type);
-            std::string field = entry.field;
-            std::uint64_t number = 0;
-            if (entry.count * width > word)
-            {
-                for (unsigned i = 0; i < word; ++i)
-                {
-                    number = number << 8 | static_cast<unsigned char>(field[bigEndian ? i : word - 1 - i]);
-                }
-                return Number(number + index * width, width);
-            }
-            for (unsigned i = 0; i < width; ++i)
-            {
-                number =
-                    number << 8 | static_cast<unsigned char>(field[index * width + (bigEndian ? i : width - 1 - i)]);
-            }
-            return number;
+            throw std::out_of_range("no such tag");
         }
-        throw std::out_of_range("no such tag");
+        const unsigned width = WidthOf(entry->type);
+        const bool isInField = entry->count * width <= word;
+        const std::uint64_t begin = isInField ? 0 : Number(entry->field, 0, word);
+        return Number(isInField ? entry->field : bytes, begin + index * width, width);
     }
 
     std::string TiffEditor::Bytes() const
@@ -113,12 +98,12 @@ namespace TestSupport
         return result.replace(big ? 8 : 4, word, Encode(directory, word));
     }
 
-    std::uint64_t TiffEditor::Number(std::size_t position, unsigned width) const
+    std::uint64_t TiffEditor::Number(const std::string& text, std::size_t position, unsigned width) const
     {
         std::uint64_t number = 0;
         for (unsigned i = 0; i < width; ++i)
         {
-            number = number << 8 | static_cast<unsigned char>(bytes.at(position + (bigEndian ? i : width - 1 - i)));
+            number = number << 8 | static_cast<unsigned char>(text.at(position + (bigEndian ? i : width - 1 - i)));
         }
         return number;
     }

@@ -43,7 +43,7 @@ namespace TestSupport
             std::string field; ///< the value or its offset, as in the file
         };
 
-        std::uint64_t Number(std::size_t position, unsigned width) const;
+        std::uint64_t Number(const std::string& text, std::size_t position, unsigned width) const;
         std::string Encode(std::uint64_t number, unsigned width) const;
         void Replace(const Entry& entry);
 

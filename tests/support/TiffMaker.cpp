@@ -7,6 +7,7 @@
 #include <cstring>
 #include <memory>
 #include <stdexcept>
+#include <utility>
 
 namespace TestSupport
 {
@@ -120,10 +121,6 @@ namespace TestSupport
 
         void WriteNames(TIFF* tiff, const TiffForm& form)
         {
-            if (form.inkSet != 0)
-            {
-                TIFFSetField(tiff, TIFFTAG_INKSET, form.inkSet);
-            }
             if (!form.extraSamples.empty())
             {
                 TIFFSetField(
@@ -161,31 +158,16 @@ namespace TestSupport
                 TIFFSetField(tiff, TIFFTAG_INKSET, INKSET_MULTIINK);
                 TIFFSetField(tiff, TIFFTAG_NUMBEROFINKS, 1);
             }
+            const std::pair<std::uint32_t, std::uint32_t> optional[] = {
+                {TIFFTAG_INKSET, form.inkSet},           {TIFFTAG_PREDICTOR, form.predictor},
+                {TIFFTAG_T4OPTIONS, form.faxOptions},    {TIFFTAG_FILLORDER, form.fillOrder},
+                {TIFFTAG_ORIENTATION, form.orientation}, {TIFFTAG_SAMPLEFORMAT, form.sampleFormat},
+                {TIFFTAG_SUBFILETYPE, form.subfileType}};
+            for (const auto& [tag, value] : optional)
+            {
+                Require(value == 0 || TIFFSetField(tiff, tag, value) == 1);
+            }
             WriteNames(tiff, form);
-            if (form.predictor != 0)
-            {
-                TIFFSetField(tiff, TIFFTAG_PREDICTOR, form.predictor);
-            }
-            if (form.faxOptions != 0)
-            {
-                TIFFSetField(tiff, TIFFTAG_T4OPTIONS, form.faxOptions);
-            }
-            if (form.fillOrder != 0)
-            {
-                TIFFSetField(tiff, TIFFTAG_FILLORDER, form.fillOrder);
-            }
-            if (form.orientation != 0)
-            {
-                TIFFSetField(tiff, TIFFTAG_ORIENTATION, form.orientation);
-            }
-            if (form.sampleFormat != 0)
-            {
-                TIFFSetField(tiff, TIFFTAG_SAMPLEFORMAT, form.sampleFormat);
-            }
-            if (form.subfileType != 0)
-            {
-                TIFFSetField(tiff, TIFFTAG_SUBFILETYPE, form.subfileType);
-            }
             if (form.resolution != 0)
             {
                 TIFFSetField(tiff, TIFFTAG_XRESOLUTION, form.resolution);
