@@ -11,7 +11,6 @@
 
 #include <gmock/gmock.h>
 
-#include <filesystem>
 #include <memory>
 
 #include <rasteroutput/Exception.h>
@@ -114,27 +113,6 @@ namespace SheetvaneTest
         };
         allocationsFor(200); // whatever is made once
         EXPECT_EQ(allocationsFor(200), allocationsFor(2000));
-    }
-
-    TEST_F(Converter, TiffThatIsMissingOrDamagedFailsAndSaysNothingElsewhere)
-    {
-        testing::internal::CaptureStdout();
-        testing::internal::CaptureStderr();
-        AddTwoSheets();
-        folder.Write("out.ppf", "older");
-        const std::string whole = folder.Read("black.tif");
-        for (const std::string& content : {std::string(), std::string("no TIFF"), whole.substr(0, whole.size() / 2)})
-        {
-            folder.Write("black.tif", content);
-            EXPECT_EQ(
-                FailureOf([&] { converter.CreateCIP3File(Location(out)); }), "Problem converting TIFF files to CIP3")
-                << content.size();
-            EXPECT_EQ(folder.Read("out.ppf"), "") << content.size();
-        }
-        std::filesystem::remove(black);
-        EXPECT_EQ(FailureOf([&] { converter.CreateCIP3File(Location(out)); }), "Problem converting TIFF files to CIP3");
-        EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
-        EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
     }
 
     template <class Base>

@@ -131,13 +131,6 @@ namespace CIP3OutputTest
         line.planar = 0;
         EXPECT_THAT([&] { scribe.painter.ProcessScanLine(line); }, FailsWith("Interleaved data not supported", 5));
         EXPECT_EQ(bytes, "CMYK");
-
-        line.bitsPerComponent = 1;
-        EXPECT_THAT(
-            [&] { scribe.painter.ProcessScanLine(line); },
-            testing::Throws<RasterOutput::Exception>(testing::Property(
-                &RasterOutput::Exception::what,
-                testing::StrEq("1 bit data is not supported by this painter process"))));
     }
 
     TEST(CIP3PainterException, IsCaughtAsEachOfItsBasesAndIsNoStandardException)

@@ -11,7 +11,6 @@ namespace CIP3OutputTest
 {
     using namespace RasterOutput;
     using testing::HasSubstr;
-    using testing::Not;
 
     /// The sheet section of a document of one sheet without surfaces.
     std::string SheetSection(const CIP3SheetParameters& sheet)
@@ -34,14 +33,6 @@ namespace CIP3OutputTest
 
     const std::string Curves = "/CIP3TransferFilmCurveData [0.0 0.0 1.0 1.0] def\n"
                                "/CIP3TransferPlateCurveData [0.0 0.0 1.0 1.0] def\n";
-
-    TEST(CIP3PainterSections, SheetWithoutNameAndSurfacesHasItsFixedLines)
-    {
-        EXPECT_EQ(
-            SheetSection(AnySheet()), "CIP3BeginSheet\n/CIP3AdmJobName (J) def\n"
-                                      "/CIP3AdmPSExtent [ 210 point 297.5 point ] def\n" +
-                                          Curves + "\nCIP3EndSheet\n\n");
-    }
 
     TEST(CIP3PainterSections, NamesGoOutByteForByte)
     {
@@ -104,11 +95,12 @@ namespace CIP3OutputTest
                       "CIP3EndBack\n\nCIP3EndSheet\n\n"));
     }
 
-    std::string SeparationHead(PpfScribe& scribe)
+    std::string SeparationHead(std::int32_t compression, std::int32_t encoding, std::int32_t height = 768)
     {
+        PpfScribe scribe(1, compression, encoding);
         scribe.StartSurface();
         scribe.painter.parameters.width = 1024;
-        scribe.painter.parameters.height = 768;
+        scribe.painter.parameters.height = height;
         scribe.painter.parameters.xResolution = 300;
         scribe.painter.parameters.yResolution = 299.9994;
         scribe.painter.BeginSeparation();
@@ -118,31 +110,23 @@ namespace CIP3OutputTest
 
     TEST(CIP3PainterSections, MatrixTurnsTheImageAndResolutionIsXThenY)
     {
-        PpfScribe scribe(1, RunLength, ASCII85);
         EXPECT_EQ(
-            SeparationHead(scribe), "/CIP3PreviewImageMatrix [1024 0 0 -768 0 768] def\n"
-                                    "/CIP3PreviewImageResolution [300 299.999] def\n"
-                                    "/CIP3PreviewImageCompression /RunLengthDecode def\n"
-                                    "/CIP3PreviewImageEncoding /ASCII85Decode def\n");
+            SeparationHead(RunLength, ASCII85), "/CIP3PreviewImageMatrix [1024 0 0 -768 0 768] def\n"
+                                                "/CIP3PreviewImageResolution [300 299.999] def\n"
+                                                "/CIP3PreviewImageCompression /RunLengthDecode def\n"
+                                                "/CIP3PreviewImageEncoding /ASCII85Decode def\n");
+        // The height that has no negative is negated, too.
+        EXPECT_THAT(
+            SeparationHead(None, Binary, std::numeric_limits<std::int32_t>::min()),
+            HasSubstr("[1024 0 0 2147483648 0 -2147483648]"));
     }
 
     TEST(CIP3PainterSections, UnknownFormIsAnEmptyWordAndPassesTheDataOn)
     {
-        PpfScribe scribe(1, 2, -1);
         EXPECT_THAT(
-            SeparationHead(scribe),
+            SeparationHead(2, -1),
             HasSubstr("\n/CIP3PreviewImageCompression / def\n/CIP3PreviewImageEncoding / def\n"));
         EXPECT_EQ(PreviewData(FileOf(2, 3, {Hex("00 00"), Hex("01 02")})), Hex("FF FF FE FD"));
-    }
-
-    TEST(CIP3PainterSections, HeightWithoutANegativeIsNegated)
-    {
-        PpfScribe scribe(1, None, Binary);
-        scribe.StartSurface();
-        scribe.painter.parameters.height = std::numeric_limits<std::int32_t>::min();
-        scribe.painter.BeginSeparation();
-        scribe.painter.EndSeparation();
-        EXPECT_THAT(scribe.FinishSurface(), HasSubstr("[0 0 0 2147483648 0 -2147483648]"));
     }
 
     TEST(CIP3PainterSections, DataOfEachFormEndsAsItsDecoderExpects)

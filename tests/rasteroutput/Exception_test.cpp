@@ -25,15 +25,4 @@ namespace RasterOutputTest
             EXPECT_STREQ(failure.ModuleName(), "Raster Ouptput framework");
         }
     }
-
-    struct Untranslated : Tarnel::Exception
-    {
-        const char* what() const noexcept override { return "as it is"; }
-        const char* ModuleName() const noexcept override { return "test"; }
-    };
-
-    TEST(TarnelException, MessageIsTheTextUnlessTranslated)
-    {
-        EXPECT_EQ(Untranslated().LocalisedMessage(), "as it is");
-    }
 }

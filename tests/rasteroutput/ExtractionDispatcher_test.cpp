@@ -20,18 +20,11 @@ namespace RasterOutputTest
         {
         };
 
-        Processor* handledProcessor = nullptr;
-        int handledNumber = 0;
+        void TakeNothing(Processor&, ClientParameterExtractor&) {}
 
-        void TakeNumber(Processor& processor, ClientParameterExtractor& extractor)
+        void TakeNumber(Processor&, ClientParameterExtractor& extractor)
         {
-            handledProcessor = &processor;
-            handledNumber = dynamic_cast<NumberExtractor&>(extractor).number;
-        }
-
-        void TakeNothing(Processor&, ClientParameterExtractor&)
-        {
-            handledNumber = -1;
+            dynamic_cast<NumberExtractor&>(extractor).number = -1;
         }
 
         auto FindsNoHandler()
@@ -43,26 +36,17 @@ namespace RasterOutputTest
     class ExtractionDispatcherTest : public testing::Test
     {
     protected:
-        ExtractionDispatcherTest() { extractor.number = 5; }
-
         ExtractionDispatcher& dispatcher = ExtractionDispatcher::Instance();
-        HandlerScope<BareStage, NumberExtractor> registered{&TakeNumber};
+        HandlerScope<BareStage, NumberExtractor> registered{&TakeNothing};
         BareStage stage;
         NumberExtractor extractor;
     };
 
-    TEST_F(ExtractionDispatcherTest, HandsBothArgumentsToTheHandlerOfTheirTypes)
-    {
-        dispatcher.Go(stage, extractor);
-        EXPECT_EQ(handledProcessor, &stage);
-        EXPECT_EQ(handledNumber, 5);
-    }
-
     TEST_F(ExtractionDispatcherTest, SecondAddReplacesTheHandlerAndOneRemoveTakesItAway)
     {
-        dispatcher.Add<BareStage, NumberExtractor>(&TakeNothing);
+        dispatcher.Add<BareStage, NumberExtractor>(&TakeNumber);
         dispatcher.Go(stage, extractor);
-        EXPECT_EQ(handledNumber, -1);
+        EXPECT_EQ(extractor.number, -1);
         dispatcher.Remove<BareStage, NumberExtractor>();
         EXPECT_THAT([this] { dispatcher.Go(stage, extractor); }, FindsNoHandler());
         EXPECT_NO_THROW((dispatcher.Remove<BareStage, NumberExtractor>()));

@@ -9,32 +9,6 @@ namespace RasterOutputTest
 {
     using namespace RasterOutput;
 
-    TEST(RawChunkRef, InterleavedDataHasOnePlaneAndPlanarDataOnePerComponent)
-    {
-        RawChunkRef chunk;
-        chunk.componentsPerSample = 4;
-        EXPECT_EQ(chunk.NumberOfPlanes(), 4u);
-        EXPECT_FALSE(chunk.IsInterleaved());
-        chunk.planar = 0;
-        EXPECT_EQ(chunk.NumberOfPlanes(), 1u);
-        EXPECT_TRUE(chunk.IsInterleaved());
-        chunk.bitsPerComponent = 8;
-        chunk.width = 9;
-        EXPECT_EQ(chunk.GetRowStride(), 36u);
-    }
-
-    TEST(RawChunkRef, ResetPlanesEmptiesTheRangesEvenIfTheirNumberStays)
-    {
-        Bytes bytes(4);
-        auto chunk = PlanarChunk<RawChunkRef>(8, 4, 1, {&bytes, &bytes});
-        chunk.ResetPlanes();
-        EXPECT_EQ(chunk.size(), 2u);
-        EXPECT_EQ(chunk[0].begin, nullptr);
-        EXPECT_EQ(chunk[1].size(), 0u);
-        EXPECT_FALSE(chunk.uniform);
-        EXPECT_FALSE(chunk.uniformKnown);
-    }
-
     TEST(RawChunkRef, ChunkWithoutComponentsIsKnownToBeUniform)
     {
         Bytes bytes(4);

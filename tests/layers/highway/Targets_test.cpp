@@ -23,48 +23,13 @@ namespace HighwayTest
     /// Targets that this file is compiled to choose from.
     constexpr std::int64_t Known = HWY_TARGETS;
 
-    /// Highway's own library, loaded beside ours.
-    class OwnLibrary
+    /// A function of Highway's own library, which is loaded beside ours; null if there is none.
+    template <class Function>
+    Function* OfOwnLibrary(const char* name)
     {
-    public:
-        OwnLibrary()
-            : library(dlopen("libhwy.so.1", RTLD_NOW | RTLD_LOCAL))
-        {
-            if (library != nullptr)
-            {
-                Find("_ZN3hwy16SupportedTargetsEv", supportedTargets);
-                Find("_ZN3hwy26SetSupportedTargetsForTestEl", setSupportedTargetsForTest);
-                Find("_ZN3hwy15GetChosenTargetEv", getChosenTarget);
-            }
-        }
-        ~OwnLibrary()
-        {
-            if (library != nullptr)
-            {
-                dlclose(library);
-            }
-        }
-        OwnLibrary(const OwnLibrary&) = delete;
-        OwnLibrary& operator=(const OwnLibrary&) = delete;
-
-        bool IsWhole() const
-        {
-            return supportedTargets != nullptr && setSupportedTargetsForTest != nullptr && getChosenTarget != nullptr;
-        }
-
-        std::int64_t (*supportedTargets)() = nullptr;
-        void (*setSupportedTargetsForTest)(std::int64_t) = nullptr;
-        hwy::ChosenTarget& (*getChosenTarget)() = nullptr;
-
-    private:
-        template <class Function>
-        void Find(const char* name, Function& function)
-        {
-            function = reinterpret_cast<Function>(dlsym(library, name));
-        }
-
-        void* library;
-    };
+        static void* const library = dlopen("libhwy.so.1", RTLD_NOW | RTLD_LOCAL);
+        return library != nullptr ? reinterpret_cast<Function*>(dlsym(library, name)) : nullptr;
+    }
 
     /// Place in a dispatch table that is chosen after an update from the supported targets.
     std::size_t ChosenIndex(hwy::ChosenTarget& chosen, std::int64_t supported)
@@ -75,8 +40,11 @@ namespace HighwayTest
 
     TEST(Targets, AnswerAsHighwaysOwnLibraryForEveryTarget)
     {
-        const OwnLibrary own;
-        ASSERT_TRUE(own.IsWhole()) << "libhwy.so.1 cannot be loaded, or is another version";
+        auto* const supportedTargets = OfOwnLibrary<std::int64_t()>("_ZN3hwy16SupportedTargetsEv");
+        auto* const setSupportedTargets = OfOwnLibrary<void(std::int64_t)>("_ZN3hwy26SetSupportedTargetsForTestEl");
+        auto* const chosenTarget = OfOwnLibrary<hwy::ChosenTarget&()>("_ZN3hwy15GetChosenTargetEv");
+        ASSERT_TRUE(supportedTargets != nullptr && setSupportedTargets != nullptr && chosenTarget != nullptr)
+            << "libhwy.so.1 cannot be loaded, or is another version";
         std::vector<std::int64_t> orders = {0}; // as the machine is
         for (std::int64_t left = Known; left != 0; left &= left - 1)
         {
@@ -85,12 +53,12 @@ namespace HighwayTest
         for (const std::int64_t order : orders)
         {
             hwy::SetSupportedTargetsForTest(order);
-            own.setSupportedTargetsForTest(order);
-            EXPECT_EQ(hwy::SupportedTargets() & Known, own.supportedTargets() & Known) << order;
+            setSupportedTargets(order);
+            EXPECT_EQ(hwy::SupportedTargets() & Known, supportedTargets() & Known) << order;
             EXPECT_FALSE(hwy::GetChosenTarget().IsInitialized()) << order;
             EXPECT_EQ(
                 ChosenIndex(hwy::GetChosenTarget(), hwy::SupportedTargets()),
-                ChosenIndex(own.getChosenTarget(), own.supportedTargets()))
+                ChosenIndex(chosenTarget(), supportedTargets()))
                 << order;
         }
         hwy::SetSupportedTargetsForTest(0);

@@ -47,17 +47,6 @@ namespace KxTypesTest
         EXPECT_FALSE(exception.HasInterface("KX_EException"));
     }
 
-    TEST(KX_EException, PackedAndUnpackedIsIdentical)
-    {
-        KX_EException exception = Prepared();
-        KX_EException other;
-        EXPECT_FALSE(exception.KX_IsIdent(other));
-        exception.KX_Move(other.KX_Self());
-        EXPECT_TRUE(exception.KX_IsIdent(other));
-        EXPECT_EQ(other.KX_ExceptionLine(), 12u);
-        EXPECT_FALSE(exception.KX_IsIdent(KX_TString("out of ink")));
-    }
-
     TEST(KX_EException, PrintsClassMessageAndPlace)
     {
         std::ostringstream unprepared;

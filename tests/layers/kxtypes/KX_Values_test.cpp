@@ -9,27 +9,6 @@ namespace KxTypesTest
 {
     namespace
     {
-        /// A host's own kind of string.
-        class Label : public KX_TString
-        {
-        public:
-            Label()
-                : KX_TString("label")
-            {
-            }
-
-            void* KX_Self() override { return this; }
-            const void* KX_DynamicInfo(const char* typeName) const override
-            {
-                if (typeName == nullptr)
-                {
-                    return KX_TClass::GetClassObject(
-                        false, "Label", sizeof(Label), KX_TString::KX_ClassObject(), nullptr, nullptr);
-                }
-                return std::string(typeName) == "Label" ? this : KX_TString::KX_DynamicInfo(typeName);
-            }
-        };
-
         template <class Value>
         class ValueClass : public testing::Test
         {
@@ -101,16 +80,6 @@ namespace KxTypesTest
         }
     }
 
-    TEST(KX_TObject, SubclassHasANameOfItsOwnAndCastsToItsBase)
-    {
-        KX_TAny copy;
-        copy = KX_TAny(Label());
-        EXPECT_STREQ(copy.ClassName(), "Label");
-        EXPECT_TRUE(copy.HasSuperclass("KX_TString"));
-        EXPECT_STREQ(static_cast<const KX_TString*>(copy.KX_Cast("KX_TString"))->c_str(), "label");
-        EXPECT_EQ(copy.ClassObject().New(), nullptr);
-    }
-
     TEST(KX_TClass, OneClassObjectForAName)
     {
         KX_TClass* const first = KX_TClass::GetClassObject(false, "Plate", 8, nullptr, nullptr, nullptr);
@@ -153,7 +122,6 @@ namespace KxTypesTest
         source.KX_Move(target.KX_Self());
         EXPECT_TRUE(source.KX_IsIdent(target));
         EXPECT_EQ(target.Length(), 5u);
-        EXPECT_FALSE(Label().KX_IsIdent(KX_TString("label")));
         const std::unique_ptr<KX_IPackable> clone(source.KX_Clone());
         EXPECT_TRUE(clone->KX_IsIdent(source));
         EXPECT_EQ(clone->KX_PackTypeID(), 0xF69E9640u);

@@ -8,6 +8,7 @@
 
 #include <cstring>
 #include <limits>
+#include <type_traits>
 
 namespace RasterFeedTest
 {
@@ -17,16 +18,10 @@ namespace RasterFeedTest
     using TestSupport::TiffForm;
     namespace
     {
-        std::uint64_t BitsOf(float value)
+        template <class Number>
+        std::uint64_t BitsOf(Number value)
         {
-            std::uint32_t bits;
-            std::memcpy(&bits, &value, sizeof bits);
-            return bits;
-        }
-
-        std::uint64_t BitsOf(double value)
-        {
-            std::uint64_t bits;
+            std::conditional_t<sizeof(Number) == 4, std::uint32_t, std::uint64_t> bits;
             std::memcpy(&bits, &value, sizeof bits);
             return bits;
         }

@@ -67,22 +67,12 @@ namespace RasterFeedTest
 
     TEST(Turn, EveryOrientationOfTheFileAndTheHostMovesPixelsAndResolutions)
     {
-        for (const std::uint16_t bits : {std::uint16_t{1}, std::uint16_t{8}, std::uint16_t{16}})
+        for (const std::uint16_t bits : std::initializer_list<std::uint16_t>{1, 4, 8, 16})
         {
             for (const TiffForm& form : Forms(bits))
             {
                 ExpectTurned(form, 0);
-            }
-        }
-    }
-
-    TEST(Turn, ReductionIsThatOfTheTurnedImage)
-    {
-        // 200 and 300 to 61: neither the first nor the last cell ends with a pixel, so that each end has cells of its own.
-        for (const std::uint16_t bits : {std::uint16_t{1}, std::uint16_t{4}, std::uint16_t{8}})
-        {
-            for (const TiffForm& form : Forms(bits))
-            {
+                // 200 and 300 to 61: neither the first nor the last cell ends with a pixel, so that each end has its own.
                 ExpectTurned(form, 61);
             }
         }
