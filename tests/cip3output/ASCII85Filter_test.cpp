@@ -2,7 +2,7 @@
 #include "cip3output/ASCII85Filter.h"
 #include "tests/cip3output/Bytes.h"
 #include "tests/cip3output/PlainLoops.h"
-#include "tests/cip3output/kernels/KernelTargets.h"
+#include "tests/support/KernelTargets.h"
 
 #include <gtest/gtest.h>
 
@@ -10,7 +10,7 @@ namespace CIP3OutputTest
 {
     using RasterOutput::ASCII85Filter;
 
-    class ASCII85FilterTest : public KernelTest
+    class ASCII85FilterTest : public TestSupport::KernelTest
     {
     };
 
@@ -68,5 +68,6 @@ namespace CIP3OutputTest
         }
     }
 
-    INSTANTIATE_TEST_SUITE_P(, ASCII85FilterTest, testing::ValuesIn(TargetsOfThisMachine()), TargetName);
+    INSTANTIATE_TEST_SUITE_P(
+        , ASCII85FilterTest, testing::ValuesIn(TestSupport::TargetsOfThisMachine()), TestSupport::TargetName);
 }

@@ -96,30 +96,6 @@ namespace CIP3OutputTest
         }
     }
 
-    /// No file of this process may grow beyond a size, for as long as this object lives.
-    class FullDisk
-    {
-    public:
-        explicit FullDisk(std::size_t size)
-        {
-            getrlimit(RLIMIT_FSIZE, &before);
-            const rlimit limit = {size, before.rlim_max};
-            setrlimit(RLIMIT_FSIZE, &limit);
-            handler = std::signal(SIGXFSZ, SIG_IGN);
-        }
-        ~FullDisk()
-        {
-            setrlimit(RLIMIT_FSIZE, &before);
-            std::signal(SIGXFSZ, handler);
-        }
-        FullDisk(const FullDisk&) = delete;
-        FullDisk& operator=(const FullDisk&) = delete;
-
-    private:
-        rlimit before{};
-        void (*handler)(int) = nullptr;
-    };
-
     TEST(CIP3Painter, FullDiskIsNotReportedAndThePainterMayBeginAgain)
     {
         PpfScribe scribe(1, None, Binary);
@@ -131,15 +107,19 @@ namespace CIP3OutputTest
         };
         write();
         const std::string whole = scribe.File();
+        rlimit unlimited = {};
+        getrlimit(RLIMIT_FSIZE, &unlimited);
+        const auto handler = std::signal(SIGXFSZ, SIG_IGN);
         for (const std::size_t size : {std::size_t{0}, std::size_t{46}, DocumentBuffer::BlockSize + 1})
         {
-            {
-                const FullDisk disk(size);
-                EXPECT_NO_THROW(write()) << size;
-            }
+            const rlimit limit = {size, unlimited.rlim_max};
+            setrlimit(RLIMIT_FSIZE, &limit);
+            EXPECT_NO_THROW(write()) << size;
+            setrlimit(RLIMIT_FSIZE, &unlimited);
             EXPECT_TRUE(scribe.File() == whole.substr(0, size)) << size;
             write();
             EXPECT_TRUE(scribe.File() == whole) << size;
         }
+        std::signal(SIGXFSZ, handler);
     }
 }

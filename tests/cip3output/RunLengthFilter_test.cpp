@@ -1,7 +1,7 @@
 // The tokens of run-length data, by hand; kernels/RunLength_test.cpp has them for any line.
 #include "cip3output/RunLengthFilter.h"
 #include "tests/cip3output/Bytes.h"
-#include "tests/cip3output/kernels/KernelTargets.h"
+#include "tests/support/KernelTargets.h"
 
 #include <gtest/gtest.h>
 
@@ -12,7 +12,7 @@ namespace CIP3OutputTest
     using RasterOutput::RunLengthFilter;
 
     /// On every target, as the tokens are the kernel's.
-    class RunLengthFilterTest : public KernelTest
+    class RunLengthFilterTest : public TestSupport::KernelTest
     {
     };
 
@@ -62,7 +62,8 @@ namespace CIP3OutputTest
         EXPECT_EQ(Filtered(filter, Times(64, "x")), Hex("C1 78"));
     }
 
-    INSTANTIATE_TEST_SUITE_P(, RunLengthFilterTest, testing::ValuesIn(TargetsOfThisMachine()), TargetName);
+    INSTANTIATE_TEST_SUITE_P(
+        , RunLengthFilterTest, testing::ValuesIn(TestSupport::TargetsOfThisMachine()), TestSupport::TargetName);
 
     TEST(FilterOutput, GrowsToTwiceTheInputAndNeverShrinks)
     {

@@ -72,15 +72,6 @@ namespace RasterOutputTest
         stage.Finalize();
     }
 
-    TEST_F(ProcessorTest, InitializeWithItsOwnDescriptionKeepsIt)
-    {
-        const HandlerScope<BareStage, NumberExtractor> handler([](Processor&, ClientParameterExtractor&) {});
-        NumberExtractor extractor;
-        bare.parameters.auxiliaryRecords.resize(2);
-        bare.Initialize(bare.parameters, extractor);
-        EXPECT_EQ(bare.parameters.auxiliaryRecords.size(), 2u);
-    }
-
     TEST_F(ProcessorTest, InitializeOfAnUnknownPairFailsBeforeTheStageIsSetUp)
     {
         NumberExtractor extractor;

@@ -15,88 +15,60 @@ namespace RasterOutputTest
     {
         int paintersAlive = 0;
 
-        /// A painter that can be told from others by its mark.
-        template <char Mark>
-        class MarkedPainter : public Painter
+        class CountedPainter : public Painter
         {
         public:
-            MarkedPainter() { ++paintersAlive; }
-            ~MarkedPainter() override { --paintersAlive; }
+            CountedPainter() { ++paintersAlive; }
+            ~CountedPainter() override { --paintersAlive; }
             void InitializePainter() override {}
             void FinalizePainter() override {}
         };
 
-        template <char Mark>
-        Painter* NewMarked()
+        Painter* NewPainter()
         {
-            return new MarkedPainter<Mark>;
+            return new CountedPainter;
         }
 
-        template <char Mark>
-        bool Makes(const std::string& name)
+        Painter* NoPainter()
         {
-            return dynamic_cast<MarkedPainter<Mark>*>(MakePainter(name).get()) != nullptr;
+            return nullptr;
         }
     }
 
-    class RegistryTest : public testing::Test
+    TEST(Registry, NameIsTakenUntilItIsUnregisteredAndItsProductsLiveOn)
     {
-    protected:
-        ~RegistryTest() override
-        {
-            for (const std::string& name : names)
-            {
-                UnregisterPainter(name);
-            }
-            EXPECT_EQ(paintersAlive, 0);
-        }
-
-        void Register(const std::string& name, PainterCreator creator)
-        {
-            RegisterPainter(name, creator);
-            names.push_back(name);
-        }
-
-        std::vector<std::string> names;
-    };
-
-    TEST_F(RegistryTest, SecondRegistrationFailsAndLeavesTheFirst)
-    {
-        Register("one", &NewMarked<'1'>);
-        EXPECT_THAT(
-            [] { RegisterPainter("one", &NewMarked<'2'>); }, FailsWith("one painter identifier already registered"));
-        EXPECT_TRUE(Makes<'1'>("one"));
-    }
-
-    TEST_F(RegistryTest, NameIsFreeAgainAfterUnregisterAndItsProductsLiveOn)
-    {
-        RegisterPainter("again", &NewMarked<'1'>);
-        auto painter = MakePainter("again");
-        UnregisterPainter("again");
+        RegisterPainter("one", &NewPainter);
+        EXPECT_THAT([] { RegisterPainter("one", &NoPainter); }, FailsWith("one painter identifier already registered"));
+        auto painter = MakePainter("one");
+        EXPECT_EQ(paintersAlive, 1) << "the first registration stays";
+        UnregisterPainter("one");
         EXPECT_EQ(paintersAlive, 1);
         painter.reset();
-        Register("again", &NewMarked<'2'>);
-        EXPECT_TRUE(Makes<'2'>("again"));
+        EXPECT_EQ(paintersAlive, 0);
+        RegisterPainter("one", &NoPainter);
+        EXPECT_EQ(MakePainter("one"), nullptr);
+        UnregisterPainter("one");
     }
 
-    TEST_F(RegistryTest, UnknownNameAndBrokenCreatorFailInTheRegistrysOwnWords)
+    TEST(Registry, UnknownNameAndBrokenCreatorFailInTheRegistrysOwnWords)
     {
-        Register("Known", &NewMarked<'1'>);
-        Register("broken", []() -> Painter* { throw 42; });
-        EXPECT_THAT([] { UnregisterPainter("known"); }, FailsWith("known painter failed to unregister"));
-        EXPECT_THAT([] { MakePainter("known"); }, FailsWith("Could not make painter known"));
+        RegisterPainter("broken", []() -> Painter* { throw 42; });
+        EXPECT_THAT([] { UnregisterPainter("Broken"); }, FailsWith("Broken painter failed to unregister"));
+        EXPECT_THAT([] { MakePainter("Broken"); }, FailsWith("Could not make painter Broken"));
         EXPECT_THAT([] { MakePainter("broken"); }, FailsWith("Could not make painter broken"));
+        UnregisterPainter("broken");
     }
 
-    TEST_F(RegistryTest, PluginsAreATableOfTheirOwnWithWordsOfTheirOwn)
+    TEST(Registry, PluginsAreATableOfTheirOwnWithWordsOfTheirOwn)
     {
         const PluginCreator newPlugin = [] { return new Plugin; };
-        Register("both", &NewMarked<'1'>);
+        RegisterPainter("both", &NoPainter);
         EXPECT_THAT([] { MakePlugin("both"); }, FailsWith("Could not make plugin both"));
         RegisterPlugin("both", newPlugin);
         EXPECT_THAT([=] { RegisterPlugin("both", newPlugin); }, FailsWith("both plugin identifier already registered"));
         EXPECT_NE(MakePlugin("both"), nullptr);
         UnregisterPlugin("both");
         EXPECT_THAT([] { UnregisterPlugin("both"); }, FailsWith("both plugin failed to unregister"));
+        UnregisterPainter("both");
     }
 }

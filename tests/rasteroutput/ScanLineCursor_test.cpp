@@ -17,7 +17,7 @@ namespace RasterOutputTest
         ScanLineCursor cursor{2, 1, 1, {PlaneOf(first), PlaneOf(second)}, 10, 3, 9, 1};
     };
 
-    TEST_F(ScanLineCursorTest, StandsOnTheRowAskedForWithoutItsPadding)
+    TEST_F(ScanLineCursorTest, StandsOnTheRowAskedForWithoutItsPaddingAndMovesEveryPlaneByTheStride)
     {
         EXPECT_EQ(cursor.line.GetWidth(), 9);
         EXPECT_EQ(cursor.line.GetHeight(), 1);
@@ -25,10 +25,7 @@ namespace RasterOutputTest
         EXPECT_EQ(cursor.line[1].begin, second.data() + 13);
         EXPECT_EQ(cursor.line[1].size(), 2u);
         EXPECT_FALSE(cursor.line.uniformKnown);
-    }
 
-    TEST_F(ScanLineCursorTest, StepMovesEveryPlaneByTheStride)
-    {
         cursor.Step();
         EXPECT_EQ(cursor.rowIndex, 2u);
         EXPECT_EQ(cursor.line[0].begin, first.data() + 23);

@@ -1,13 +1,14 @@
 #include "cip3output/kernels/ASCII85.h"
 #include "tests/cip3output/PlainLoops.h"
-#include "tests/cip3output/kernels/KernelTargets.h"
+#include "tests/cip3output/kernels/Encoded.h"
 #include "tests/cip3output/kernels/Lines.h"
+#include "tests/support/KernelTargets.h"
 
 namespace CIP3OutputTest
 {
     using RasterOutput::Kernels::EncodeASCII85;
 
-    class ASCII85Kernel : public KernelTest
+    class ASCII85Kernel : public TestSupport::KernelTest
     {
     };
 
@@ -61,5 +62,6 @@ namespace CIP3OutputTest
         ASSERT_TRUE(Encoded(EncodeASCII85, line, groups, 5 * groups, 0) == PlainLoops::ASCII85(line));
     }
 
-    INSTANTIATE_TEST_SUITE_P(, ASCII85Kernel, testing::ValuesIn(TargetsOfThisMachine()), TargetName);
+    INSTANTIATE_TEST_SUITE_P(
+        , ASCII85Kernel, testing::ValuesIn(TestSupport::TargetsOfThisMachine()), TestSupport::TargetName);
 }

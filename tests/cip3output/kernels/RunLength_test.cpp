@@ -1,13 +1,14 @@
 #include "cip3output/kernels/RunLength.h"
 #include "tests/cip3output/PlainLoops.h"
-#include "tests/cip3output/kernels/KernelTargets.h"
+#include "tests/cip3output/kernels/Encoded.h"
 #include "tests/cip3output/kernels/Lines.h"
+#include "tests/support/KernelTargets.h"
 
 namespace CIP3OutputTest
 {
     using RasterOutput::Kernels::EncodeRunLength;
 
-    class RunLengthKernel : public KernelTest
+    class RunLengthKernel : public TestSupport::KernelTest
     {
     };
 
@@ -62,5 +63,6 @@ namespace CIP3OutputTest
         }
     }
 
-    INSTANTIATE_TEST_SUITE_P(, RunLengthKernel, testing::ValuesIn(TargetsOfThisMachine()), TargetName);
+    INSTANTIATE_TEST_SUITE_P(
+        , RunLengthKernel, testing::ValuesIn(TestSupport::TargetsOfThisMachine()), TestSupport::TargetName);
 }

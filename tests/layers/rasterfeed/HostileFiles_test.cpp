@@ -8,9 +8,9 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <fstream>
 #include <functional>
 
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -28,17 +28,9 @@ namespace RasterFeedTest
         /// The most memory that this process has ever had, in MiB.
         long PeakMemory()
         {
-            std::ifstream status("/proc/self/status");
-            for (std::string word; status >> word;)
-            {
-                if (word == "VmHWM:")
-                {
-                    long kibibytes = 0;
-                    status >> kibibytes;
-                    return kibibytes / 1024;
-                }
-            }
-            return -1;
+            rusage used = {};
+            ::getrusage(RUSAGE_SELF, &used);
+            return used.ru_maxrss / 1024;
         }
 
         /// How much `work` adds to the peak, measured in a process of its own; in MiB.

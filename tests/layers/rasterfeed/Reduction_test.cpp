@@ -133,10 +133,8 @@ namespace RasterFeedTest
         form.height = 3;
         form.resolution = 3;
         form.yResolution = 1.5;
-        const std::string tiff =
-            MakeTiff(form, [](std::uint32_t, std::uint32_t y) { return y == 0   ? 90u
-                                                                       : y == 1 ? 0u
-                                                                                : 60u; });
+        const std::uint32_t values[] = {90, 0, 60};
+        const std::string tiff = MakeTiff(form, [&](std::uint32_t, std::uint32_t y) { return values[y]; });
         EXPECT_THAT(DeliverView(tiff, To(1)).lines, ElementsAre(std::string{60}, std::string{40}));
     }
 

@@ -39,9 +39,9 @@ namespace RasterFeedTest
             return editor.Bytes();
         }
 
-        std::string WithValue(std::uint16_t tag, std::uint64_t value)
+        std::string WithValue(std::uint16_t tag, std::uint64_t value, const TiffForm& form = {})
         {
-            return Edited([&](TiffEditor& editor) { editor.Set(tag, TIFF_LONG, {value}); });
+            return Edited([&](TiffEditor& editor) { editor.Set(tag, TIFF_LONG, {value}); }, form);
         }
 
         /// The file is refused before its first line, with this reason.
@@ -102,7 +102,7 @@ namespace RasterFeedTest
         predicted.bits = 4;
         predicted.compression = COMPRESSION_LZW;
         ExpectRefused(
-            Edited([](TiffEditor& editor) { editor.Set(TIFFTAG_PREDICTOR, TIFF_SHORT, {2}); }, predicted),
+            WithValue(TIFFTAG_PREDICTOR, 2, predicted),
             "predictor 2 of 4 bits per sample; 1, and 2 of 8 or 16 bits, are accepted");
     }
 
@@ -119,22 +119,17 @@ namespace RasterFeedTest
         ExpectRefused(WithValue(TIFFTAG_IMAGELENGTH, 0x7fffffff), StartsWith("damaged TIFF structure"));
         TiffForm whole;
         whole.height = 20;
-        ExpectRefused(
-            Edited([](TiffEditor& editor) { editor.Set(TIFFTAG_IMAGELENGTH, TIFF_LONG, {21}); }, whole),
-            StartsWith("strip 5 of 5 has no data; "));
+        ExpectRefused(WithValue(TIFFTAG_IMAGELENGTH, 21, whole), StartsWith("strip 5 of 5 has no data; "));
         // 1-bit rows expand eightfold: the delivered line counts too.
         TiffForm bilevel;
         bilevel.bits = 1;
-        ExpectRefused(
-            Edited([](TiffEditor& editor) { editor.Set(TIFFTAG_IMAGEWIDTH, TIFF_LONG, {0x40000001}); }, bilevel),
-            HasSubstr("in rows of more than 1 GiB"));
+        ExpectRefused(WithValue(TIFFTAG_IMAGEWIDTH, 0x40000001, bilevel), HasSubstr("in rows of more than 1 GiB"));
         TiffForm tiled;
         tiled.bits = 1;
         tiled.tileWidth = 16;
         tiled.tileLength = 16;
         ExpectRefused(
-            Edited([](TiffEditor& editor) { editor.Set(TIFFTAG_TILEWIDTH, TIFF_LONG, {12}); }, tiled),
-            HasSubstr("; widths that are multiples of 16 are accepted"));
+            WithValue(TIFFTAG_TILEWIDTH, 12, tiled), HasSubstr("; widths that are multiples of 16 are accepted"));
     }
 
     TEST(Refusals, WhatIsNoTiffOrNoImage)

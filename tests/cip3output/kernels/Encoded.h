@@ -1,57 +1,16 @@
-// Runs a test once for every kind of vectors that this machine has.
+// Runs a kernel on buffers that end where its bytes do.
 #pragma once
 
-#include "tests/cip3output/kernels/TargetInUse.h"
-
 #include <gtest/gtest.h>
-#include <hwy/highway.h>
-#include <hwy/targets.h>
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdint>
 #include <cstring>
 #include <string>
 #include <vector>
 
 namespace CIP3OutputTest
 {
-    /// Fails unless the code of the target that it is given really runs.
-    class KernelTest : public testing::TestWithParam<std::int64_t>
-    {
-    protected:
-        /// Chosen for as long as the test runs. The target that all code is compiled for stays beside it, so that there
-        /// always is one.
-        KernelTest() { ChooseFrom(GetParam() | HWY_STATIC_TARGET); }
-        ~KernelTest() override { ChooseFrom(0); }
-
-        void SetUp() override { ASSERT_EQ(TargetInUse(), GetParam()); }
-
-    private:
-        /// 0 stands for everything that the machine has.
-        static void ChooseFrom(std::int64_t targets)
-        {
-            hwy::SetSupportedTargetsForTest(targets);
-            hwy::GetChosenTarget().Update(hwy::SupportedTargets());
-        }
-    };
-
-    /// What the kernels are compiled for and this machine has.
-    inline std::vector<std::int64_t> TargetsOfThisMachine()
-    {
-        std::vector<std::int64_t> targets;
-        for (std::int64_t left = hwy::SupportedTargets() & HWY_TARGETS; left != 0; left &= left - 1)
-        {
-            targets.push_back(left & -left);
-        }
-        return targets;
-    }
-
-    inline std::string TargetName(const testing::TestParamInfo<std::int64_t>& info)
-    {
-        return hwy::TargetName(info.param);
-    }
-
     /// Memory of exactly `size` bytes at `misalignment` bytes after a boundary, the end of which the sanitizer watches.
     class TightBuffer
     {
