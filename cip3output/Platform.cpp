@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <locale>
 #include <stdexcept>
+#include <system_error>
 
 #ifdef __linux__
 #include <sys/mman.h>
@@ -25,7 +26,12 @@ namespace RasterOutput::Platform
         stream.rdbuf()->pubsetbuf(nullptr, 0);
         try
         {
-            stream.open(std::filesystem::u8path(WideToUtf8(path)), std::ios::binary | std::ios::trunc);
+            // A file that is empty stays as it is. One that was truncated ext4 writes out to the disk when it is closed, and a
+            // program that asks for nothing to be brought there would wait for it.
+            const std::filesystem::path file = std::filesystem::u8path(WideToUtf8(path));
+            std::error_code unknown;
+            const bool isEmpty = std::filesystem::file_size(file, unknown) == 0 && !unknown;
+            stream.open(file, std::ios::binary | (isEmpty ? std::ios::app : std::ios::trunc));
         }
         catch (const std::range_error&)
         {

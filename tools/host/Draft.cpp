@@ -86,6 +86,10 @@ namespace Host
         {
             throw Failure("the file cannot be brought to the disk: " + SystemText(errno));
         }
+        if (!toDisk)
+        {
+            ReserveSpace(file.Number());
+        }
         if (!file.Close())
         {
             throw Failure("the file cannot be written: " + SystemText(errno));

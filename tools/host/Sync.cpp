@@ -2,7 +2,10 @@
 
 #include "host/Descriptor.h"
 
+#include <tuple>
+
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace Host
@@ -10,6 +13,15 @@ namespace Host
     bool SyncFile(int file) noexcept
     {
         return Uninterrupted([&] { return fsync(file); }) == 0;
+    }
+
+    void ReserveSpace(int file) noexcept
+    {
+        struct stat status = {};
+        if (fstat(file, &status) == 0)
+        {
+            std::ignore = fallocate(file, FALLOC_FL_KEEP_SIZE, 0, status.st_size);
+        }
     }
 
     bool SyncFolder(int from, const char* path) noexcept

@@ -112,6 +112,16 @@ namespace HostTest
         EXPECT_EQ(FailureAt(path), "no failure");
     }
 
+    TEST_F(OutputFailuresTest, SpaceThatCannotBeReservedForScratchIsNoFailure)
+    {
+        Output output(path, Durability::Scratch);
+        output.Stream() << "bytes";
+        const TestSupport::SystemFault fault("fallocate", EOPNOTSUPP);
+        output.Publish();
+        EXPECT_TRUE(fault.HasHappened());
+        EXPECT_EQ(folder.Read("out.ppf"), "bytes");
+    }
+
     TEST_F(OutputFailuresTest, RightsOfAGroupThatCannotBeKeptAreDropped)
     {
         fs::permissions(path, fs::perms(0664));
