@@ -2,11 +2,8 @@
 
 #include <array>
 #include <cerrno>
-#include <cstdint>
 #include <cstdlib>
 #include <cstring>
-#include <fstream>
-#include <sstream>
 #include <stdexcept>
 #include <system_error>
 
@@ -53,6 +50,7 @@ namespace FaultTest
         : input(MemoryFile("input"))
         , output(MemoryFile("output"))
         , errors(MemoryFile("errors"))
+        , stack(MemoryFile("stack"))
     {
         Checked(pwrite(input, theInput.data(), theInput.size(), 0), "pwrite");
         const int memory = MemoryFile("order");
@@ -74,9 +72,9 @@ namespace FaultTest
             argv.push_back(nullptr);
             if (chdir(folder.c_str()) == 0 && dup2(input, STDIN_FILENO) >= 0 && dup2(output, STDOUT_FILENO) >= 0 &&
                 dup2(errors, STDERR_FILENO) >= 0 && dup2(memory, OrderDescriptor) >= 0 &&
-                dup2(pair[1], CommandDescriptor) >= 0 && setenv("TMPDIR", folder.c_str(), 1) == 0 &&
-                setenv("PATH", searched.c_str(), 1) == 0 && setenv("LD_LIBRARY_PATH", PROGRAMS, 1) == 0 &&
-                setenv("LD_PRELOAD", FAULTS_PRELOAD, 1) == 0 &&
+                dup2(pair[1], CommandDescriptor) >= 0 && dup2(stack, StackDescriptor) >= 0 &&
+                setenv("TMPDIR", folder.c_str(), 1) == 0 && setenv("PATH", searched.c_str(), 1) == 0 &&
+                setenv("LD_LIBRARY_PATH", PROGRAMS, 1) == 0 && setenv("LD_PRELOAD", FAULTS_PRELOAD, 1) == 0 &&
                 setenv("LD_BIND_NOW", "1", 1) == 0 && // once, and not in every run
                 setenv("JOURNAL_STREAM", "1:2", 1) == 0 && setenv("INVOCATION_ID", "x", 1) == 0) // no times in lines
             {
@@ -93,7 +91,7 @@ namespace FaultTest
         close(commands); // ends it
         waitpid(static_cast<pid_t>(process), nullptr, 0);
         munmap(shared, sizeof(SharedMemory));
-        for (const int file : {input, output, errors})
+        for (const int file : {input, output, errors, stack})
         {
             close(file);
         }
@@ -132,6 +130,7 @@ namespace FaultTest
         Checked(lseek(input, 0, SEEK_SET), "lseek");
         Empty(output);
         Empty(errors);
+        Empty(stack);
         int status = 0;
         Checked(write(commands, "r", 1), "write");
         if (read(commands, &status, sizeof status) != sizeof status)
@@ -139,41 +138,11 @@ namespace FaultTest
             throw std::runtime_error("the program did not start");
         }
         return {
-            shared->order.hasHappened, WIFSIGNALED(status) ? WTERMSIG(status) : 0,
-            WIFEXITED(status) ? WEXITSTATUS(status) : -1, ContentsOf(output), ContentsOf(errors)};
-    }
-
-    std::string FaultedProgram::StackOfFault() const
-    {
-        // The child's modules lie where those of the process lie that it was forked from.
-        std::string stack;
-        for (int i = 0; i < shared->order.frameCount; ++i)
-        {
-            const auto address = reinterpret_cast<std::uintptr_t>(shared->order.frames[i]);
-            std::ifstream maps("/proc/" + std::to_string(process) + "/maps");
-            std::string module;
-            std::uintptr_t base = 0;
-            for (std::string line; std::getline(maps, line);)
-            {
-                std::istringstream fields(line);
-                std::uintptr_t begin = 0;
-                std::uintptr_t end = 0;
-                char dash;
-                std::string rights, offset, device, node, name;
-                fields >> std::hex >> begin >> dash >> end >> rights >> offset >> device >> node >> name;
-                if (name != module)
-                {
-                    module = name;
-                    base = begin;
-                }
-                if (address >= begin && address < end)
-                {
-                    std::ostringstream text;
-                    text << module << " +0x" << std::hex << address - base << '\n';
-                    stack += text.str();
-                }
-            }
-        }
-        return stack;
+            shared->order.hasHappened,
+            WIFSIGNALED(status) ? WTERMSIG(status) : 0,
+            WIFEXITED(status) ? WEXITSTATUS(status) : -1,
+            ContentsOf(output),
+            ContentsOf(errors),
+            ContentsOf(stack)};
     }
 }

@@ -27,6 +27,7 @@ namespace FaultTest
         int status; ///< the exit status if none did
         std::string out;
         std::string errors;
+        std::string stack; ///< at the call that failed: "module(function+offset)" per line, innermost first
     };
 
     /// A call of the system or an allocation that the program makes.
@@ -53,15 +54,13 @@ namespace FaultTest
         /// Runs it with nothing failing; gives the calls in their order, too.
         std::pair<Outcome, std::vector<Call>> Record();
 
-        /// Where the call that failed in the last run stands: "module+offset" per line, innermost first.
-        std::string StackOfFault() const;
-
     private:
         Outcome RunOrdered();
 
         int input;
         int output;
         int errors;
+        int stack;
         int commands;
         SharedMemory* shared;
         long process;

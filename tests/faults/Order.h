@@ -9,20 +9,19 @@ namespace FaultTest
 {
     constexpr int OrderDescriptor = 190;
     constexpr int CommandDescriptor = 191;
+    constexpr int StackDescriptor = 192; ///< where the stack at the call that fails is written
 
     struct Order
     {
         char call[24];     ///< the name of a system call, or "allocation"; empty: nothing fails
         long number;       ///< which call of that name, from 1
         bool withAllAfter; ///< all later ones fail, too
-        bool isShort;      ///< reading and writing take half of the bytes instead of failing
+        bool isShort;      ///< reading and writing take a few bytes instead of failing
         int error;         ///< errno of the failure
         bool isRecorded;   ///< nothing fails, and the calls are written down
 
         long count;       ///< calls of that name so far, or of any that are recorded
         bool hasHappened; ///< the call was reached
-        int frameCount;   ///< the stack at that call, innermost first
-        void* frames[40];
     };
 
     struct RecordedCall

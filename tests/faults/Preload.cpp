@@ -3,6 +3,7 @@
 // loaded and has done nothing yet; this costs a tenth of starting it anew. The process's wait status is the answer.
 #include "tests/faults/Order.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdarg>
 #include <cstddef>
@@ -32,8 +33,12 @@ namespace
     using FaultTest::CommandDescriptor;
     using FaultTest::Order;
     using FaultTest::OrderDescriptor;
+    using FaultTest::StackDescriptor;
 
     constexpr unsigned SecondsUntilHung = 20;
+
+    /// Bytes of a call that is cut short: fewer than any file has.
+    constexpr std::size_t ShortSize = 7;
 
     /// The order, once main has begun.
     Order* order = nullptr;
@@ -81,7 +86,8 @@ namespace
         if (!order->hasHappened)
         {
             order->hasHappened = true;
-            order->frameCount = backtrace(order->frames, sizeof order->frames / sizeof *order->frames);
+            void* frames[40];
+            backtrace_symbols_fd(frames, backtrace(frames, sizeof frames / sizeof *frames), StackDescriptor);
         }
         errno = order->error;
         return true;
@@ -100,7 +106,7 @@ namespace
         {
             return {false, size};
         }
-        return order->isShort ? Turn{false, (size + 1) / 2} : Turn{true, 0};
+        return order->isShort ? Turn{false, std::min(size, ShortSize)} : Turn{true, 0};
     }
 
     template <class Function>
@@ -224,11 +230,6 @@ extern "C"
         return IsOrdered("fsync") ? -1 : 0;
     }
 
-    int ftruncate(int file, off_t size)
-    {
-        return IsOrdered("ftruncate") ? -1 : NEXT(ftruncate)(file, size);
-    }
-
     int open(const char* path, int flags, ...)
     {
         va_list arguments;
@@ -290,6 +291,7 @@ extern "C"
         {
             return NEXT(writev)(file, pieces, count);
         }
-        return order->isShort && count > 0 ? NEXT(write)(file, pieces->iov_base, (pieces->iov_len + 1) / 2) : -1;
+        return order->isShort && count > 0 ? NEXT(write)(file, pieces->iov_base, std::min(pieces->iov_len, ShortSize))
+                                           : -1;
     }
 }

@@ -99,7 +99,7 @@ namespace FaultTest
                     ADD_FAILURE() << scenario.name << ", " << fault.call << " number " << fault.number
                                   << (fault.withAllAfter ? " and all after it" : "") << (fault.isShort ? ", short" : "")
                                   << ": " << wrong << "\nstatus " << outcome.status << ", errors: " << outcome.errors
-                                  << program->StackOfFault();
+                                  << outcome.stack;
                 }
             }
 

@@ -29,8 +29,8 @@ namespace TestSupport
         /// Starts the program alone, in the same surroundings; what it says comes after what others have said in Error().
         pid_t Start(const std::vector<std::string>& arguments) const;
 
-        /// Sends `signal`, unless it is 0, to such a process and waits for its end; gives the exit status, or the negative of the signal that
-        /// ended it.
+        /// Sends `signal`, unless it is 0, to such a process and waits for its end; gives the exit status, or the negative of
+        /// the signal that ended it.
         static int End(pid_t process, int signal);
 
         std::string Out() const { return said.Read("out"); }

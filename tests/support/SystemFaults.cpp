@@ -18,13 +18,11 @@
 #include <poll.h>
 #include <pthread.h>
 #include <signal.h>
-#include <spawn.h>
 #include <sys/file.h>
 #include <sys/inotify.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
-#include <sys/uio.h>
 #include <unistd.h>
 
 namespace TestSupport
@@ -35,8 +33,7 @@ namespace TestSupport
 #define CALL(type, failure, name, parameters, arguments) #name,
 #include "tests/support/SystemCalls.inc"
 #undef CALL
-            "close",        "fcntl", "fsync",          "open", "openat", "posix_fallocate",
-            "posix_spawnp", "pread", "pthread_create", "read", "write",  "writev"};
+            "close", "fsync", "open", "openat", "pread", "pthread_create", "read", "write"};
 
         /// What is ordered. Calls may come from several threads.
         struct Orders
@@ -179,33 +176,17 @@ extern "C"
 #undef CALL
 
     int __real_close(int file);
-    int __real_fcntl(int file, int command, ...);
     int __real_fsync(int file);
     int __real_open(const char* path, int flags, ...);
     int __real_openat(int folder, const char* path, int flags, ...);
-    int __real_posix_fallocate(int file, off_t offset, off_t size);
-    int __real_posix_spawnp(
-        pid_t* process, const char* name, const posix_spawn_file_actions_t* actions,
-        const posix_spawnattr_t* attributes, char* const* arguments, char* const* environment);
     ssize_t __real_pread(int file, void* bytes, std::size_t size, off_t offset);
     ssize_t __real_read(int file, void* bytes, std::size_t size);
     ssize_t __real_write(int file, const void* bytes, std::size_t size);
-    ssize_t __real_writev(int file, const iovec* pieces, int count);
 
     int __wrap_close(int file)
     {
         const int result = __real_close(file);
         return Fails("close") ? -1 : result;
-    }
-
-    int __wrap_fcntl(int file, int command, ...)
-    {
-        // Every argument that fcntl takes has the size of a pointer or less.
-        va_list arguments;
-        va_start(arguments, command);
-        void* const argument = va_arg(arguments, void*);
-        va_end(arguments);
-        return Fails("fcntl") ? -1 : __real_fcntl(file, command, argument);
     }
 
     int __wrap_fsync(int file)
@@ -237,19 +218,6 @@ extern "C"
         return FailsOrIsInterrupted("openat") ? -1 : __real_openat(folder, path, flags, mode);
     }
 
-    int __wrap_posix_fallocate(int file, off_t offset, off_t size)
-    {
-        return Fails("posix_fallocate") ? errno : __real_posix_fallocate(file, offset, size);
-    }
-
-    int __wrap_posix_spawnp(
-        pid_t* process, const char* name, const posix_spawn_file_actions_t* actions,
-        const posix_spawnattr_t* attributes, char* const* arguments, char* const* environment)
-    {
-        return Fails("posix_spawnp") ? errno
-                                     : __real_posix_spawnp(process, name, actions, attributes, arguments, environment);
-    }
-
     ssize_t __wrap_pread(int file, void* bytes, std::size_t size, off_t offset)
     {
         return FailsOrIsInterrupted("pread") ? FailedRead() : __real_pread(file, bytes, Limited(size), offset);
@@ -275,19 +243,5 @@ extern "C"
     ssize_t __wrap_write(int file, const void* bytes, std::size_t size)
     {
         return FailsOrIsInterrupted("write") ? -1 : __real_write(file, bytes, Limited(size));
-    }
-
-    ssize_t __wrap_writev(int file, const iovec* pieces, int count)
-    {
-        if (FailsOrIsInterrupted("writev"))
-        {
-            return -1;
-        }
-        // Short is: the first piece alone, and no more of it than may be.
-        if (count > 0 && Limited(pieces->iov_len) < pieces->iov_len)
-        {
-            return __real_write(file, pieces->iov_base, Limited(pieces->iov_len));
-        }
-        return __real_writev(file, pieces, count);
     }
 }

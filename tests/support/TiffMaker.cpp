@@ -119,31 +119,6 @@ namespace TestSupport
             }
         }
 
-        void WriteNames(TIFF* tiff, const TiffForm& form)
-        {
-            if (!form.extraSamples.empty())
-            {
-                TIFFSetField(
-                    tiff, TIFFTAG_EXTRASAMPLES, static_cast<std::uint16_t>(form.extraSamples.size()),
-                    form.extraSamples.data());
-            }
-            if (!form.inkNames.empty())
-            {
-                TIFFSetField(
-                    tiff, TIFFTAG_INKNAMES, static_cast<std::uint16_t>(form.inkNames.size()), form.inkNames.data());
-            }
-            if (!form.pageName.empty())
-            {
-                TIFFSetField(tiff, TIFFTAG_PAGENAME, form.pageName.c_str());
-            }
-            if (!form.imageResources.empty())
-            {
-                TIFFSetField(
-                    tiff, TIFFTAG_PHOTOSHOP, static_cast<std::uint32_t>(form.imageResources.size()),
-                    form.imageResources.data());
-            }
-        }
-
         void WritePage(TIFF* tiff, const TiffForm& form, const InkRule& rule)
         {
             TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, form.width);
@@ -158,25 +133,31 @@ namespace TestSupport
                 TIFFSetField(tiff, TIFFTAG_INKSET, INKSET_MULTIINK);
                 TIFFSetField(tiff, TIFFTAG_NUMBEROFINKS, 1);
             }
-            const std::pair<std::uint32_t, std::uint32_t> optional[] = {
-                {TIFFTAG_INKSET, form.inkSet},           {TIFFTAG_PREDICTOR, form.predictor},
-                {TIFFTAG_T4OPTIONS, form.faxOptions},    {TIFFTAG_FILLORDER, form.fillOrder},
-                {TIFFTAG_ORIENTATION, form.orientation}, {TIFFTAG_SAMPLEFORMAT, form.sampleFormat},
-                {TIFFTAG_SUBFILETYPE, form.subfileType}};
-            for (const auto& [tag, value] : optional)
+            // What is 0 or empty has no tag.
+            const auto set = [tiff](std::uint32_t tag, auto value)
+            { Require(value == 0 || TIFFSetField(tiff, tag, value) == 1); };
+            const auto setAll = [tiff](std::uint32_t tag, const auto& values)
             {
-                Require(value == 0 || TIFFSetField(tiff, tag, value) == 1);
-            }
-            WriteNames(tiff, form);
-            if (form.resolution != 0)
+                const auto count = static_cast<std::uint32_t>(values.size());
+                Require(values.empty() || TIFFSetField(tiff, tag, count, values.data()) == 1);
+            };
+            set(TIFFTAG_INKSET, form.inkSet);
+            setAll(TIFFTAG_EXTRASAMPLES, form.extraSamples);
+            setAll(TIFFTAG_INKNAMES, form.inkNames);
+            if (!form.pageName.empty())
             {
-                TIFFSetField(tiff, TIFFTAG_XRESOLUTION, form.resolution);
-                TIFFSetField(tiff, TIFFTAG_YRESOLUTION, form.yResolution != 0 ? form.yResolution : form.resolution);
+                TIFFSetField(tiff, TIFFTAG_PAGENAME, form.pageName.c_str());
             }
-            if (form.compression == COMPRESSION_JPEG)
-            {
-                TIFFSetField(tiff, TIFFTAG_JPEGQUALITY, 100);
-            }
+            setAll(TIFFTAG_PHOTOSHOP, form.imageResources);
+            set(TIFFTAG_PREDICTOR, form.predictor);
+            set(TIFFTAG_T4OPTIONS, form.faxOptions);
+            set(TIFFTAG_FILLORDER, form.fillOrder);
+            set(TIFFTAG_ORIENTATION, form.orientation);
+            set(TIFFTAG_SAMPLEFORMAT, form.sampleFormat);
+            set(TIFFTAG_SUBFILETYPE, form.subfileType);
+            set(TIFFTAG_XRESOLUTION, form.resolution);
+            set(TIFFTAG_YRESOLUTION, form.yResolution != 0 ? form.yResolution : form.resolution);
+            set(TIFFTAG_JPEGQUALITY, form.compression == COMPRESSION_JPEG ? 100 : 0);
             if (form.tileWidth == 0)
             {
                 TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, form.rowsPerStrip);
