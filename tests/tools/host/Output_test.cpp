@@ -7,7 +7,6 @@
 
 #include <filesystem>
 #include <fstream>
-#include <future>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -17,7 +16,6 @@ namespace HostTest
 {
     using namespace Host;
     using ::testing::ElementsAre;
-    using ::testing::HasSubstr;
     using ::testing::MatchesRegex;
     namespace fs = std::filesystem;
 
@@ -79,14 +77,6 @@ namespace HostTest
         EXPECT_EQ(byte, 'b');
     }
 
-    TEST_F(OutputTest, FileThatIsNotPublishedLeavesTheOlderOne)
-    {
-        folder.Write("out.ppf", "older");
-        Output(folder / "out.ppf", Durability::OnDisk).Stream() << "bytes";
-        EXPECT_THAT(folder.Names(), ElementsAre("out.ppf"));
-        EXPECT_EQ(folder.Read("out.ppf"), "older");
-    }
-
     TEST_F(OutputTest, NewFileHasThePermissionsThatTheMaskLeaves)
     {
         const mode_t before = umask(027);
@@ -123,38 +113,10 @@ namespace HostTest
         EXPECT_THAT(folder.Names(), ElementsAre("elsewhere", "first", "second"));
     }
 
-    TEST_F(OutputTest, NameAloneStandsInTheCurrentFolder)
-    {
-        const fs::path before = fs::current_path();
-        fs::current_path(folder.Path());
-        Publish("out.ppf", "bytes");
-        fs::current_path(before);
-        EXPECT_EQ(folder.Read("out.ppf"), "bytes");
-    }
-
     TEST_F(OutputTest, NameOfFullLengthIsWritten)
     {
         const std::string name(255, 'x');
         Publish(folder / name, "bytes");
         EXPECT_THAT(folder.Names(), ElementsAre(name));
-    }
-
-    TEST_F(OutputTest, StreamGetsTheBytesOfTheFinishedFile)
-    {
-        const std::string pipe = folder / "pipe";
-        ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
-        std::future<std::string> received = std::async(std::launch::async, [&] { return folder.Read("pipe"); });
-        const std::string bytes(200000, 'x');
-        Publish(pipe, bytes);
-        EXPECT_TRUE(received.get() == bytes);
-        EXPECT_THAT(folder.Names(), ElementsAre("pipe"));
-    }
-
-    TEST_F(OutputTest, ObstacleIsFoundByTrying)
-    {
-        const Output output(folder / "out.ppf", Durability::Scratch);
-        EXPECT_EQ(output.ObstacleToWriting(), "");
-        const TestSupport::SystemFault fault("write", ENOSPC);
-        EXPECT_EQ(output.ObstacleToWriting(), "No space left on device");
     }
 }

@@ -74,32 +74,16 @@ namespace HostTest
         EXPECT_THAT(Error(), HasSubstr("xxxend\n"));
     }
 
-    TEST_F(ProgramTest, SignalTakesTheDraftWithIt)
+    TEST_F(ProgramTest, SignalThatIsIgnoredAsUnderNohupEndsNothing)
     {
-        const auto dieInterrupted = [](int, const char* const*)
-        {
-            const Output output("out", Durability::OnDisk);
-            raise(SIGINT);
-            return ExitDone;
-        };
-        const auto dieTerminated = [](int, const char* const*)
-        {
-            const Output output("out", Durability::OnDisk);
-            raise(SIGTERM);
-            return ExitDone;
-        };
-        const auto dieHungUp = [](int, const char* const*)
+        const auto hangUp = [](int, const char* const*)
         {
             const Output output("out", Durability::OnDisk);
             raise(SIGHUP);
             return ExitDone;
         };
-        EXPECT_EQ(Run(dieInterrupted), 1000 + SIGINT);
-        EXPECT_EQ(Run(dieTerminated), 1000 + SIGTERM);
-        EXPECT_EQ(Run(dieHungUp), 1000 + SIGHUP);
-        EXPECT_THAT(folder.Names(), ElementsAre());
-        // As under nohup.
-        EXPECT_EQ(Run(dieHungUp, [] { std::signal(SIGHUP, SIG_IGN); }), ExitDone);
+        EXPECT_EQ(Run(hangUp), 1000 + SIGHUP);
+        EXPECT_EQ(Run(hangUp, [] { std::signal(SIGHUP, SIG_IGN); }), ExitDone);
     }
 
     TEST_F(ProgramTest, FileThatIsCutUnderItsMappingIsSaidAndTakesTheDraftWithIt)

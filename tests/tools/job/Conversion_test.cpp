@@ -4,13 +4,11 @@
 #include "tests/support/Failures.h"
 #include "tests/support/Folder.h"
 #include "tests/support/PlainTiff.h"
-#include "tests/support/SystemFaults.h"
 #include "tests/support/TiffEditor.h"
 #include "tests/support/TiffMaker.h"
 
 #include <gmock/gmock.h>
 
-#include <cerrno>
 #include <filesystem>
 #include <sstream>
 
@@ -160,27 +158,6 @@ namespace JobsTest
         }
     }
 
-    TEST_F(ConversionTest, FailureLeavesTheOlderFile)
-    {
-        folder.Write("out.ppf", "older");
-        AddSheet("S1", {"missing"});
-        FailureOfConversion();
-        EXPECT_EQ(folder.Read("out.ppf"), "older");
-    }
-
-    TEST_F(ConversionTest, OutputThatCannotBeMadeIsNamed)
-    {
-        folder.Write("k", PlainTiff());
-        AddSheet("", {"k"});
-        settings.output = folder / "k/out.ppf";
-        EXPECT_EQ(FailureOfConversion(), "the output cannot be written: " + settings.output + ": Not a directory");
-        settings.output = folder / "made/out.ppf";
-        const TestSupport::SystemFault fault("mkdir", EACCES);
-        EXPECT_EQ(
-            FailureOfConversion(), "the output cannot be written: " + settings.output + ": the folder " +
-                                       (folder / "made") + " cannot be made: Permission denied");
-    }
-
     TEST_F(ConversionTest, SeparationIsNotOverwritten)
     {
         folder.Write("k", PlainTiff());
@@ -191,34 +168,23 @@ namespace JobsTest
         EXPECT_EQ(folder.Read("k"), before);
     }
 
-    TEST_F(ConversionTest, EachSurfaceIsSaidOnRequest)
-    {
-        folder.Write("c", PlainTiff());
-        folder.Write("k", PlainTiff());
-        AddSheet("S\n1", {"c", "k"}).back = {{"Black", folder / "k"}};
-        settings.verbose = true;
-        EXPECT_EQ(
-            Convert(), "sheet 1 \"S\\x0a1\", front: 4 x 2 pixels at 2 per inch: c, k\n"
-                       "sheet 1 \"S\\x0a1\", back: 4 x 2 pixels at 2 per inch: Black\n");
-    }
-
     // The test's files have 2 pixels per inch.
     TEST_F(ConversionTest, PlateIsTurnedAndReducedAndItsSizesAreSaid)
     {
         folder.Write("c", PlainTiff(480, 240));
         folder.Write("k", PlainTiff(480, 240));
-        AddSheet("S", {"c", "k"}).frontOrientation = Orientation::Rotate90;
+        AddSheet("S\n1", {"c", "k"}).frontOrientation = Orientation::Rotate90;
         job.inputResolution = 508;
         settings.verbose = true;
         settings.threads = 2;
-        EXPECT_EQ(Convert(), "sheet 1 \"S\", front: 240 x 480 pixels at 508 per inch to 24 x 48 at 50.8: c, k\n");
+        EXPECT_EQ(Convert(), "sheet 1 \"S\\x0a1\", front: 240 x 480 pixels at 508 per inch to 24 x 48 at 50.8: c, k\n");
         EXPECT_THAT(folder.Read("out.ppf"), HasSubstr("/CIP3PreviewImageWidth 24 def\n"));
 
         job.reduction = KeepAll;
         settings.isTerminal = true;
         EXPECT_THAT(
             Convert(),
-            HasSubstr("sheet 1 \"S\", front, separation \"c\" keeps its 508 pixels per inch; a preview has about "
+            HasSubstr("sheet 1 \"S\\x0a1\", front, separation \"c\" keeps its 508 pixels per inch; a preview has about "
                       "50.8, which --resolution 50.8 makes of it\n"));
     }
 

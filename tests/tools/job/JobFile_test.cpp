@@ -80,14 +80,6 @@ namespace JobsTest
         EXPECT_EQ(second.back.at(0).name, "");
     }
 
-    TEST(JobFile, WhatIsLeftOutStaysAtTheDefault)
-    {
-        const Job job = Read(R"({"sheets":[]})");
-        EXPECT_FALSE(job.compression);
-        EXPECT_FALSE(job.encoding);
-        EXPECT_TRUE(job.sheets.empty());
-    }
-
     TEST(JobFile, ParameterTakesItsClassFromTheJson)
     {
         EXPECT_EQ(std::get<std::string>(ParameterOf(R"json("(caf\u00e9)")json")), "(caf\xC3\xA9)");
@@ -211,6 +203,8 @@ namespace JobsTest
             RefusalOfFile(tiff), tiff + ": this is a TIFF, not a job file; a separation is given as --front INK=FILE");
         const std::string job = folder.Write("job.json", R"({"jobName":"J","sheets":[{"sheetName":"S1"}]})");
         EXPECT_EQ(RefusalOfFile(job), job + ": sheet 1 \"S1\": neither front nor back has a file");
+        const TestSupport::SystemFault fault("read", EIO, 2);
+        EXPECT_EQ(RefusalOfFile(job), job + ": the job file cannot be read: Input/output error");
     }
 
     TEST(JobFile, PreviewsAndOrientationsAreRead)
@@ -240,17 +234,5 @@ namespace JobsTest
                 << value;
         }
         EXPECT_THAT(RefusalOf(R"({"frontOrientation":"rotate45"})"), HasSubstr("frontOrientation: \"rotate45\""));
-    }
-
-    TEST(JobFile, ReadingIsContinuedAndItsFailureIsSaid)
-    {
-        const TestSupport::Folder folder;
-        const std::string job = folder.Write("job.json", SheetWith(R"("sheetName":"S")"));
-        {
-            const TestSupport::Stutter stutter(7);
-            EXPECT_EQ(LoadJobFile(job).sheets.at(0).sheetName, "S");
-        }
-        const TestSupport::SystemFault fault("read", EIO, 2);
-        EXPECT_EQ(RefusalOfFile(job), job + ": the job file cannot be read: Input/output error");
     }
 }
