@@ -22,15 +22,6 @@ namespace PpfTest
             return Measure(file.document, file.Preview());
         }
 
-        TEST(InkColumns, CoverageIsTheMeanOfAllPixels)
-        {
-            const Measurement measurement = MeasureOf(HexPixels(4, 2, "ffffffff 0000ff7f>"));
-            ASSERT_THAT(measurement.inks, SizeIs(1));
-            EXPECT_THAT(measurement.inks[0].sums, ElementsAre(255u, 255u, 510u, 382u));
-            EXPECT_THAT(measurement.inks[0].Coverage(), DoubleNear(1402.0 / (8 * 255) * 100, Exact));
-            EXPECT_EQ(measurement.inks[0].Coverage(), measurement.inks[0].Zones(EdgesOfEqualZones(4, 1))[0]);
-        }
-
         TEST(InkColumns, ColumnThatAnEdgeCutsCountsByItsParts)
         {
             // Full ink in the second of three columns, which two zones share in halves.
@@ -64,15 +55,6 @@ namespace PpfTest
             const Measurement measurement =
                 MeasureOf(Separation(2, 70000, "RunLengthDecode", "Binary", tokens + "\x80"));
             EXPECT_THAT(measurement.inks[0].sums, ElementsAre(255u * 70000, 70000u));
-        }
-
-        TEST(InkColumns, ComponentsAreSummedApart)
-        {
-            const Measurement measurement =
-                MeasureOf(HexPixels(2, 1, "01020304 10203040>", "/CIP3PreviewImageComponents 4 def\n"));
-            ASSERT_THAT(measurement.inks, SizeIs(4));
-            EXPECT_THAT(measurement.inks[0].sums, ElementsAre(0x01u, 0x10u));
-            EXPECT_THAT(measurement.inks[3].sums, ElementsAre(0x04u, 0x40u));
         }
 
         TEST(InkColumns, PictureWiderThanAnySheetIsRefused)

@@ -150,14 +150,5 @@ namespace PpfTest
                 RowsOf(Separation(1, 1, "LZWDecode", "ASCIIHexDecode", "00>")),
                 "compression /LZWDecode is not one that this reader knows");
         }
-
-        TEST(ScanLineReader, DataBehindTheLastRowIsCounted)
-        {
-            const SoundFile file(FrontOf("(K)", HexPixels(2, 1, "00ff 010203>")));
-            ScanLineReader reader(file.document, file.Preview());
-            ASSERT_NE(reader.Next(), nullptr);
-            EXPECT_EQ(reader.Next(), nullptr);
-            EXPECT_EQ(reader.CountExcess(), 3u);
-        }
     }
 }

@@ -18,23 +18,6 @@ namespace PpfInfoTest
 
     namespace
     {
-        /// A file in memory in place of standard output.
-        class Capture
-        {
-        public:
-            Capture()
-                : file(memfd_create("standard output", MFD_CLOEXEC))
-            {
-                EXPECT_TRUE(file.IsOpen());
-            }
-
-            int Number() const { return file.Number(); }
-            std::string Text() const { return Folder::BytesOf("/proc/self/fd/" + std::to_string(file.Number())); }
-
-        private:
-            Host::Descriptor file;
-        };
-
         Host::ExitStatus Run(const std::vector<std::string>& arguments, int output, std::string& answer)
         {
             std::vector<const char*> argv = {"ppfinfo"};
@@ -55,7 +38,7 @@ namespace PpfInfoTest
 
     Outcome RunWith(const std::vector<std::string>& arguments)
     {
-        const Capture output;
+        const Host::Descriptor output(memfd_create("standard output", MFD_CLOEXEC));
         Outcome outcome;
         std::string answer;
         try
@@ -72,7 +55,7 @@ namespace PpfInfoTest
             outcome.status = Host::ExitFailed;
             outcome.error = Host::OneLine(error.what());
         }
-        outcome.out = answer + output.Text();
+        outcome.out = answer + Folder::BytesOf("/proc/self/fd/" + std::to_string(output.Number()));
         return outcome;
     }
 
