@@ -29,8 +29,8 @@ namespace TestSupport
         /// All names in the folder `name`, in this one without it, hidden ones too, sorted.
         std::vector<std::string> Names(const std::string& name = ".") const;
 
-        /// All that is in the folder at `path` and below: names relative to it, a folder's with a slash at its end, and the files'
-        /// bytes.
+        /// All that is in the folder at `path` and below: names relative to it, a folder's with a slash at its end, and the
+        /// files' bytes.
         static std::map<std::string, std::string> FilesIn(const std::string& path);
 
         /// The bytes of the file at `path`, wherever it is. Throws std::system_error.
