@@ -23,20 +23,14 @@ namespace SheetvaneTest
     {
         constexpr char General[] = "Problem converting TIFF files to CIP3";
 
-        class ConversionDriver : public testing::Test
+        class ConversionDriver : public FakeReaderTest
         {
         protected:
             ConversionDriver()
             {
-                fake = FakeReader();
                 fake.separations["k.tif"] = {2, 4, 2, 4, {std::string(4, '\0'), "\xFF\xFF\0\x80"s}};
                 job.painterParameters.compression = 0;
                 job.painterParameters.encoding = 1;
-            }
-            ~ConversionDriver() override
-            {
-                EXPECT_EQ(fake.openReaders, 0);
-                EXPECT_EQ(fake.openBlocks, 0);
             }
 
             Sheetvane::SheetRecord& AddSheet(const std::string& name)
@@ -76,7 +70,6 @@ namespace SheetvaneTest
                 return lines;
             }
 
-            FakeReader& fake = FakeReader::Instance();
             TestSupport::Folder folder;
             const std::string out = folder / "out.ppf";
             Sheetvane::ConverterImpl job;

@@ -2,6 +2,8 @@
 // to fail at any point. Linked in place of the real ones. Every call leaves a word in a log.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <cstdint>
 #include <map>
 #include <string>
@@ -40,5 +42,19 @@ namespace SheetvaneTest
         int openBlocks = 0;
 
         static FakeReader& Instance();
+    };
+
+    /// Begins with a reader without separations, and ends with all that was opened closed.
+    class FakeReaderTest : public testing::Test
+    {
+    protected:
+        FakeReaderTest() { fake = FakeReader(); }
+        ~FakeReaderTest() override
+        {
+            EXPECT_EQ(fake.openReaders, 0);
+            EXPECT_EQ(fake.openBlocks, 0);
+        }
+
+        FakeReader& fake = FakeReader::Instance();
     };
 }

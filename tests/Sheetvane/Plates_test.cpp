@@ -10,6 +10,7 @@
 
 #include <gmock/gmock.h>
 
+#include <functional>
 #include <limits>
 
 namespace SheetvaneTest
@@ -162,47 +163,41 @@ namespace SheetvaneTest
                 TestSupport::MakeTiff(
                     single, [&](std::uint32_t x, std::uint32_t y) { return rule(image.channel - 1, x, y); }))));
         }
-        const auto write = [&](const KX_TArray& files, bool chooses)
+        AddSheet("S1", composite, singles);
+        for (unsigned int index = 0; index < fronts.size(); ++index)
         {
-            AddSheet("S" + std::to_string(converter.GetNumSheets()), files, files);
-            const unsigned int sheet = converter.GetNumSheets() - 1;
-            for (const auto side : {SheetvaneConverter::FrontSide, SheetvaneConverter::BackSide})
-            {
-                for (unsigned int index = 0; chooses && index < fronts.size(); ++index)
-                {
-                    converter.SetSeparationImage(sheet, side, index, fronts[index].page, fronts[index].channel);
-                }
-            }
-            converter.SetOrientation(sheet, SheetvaneConverter::BackSide, SheetvaneConverter::Flip90);
-        };
-        write(singles, false);
-        write(composite, true);
-        for (const double resolution : {0.0, 90.0})
+            converter.SetSeparationImage(
+                0, SheetvaneConverter::FrontSide, index, fronts[index].page, fronts[index].channel);
+        }
+        for (const auto& [resolution, orientation] :
+             {std::pair{0.0, SheetvaneConverter::Rotate0}, std::pair{0.0, SheetvaneConverter::Flip90},
+              std::pair{90.0, SheetvaneConverter::Rotate0}, std::pair{90.0, SheetvaneConverter::Flip90}})
         {
             converter.SetPreviewResolution(resolution, 0);
+            converter.SetOrientation(0, SheetvaneConverter::FrontSide, orientation);
+            converter.SetOrientation(0, SheetvaneConverter::BackSide, orientation);
             std::string byOne;
             for (const unsigned int threads : {1u, 2u, 8u})
             {
                 converter.SetThreads(threads);
                 const std::string document = Written();
-                const std::size_t second = document.find("/CIP3AdmSheetName (S1)");
-                const auto surfaces = [&](std::size_t from)
+                const auto surface = [&](const std::string& side)
                 {
-                    const std::size_t at = document.find("CIP3BeginFront", from);
-                    return document.substr(at, document.find("CIP3EndSheet", at) - at);
+                    const std::size_t at = document.find("CIP3Begin" + side + '\n') + 9 + side.size();
+                    return document.substr(at, document.find("CIP3End" + side, at) - at);
                 };
-                EXPECT_EQ(surfaces(0), surfaces(second)) << threads;
+                EXPECT_EQ(surface("Front"), surface("Back")) << threads;
                 byOne = byOne.empty() ? document : byOne;
                 EXPECT_EQ(document, byOne) << threads;
             }
         }
 
         // Taken back, the file is several inks again; and a channel that it has not fails.
-        converter.SetSeparationImage(1, SheetvaneConverter::BackSide, 6, 0, 0);
+        converter.SetSeparationImage(0, SheetvaneConverter::FrontSide, 6, 0, 0);
         EXPECT_EQ(Convert(), "Problem converting TIFF files to CIP3");
-        converter.SetSeparationImage(1, SheetvaneConverter::BackSide, 6, 0, 5);
+        converter.SetSeparationImage(0, SheetvaneConverter::FrontSide, 6, 0, 5);
         EXPECT_EQ(Convert(), "[nothing]");
-        converter.SetSeparationImage(1, SheetvaneConverter::BackSide, 6, 2, 5);
+        converter.SetSeparationImage(0, SheetvaneConverter::FrontSide, 6, 2, 5);
         EXPECT_EQ(Convert(), "Problem converting TIFF files to CIP3");
     }
 
@@ -216,9 +211,12 @@ namespace SheetvaneTest
         AddSheet("S3", Files({alsoDamaged, good}));
         converter.SetPreviewResolution(50.8, 300);
         // The first failure is taken away, and the second shows, whatever is read ahead meanwhile.
-        for (const char* const failure :
-             {"Problem converting TIFF files to CIP3", "Invalid sheet parameters",
-              "Problem converting TIFF files to CIP3"})
+        const std::string goodBytes = TestSupport::Folder::BytesOf(good);
+        const std::pair<const char*, std::function<void()>> failures[] = {
+            {"Problem converting TIFF files to CIP3", [&] { folder.Write("damaged.tif", goodBytes); }},
+            {"Invalid sheet parameters", [&] { converter.SetRequiredParameters(1, JobAndSheet("J", "S2")); }},
+            {"Problem converting TIFF files to CIP3", [&] { folder.Write("also-damaged.tif", goodBytes); }}};
+        for (const auto& [failure, remedy] : failures)
         {
             for (const unsigned int threads : {1u, 2u, 4u, 9u})
             {
@@ -226,14 +224,8 @@ namespace SheetvaneTest
                 EXPECT_EQ(Convert(), failure) << threads;
                 EXPECT_EQ(folder.Read("out.ppf"), "") << threads;
             }
-            if (folder.Read("damaged.tif") == "no TIFF")
-            {
-                folder.Write("damaged.tif", TestSupport::Folder::BytesOf(good));
-                continue;
-            }
-            converter.SetRequiredParameters(1, JobAndSheet("J", "S2"));
+            remedy();
         }
-        folder.Write("also-damaged.tif", TestSupport::Folder::BytesOf(good));
         EXPECT_EQ(Convert(), "[nothing]");
     }
 

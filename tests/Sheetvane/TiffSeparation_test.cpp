@@ -15,22 +15,14 @@ namespace SheetvaneTest
 
     namespace
     {
-        class TiffSeparation : public testing::Test
+        class TiffSeparation : public FakeReaderTest
         {
         protected:
-            TiffSeparation() { fake = FakeReader(); }
-            ~TiffSeparation() override
-            {
-                EXPECT_EQ(fake.openReaders, 0);
-                EXPECT_EQ(fake.openBlocks, 0);
-            }
-
             std::string ReadGeometry(const std::string& path)
             {
                 return FailureOf([&] { Sheetvane::ReadTiffGeometry(path, view, width, height, resolution); });
             }
 
-            FakeReader& fake = FakeReader::Instance();
             RasterFeedSelection view;
             std::uint32_t width = 0;
             std::uint32_t height = 0;
