@@ -38,27 +38,23 @@ namespace SheetvaneTest
         template <class Action>
         Outcome OutcomeOf(long count, Failing how, Action action)
         {
-            Outcome outcome;
-            const auto end = [&]
+            struct Order
             {
-                outcome.failed = TestSupport::AllocationHasFailed();
-                TestSupport::AllowAllocations();
+                Outcome& outcome;
+                ~Order()
+                {
+                    outcome.failed = TestSupport::AllocationHasFailed();
+                    TestSupport::AllowAllocations();
+                }
             };
+            Outcome outcome;
             outcome.text = FailureOf(
                 [&]
                 {
+                    const Order order = {outcome};
                     how == Failing::Alone ? TestSupport::FailOneAllocation(count)
                                           : TestSupport::FailAllocationsFrom(count);
-                    try
-                    {
-                        action();
-                    }
-                    catch (...)
-                    {
-                        end();
-                        throw;
-                    }
-                    end();
+                    action();
                 });
             return outcome;
         }

@@ -17,16 +17,10 @@ namespace CIP3OutputTest
 
     const char InvalidSheet[] = "Invalid sheet parameters";
 
-    /// A document with one sheet begun, of which something is going to be wrong.
     class CIP3PainterFailures : public testing::Test
     {
     protected:
-        CIP3PainterFailures()
-            : scribe(1, RunLength, ASCII85)
-        {
-        }
-
-        PpfScribe scribe;
+        PpfScribe scribe{1, RunLength, ASCII85};
     };
 
     TEST_F(CIP3PainterFailures, PathThatCannotBeOpenedLeavesThePainterHalfOpen)

@@ -219,27 +219,4 @@ namespace RasterFeedTest
             EXPECT_LE(delivery.lines.size(), 100u) << "compression " << compression;
         }
     }
-
-    TEST(HostileFiles, ChainOfThumbnailsEnds)
-    {
-        // 60000 bytes of the shortest directories that lead on, and from the last back to the first.
-        TiffForm thumbnail;
-        thumbnail.subfileType = FILETYPE_REDUCEDIMAGE;
-        TiffEditor editor(Flat(thumbnail));
-        const std::string first = editor.Bytes();
-        const std::uint64_t directory = editor.DirectoryOffset();
-        std::string chain = first;
-        for (int i = 0; i < 3000; ++i)
-        {
-            // The same directory once more, after the one before, which leads to it.
-            const std::string copy = first.substr(directory);
-            const auto next = static_cast<std::uint32_t>(chain.size());
-            for (int byte = 0; byte < 4; ++byte)
-            {
-                chain[chain.size() - 4 + static_cast<std::size_t>(byte)] = static_cast<char>(next >> 8 * byte & 0xff);
-            }
-            chain += copy;
-        }
-        EXPECT_THAT(ReasonFor(chain), StartsWith("only reduced-resolution images and masks"));
-    }
 }
