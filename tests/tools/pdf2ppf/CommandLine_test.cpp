@@ -68,7 +68,7 @@ namespace Pdf2PpfTest
     TEST(PageJobTest, DuplexPageWithoutItsOtherSideIsASideAlone)
     {
         std::vector<Page> pages;
-        for (const std::uint64_t number : {1, 2, 3, 6})
+        for (const std::uint64_t number : {1U, 2U, 3U, 6U})
         {
             pages.push_back({number, {{"Black", "/" + std::to_string(number)}}, {}, {}});
         }

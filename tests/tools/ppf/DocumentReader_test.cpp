@@ -144,7 +144,7 @@ namespace PpfTest
             {
                 for (const std::string& gap : gaps)
                 {
-                    SCOPED_TRACE(remark + (", behind " + testing::PrintToString(gap)));
+                    SCOPED_TRACE(remark + (", after " + testing::PrintToString(gap)));
                     const SoundFile file(Replaced(
                         FrontOf("(K)", Separation(width, 1, compression, "Binary", data + after)), "CIP3PreviewImage\n",
                         "CIP3PreviewImage" + gap));
