@@ -1,11 +1,11 @@
 // The program with the Ghostscript that is installed.
+#include "job/Conversion.h"
 #include "tests/tools/pdf2ppf/Documents.h"
 #include "tests/tools/pdf2ppf/Runs.h"
 
 #include <gmock/gmock.h>
-#include <tiffio.h>
 
-#include <memory>
+#include <sstream>
 
 namespace Pdf2PpfTest
 {
@@ -28,51 +28,6 @@ namespace Pdf2PpfTest
                                  {"0 0 100 100",
                                   FillSpot(0, ".5", "0 0 10 10") + FillSpot(1, "1", "20 0 10 10"),
                                   {"Gold", "Silver"}}}));
-        }
-
-        /// The pixels of a one-ink TIFF, row by row, 0 full ink.
-        struct Picture
-        {
-            std::uint32_t width = 0;
-            std::uint32_t height = 0;
-            std::vector<unsigned char> pixels;
-        };
-
-        Picture Read(const std::string& name) const
-        {
-            const std::unique_ptr<TIFF, void (*)(TIFF*)> file(TIFFOpen((folder / name).c_str(), "r"), &TIFFClose);
-            Picture picture;
-            TIFFGetField(file.get(), TIFFTAG_IMAGEWIDTH, &picture.width);
-            TIFFGetField(file.get(), TIFFTAG_IMAGELENGTH, &picture.height);
-            picture.pixels.resize(static_cast<std::size_t>(picture.width) * picture.height);
-            for (std::uint32_t y = 0; y < picture.height; ++y)
-            {
-                TIFFReadScanline(file.get(), &picture.pixels[static_cast<std::size_t>(y) * picture.width], y);
-            }
-            return picture;
-        }
-
-        /// What a preview of that picture holds when `cell` pixels across and down become one: the rounded means of the
-        /// cells, beyond the picture paper, and 255 for full ink.
-        static Preview Reduced(const Picture& picture, std::uint32_t cell)
-        {
-            Preview preview{(picture.width + cell / 2) / cell, (picture.height + cell / 2) / cell, 0, 0, {}};
-            for (std::uint64_t row = 0; row < preview.height; ++row)
-            {
-                for (std::uint64_t column = 0; column < preview.width; ++column)
-                {
-                    std::uint64_t sum = 0;
-                    for (std::uint64_t i = 0; i < std::uint64_t(cell) * cell; ++i)
-                    {
-                        const std::uint64_t x = column * cell + i % cell;
-                        const std::uint64_t y = row * cell + i / cell;
-                        sum += x < picture.width && y < picture.height ? picture.pixels[y * picture.width + x] : 255;
-                    }
-                    const std::uint64_t area = std::uint64_t(cell) * cell;
-                    preview.pixels.push_back(static_cast<unsigned char>(255 - (2 * sum + area) / (2 * area)));
-                }
-            }
-            return preview;
         }
     };
 
@@ -198,31 +153,44 @@ namespace Pdf2PpfTest
         const struct
         {
             const char* options;
-            const char* resolution; // of Ghostscript's
-            std::uint32_t cell;
-            double written;
+            const char* rendered; // pixels per inch
+            double written;       // pixels per inch
         } cases[] = {
-            {"", "406.4", 8, 50.8},
-            {"--oversampling 3", "152.4", 3, 50.8},
-            {"--resolution 33.25 --oversampling 4", "133", 4, 33.25},
-            {"--oversampling 1", "50.8", 1, 50.8},
+            {"", "406.4", 50.8},
+            {"--oversampling 3", "152.4", 50.8},
+            {"--resolution 33.25 --oversampling 4", "133", 33.25},
+            {"--oversampling 1", "50.8", 50.8},
         };
-        for (const auto& one : cases)
+        for (const auto& [options, rendered, written] : cases)
         {
+            SCOPED_TRACE(options);
             ASSERT_EQ(
-                Run(std::string("gs -q -dSAFER -dBATCH -dNOPAUSE -sDEVICE=tiffsep -r") + one.resolution +
-                    " -sOutputFile=g.tif a.pdf && pdf2ppf " + one.options + " a.pdf -o out.ppf"),
+                Run(std::string("gs -q -dSAFER -dBATCH -dNOPAUSE -sDEVICE=tiffsep -r") + rendered +
+                    " -sOutputFile=g.tif a.pdf && pdf2ppf " + options + " a.pdf -o out.ppf"),
                 0)
                 << Error();
-            for (const std::string ink : {"Cyan", "Yellow", "Gold"})
+            Jobs::Job job;
+            job.inputResolution = std::stod(rendered);
+            job.reduction = {written, 0};
+            job.sheets.resize(1);
+            job.sheets[0].jobName = "J";
+            Jobs::ConversionSettings settings;
+            settings.output = folder / "wanted.ppf";
+            const std::vector<std::string> inks = {"Cyan", "Yellow", "Gold"};
+            for (const std::string& ink : inks)
+            {
+                job.sheets[0].front.push_back({ink, folder / ("g(" + ink + ").tif")});
+            }
+            std::ostringstream messages;
+            Jobs::Convert(job, settings, messages);
+            for (const std::string& ink : inks)
             {
                 const Preview preview = PreviewOf("out.ppf", ink);
-                const Preview wanted = Reduced(Read("g(" + ink + ").tif"), one.cell);
-                EXPECT_EQ(preview.width, wanted.width) << one.options;
-                EXPECT_EQ(preview.height, wanted.height) << one.options;
-                EXPECT_TRUE(preview.pixels == wanted.pixels) << ink << ' ' << one.options;
-                EXPECT_EQ(preview.across, one.written) << one.options;
-                EXPECT_EQ(preview.down, one.written) << one.options;
+                const Preview wanted = PreviewOf("wanted.ppf", ink);
+                EXPECT_EQ(preview.width, wanted.width);
+                EXPECT_TRUE(preview.pixels == wanted.pixels) << ink;
+                EXPECT_EQ(preview.across, written);
+                EXPECT_EQ(preview.down, written);
             }
         }
     }

@@ -1,5 +1,6 @@
 #include "ppf/DecodedSize.h"
 #include "ppf/Failure.h"
+#include "tests/cip3output/PlainLoops.h"
 #include "tests/support/Failures.h"
 #include "tests/tools/ppf/Files.h"
 
@@ -13,18 +14,6 @@ namespace PpfTest
 
     namespace
     {
-        std::string Hex(const std::string& bytes)
-        {
-            constexpr char Digits[] = "0123456789abcdef";
-            std::string text;
-            for (const char c : bytes)
-            {
-                text += Digits[static_cast<unsigned char>(c) >> 4];
-                text += Digits[c & 15];
-            }
-            return text + ">";
-        }
-
         DecodedSize
         SizeOf(const std::string& compression, const std::string& encoding, const std::string& data, int width)
         {
@@ -51,7 +40,8 @@ namespace PpfTest
                     data.append(length < 0x80 ? length + 1u : 1u, static_cast<char>(random() >> 8));
                     size += length < 0x80 ? length + 1u : 257u - length;
                 }
-                const DecodedSize counted = SizeOf("RunLengthDecode", "ASCIIHexDecode", Hex(data + '\x80'), 1);
+                const DecodedSize counted =
+                    SizeOf("RunLengthDecode", "ASCIIHexDecode", PlainLoops::ASCIIHex(data + '\x80') + ">", 1);
                 EXPECT_EQ(counted.bytes, size) << shift;
                 EXPECT_TRUE(counted.hasEndMark) << shift;
                 EXPECT_EQ(counted.bytesAfterMark, 0u) << shift;

@@ -15,7 +15,6 @@ namespace PpfTest
         using testing::ElementsAre;
         using testing::HasSubstr;
         using testing::IsEmpty;
-        using testing::StartsWith;
 
         const std::string BlackHex = HexPixels(2, 1, "00ff>");
 
@@ -228,17 +227,6 @@ namespace PpfTest
         {
             // A search from each of them to the end of all would take minutes.
             SoundFile(FrontOf("(K)", Repeated("/a b ", 200000) + BlackHex));
-        }
-
-        TEST(DocumentReader, EverythingInFrontOfTheDamageIsRead)
-        {
-            std::string bytes = TwoSheets();
-            bytes.resize(1995);
-            const Document document = ReadDocument(bytes);
-            EXPECT_THAT(Text(document.damage), StartsWith("1995: file ends within the section CIP3BeginBack"));
-            ASSERT_EQ(document.sheets.size(), 2u);
-            EXPECT_EQ(document.sheets[0].length, 712u);
-            EXPECT_EQ(Rows(document, document.sheets[1].surfaces[0].previews[0]), "ffffffff/0000ff7f");
         }
 
         TEST(DocumentReader, FileCutAnywhereIsDamagedAndNamesAByteWithin)

@@ -1,8 +1,10 @@
 #include "tests/tools/ppf/Files.h"
 
 #include "ppf/DocumentReader.h"
+#include "ppf/Failure.h"
 #include "ppf/ScanLineReader.h"
 #include "tests/TwoSheetExample.h"
+#include "tests/cip3output/PlainLoops.h"
 
 #include <gtest/gtest.h>
 
@@ -87,19 +89,27 @@ namespace PpfTest
 
     std::string Rows(const Document& document, const Preview& preview)
     {
-        constexpr char Digits[] = "0123456789abcdef";
         std::string text;
         ScanLineReader rows(document, preview);
         while (const unsigned char* row = rows.Next())
         {
             text += text.empty() ? "" : "/";
-            for (std::uint64_t i = 0; i < preview.RowSamples(); ++i)
-            {
-                text += Digits[row[i] >> 4];
-                text += Digits[row[i] & 15];
-            }
+            text += PlainLoops::ASCIIHex(std::string(row, row + preview.RowSamples()));
         }
         return text;
+    }
+
+    std::string FailureOf(const std::function<void()>& action)
+    {
+        try
+        {
+            action();
+            return "none";
+        }
+        catch (const FormatError& error)
+        {
+            return Text(error.AsFinding());
+        }
     }
 
     std::string Text(const std::optional<Finding>& finding)

@@ -4,6 +4,7 @@
 
 #include "ppf/Document.h"
 
+#include <functional>
 #include <string>
 
 namespace PpfTest
@@ -47,6 +48,9 @@ namespace PpfTest
 
     /// The samples of all rows as they are stored, in hexadecimal and with "/" between rows.
     std::string Rows(const Ppf::Document& document, const Ppf::Preview& preview);
+
+    /// "offset: text" of the failure of `action`, or "none".
+    std::string FailureOf(const std::function<void()>& action);
 
     /// The damage or finding as "offset: text", or an empty string.
     std::string Text(const std::optional<Ppf::Finding>& finding);

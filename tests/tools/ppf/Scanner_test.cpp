@@ -1,7 +1,7 @@
-#include "ppf/Failure.h"
 #include "ppf/Number.h"
 #include "ppf/Scanner.h"
 #include "ppf/StringLiteral.h"
+#include "tests/tools/ppf/Files.h"
 
 #include <gmock/gmock.h>
 
@@ -12,6 +12,7 @@ namespace PpfTest
     namespace
     {
         using testing::ElementsAre;
+        using testing::StartsWith;
 
         std::vector<std::string> Texts(std::string_view bytes)
         {
@@ -52,15 +53,8 @@ namespace PpfTest
             };
             for (const auto& [bytes, offset] : cases)
             {
-                try
-                {
-                    Texts(bytes);
-                    ADD_FAILURE() << bytes << " was taken";
-                }
-                catch (const FormatError& error)
-                {
-                    EXPECT_EQ(error.AsFinding().offset, offset) << bytes;
-                }
+                EXPECT_THAT(FailureOf([text = bytes] { Texts(text); }), StartsWith(std::to_string(offset) + ": "))
+                    << bytes;
             }
         }
 

@@ -49,14 +49,7 @@ namespace PpfInfoTest
                 ElementsAre(0xBF, 0xFE));
         }
 
-        TEST(Extract, EverySheetAndSideIsCounted)
-        {
-            const Folder folder;
-            EXPECT_EQ(RunOn(TwoSheets(), {"--extract", folder.Path()}).status, 0);
-            EXPECT_THAT(folder.Names(), ElementsAre("1-front-01-Black.png", "2-back-01-Black.png"));
-        }
-
-        TEST(Extract, TwoSectionsOfOneSideAreCountedOn)
+        TEST(Extract, SheetsSidesAndSectionsOfOneSideAreCounted)
         {
             const Folder folder;
             std::string bytes = FrontOf("(A)", HexPixels(1, 1, "00>"));
@@ -64,7 +57,10 @@ namespace PpfInfoTest
             const std::string side = bytes.substr(begin, bytes.find("CIP3EndSheet") - begin);
             bytes.insert(begin, side);
             EXPECT_EQ(RunOn(bytes, {"--extract", folder.Path()}).status, 0);
-            EXPECT_THAT(folder.Names(), ElementsAre("1-front-01-A.png", "1-front-02-A.png"));
+            EXPECT_EQ(RunOn(TwoSheets(), {"--extract", folder.Path()}).status, 0);
+            EXPECT_THAT(
+                folder.Names(),
+                ElementsAre("1-front-01-A.png", "1-front-01-Black.png", "1-front-02-A.png", "2-back-01-Black.png"));
         }
 
         TEST(Extract, DamagedPreviewLeavesNoFile)

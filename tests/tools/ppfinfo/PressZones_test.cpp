@@ -1,6 +1,7 @@
 // The zones of a press: against exact fractions, in every form of output, and where they cannot be.
 
 #include "ppfinfo/Zones.h"
+#include "tests/cip3output/PlainLoops.h"
 #include "tests/tools/ppf/Files.h"
 #include "tests/tools/ppfinfo/Program.h"
 
@@ -65,15 +66,9 @@ namespace PpfInfoTest
 
         std::string FileOf(const std::vector<int>& inks)
         {
-            constexpr char Digits[] = "0123456789abcdef";
-            std::string row;
-            for (const int ink : inks)
-            {
-                row += {Digits[ink >> 4], Digits[ink & 15]};
-            }
+            const std::string row = PlainLoops::ASCIIHex(std::string(inks.begin(), inks.end()));
             const std::string paper(row.size(), '0');
-            return FrontOf(
-                "(K)", Separation(static_cast<int>(inks.size()), 2, "None", "ASCIIHexDecode", row + paper + ">"));
+            return FrontOf("(K)", HexPixels(static_cast<int>(inks.size()), 2, row + paper + ">"));
         }
 
         std::string Points(int hundredths)

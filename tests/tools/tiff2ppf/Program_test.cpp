@@ -13,7 +13,6 @@ namespace Tiff2PpfTest
 {
     using ::testing::ElementsAre;
     using ::testing::HasSubstr;
-    using ::testing::MatchesRegex;
     using ::testing::StartsWith;
 
     class ProgramTest : public TestSupport::ShellTest
@@ -51,19 +50,6 @@ namespace Tiff2PpfTest
         const std::string before = jobs.Read("job.json");
         EXPECT_EQ(Run("tiff2ppf $jobs/job.json -o $jobs/job.json"), 2);
         EXPECT_EQ(jobs.Read("job.json"), before);
-    }
-
-    TEST_F(ProgramTest, StatusTellsFailureFromMisuse)
-    {
-        EXPECT_EQ(Run("tiff2ppf --job J --sheet S --front K=none.tif -o out.ppf"), 1);
-        EXPECT_THAT(
-            Error(), MatchesRegex("tiff2ppf: error: Problem converting TIFF files to CIP3: [^\n]*none.tif[^\n]*\n"));
-        EXPECT_EQ(Run("tiff2ppf none.json -o out.ppf"), 2);
-        EXPECT_EQ(Error(), "tiff2ppf: error: none.json: the job file cannot be read: No such file or directory\n");
-        EXPECT_EQ(Run("tiff2ppf --turbo"), 2);
-        EXPECT_THAT(Error(), MatchesRegex("tiff2ppf: error: [^\n]*--turbo[^\n]*\n"));
-        EXPECT_EQ(Out(), "");
-        EXPECT_TRUE(folder.Names().empty());
     }
 
     TEST_F(ProgramTest, JobFromStandardInputStandsInTheCurrentFolder)
