@@ -67,8 +67,8 @@ namespace
         }
     }
 
-    /// Counts a call; true if it is the one that is ordered.
-    bool IsOrdered(const char* call)
+    /// Counts a call; true if it is the one that is ordered to fail.
+    bool Fails(const char* call)
     {
         if (order != nullptr && order->isRecorded)
         {
@@ -102,7 +102,7 @@ namespace
 
     Turn TurnOf(const char* call, std::size_t size)
     {
-        if (!IsOrdered(call))
+        if (!Fails(call))
         {
             return {false, size};
         }
@@ -145,6 +145,7 @@ namespace
     }
 }
 
+#define REPLACED(name) name
 #define NEXT(name) Next(&name, #name)
 
 extern "C"
@@ -167,22 +168,22 @@ extern "C"
 
     void* malloc(std::size_t size)
     {
-        return IsOrdered("allocation") ? nullptr : __libc_malloc(size);
+        return Fails("allocation") ? nullptr : __libc_malloc(size);
     }
 
     void* calloc(std::size_t count, std::size_t size)
     {
-        return IsOrdered("allocation") ? nullptr : __libc_calloc(count, size);
+        return Fails("allocation") ? nullptr : __libc_calloc(count, size);
     }
 
     void* realloc(void* memory, std::size_t size)
     {
-        return IsOrdered("allocation") ? nullptr : __libc_realloc(memory, size);
+        return Fails("allocation") ? nullptr : __libc_realloc(memory, size);
     }
 
     void* memalign(std::size_t alignment, std::size_t size)
     {
-        return IsOrdered("allocation") ? nullptr : __libc_memalign(alignment, size);
+        return Fails("allocation") ? nullptr : __libc_memalign(alignment, size);
     }
 
     void* aligned_alloc(std::size_t alignment, std::size_t size)
@@ -204,16 +205,11 @@ extern "C"
 #define CALL(type, failure, name, parameters, arguments)                                                               \
     type name parameters                                                                                               \
     {                                                                                                                  \
-        return IsOrdered(#name) ? failure : NEXT(name) arguments;                                                      \
+        return Fails(#name) ? failure : NEXT(name) arguments;                                                          \
     }
 #include "tests/support/SystemCalls.inc"
 #undef CALL
-
-    int close(int file)
-    {
-        const int result = NEXT(close)(file);
-        return IsOrdered("close") ? -1 : result;
-    }
+#include "tests/support/TransferCalls.inc"
 
     int fcntl(int file, int command, ...)
     {
@@ -221,73 +217,36 @@ extern "C"
         va_start(arguments, command);
         void* const argument = va_arg(arguments, void*);
         va_end(arguments);
-        return IsOrdered("fcntl") ? -1 : NEXT(fcntl)(file, command, argument);
+        return Fails("fcntl") ? -1 : NEXT(fcntl)(file, command, argument);
     }
 
     // Nothing here outlives a power cut, and the disk is slow.
     int fsync(int)
     {
-        return IsOrdered("fsync") ? -1 : 0;
-    }
-
-    int open(const char* path, int flags, ...)
-    {
-        va_list arguments;
-        va_start(arguments, flags);
-        const mode_t mode = (flags & (O_CREAT | O_TMPFILE)) != 0 ? va_arg(arguments, mode_t) : 0;
-        va_end(arguments);
-        return IsOrdered("open") ? -1 : NEXT(open)(path, flags, mode);
-    }
-
-    int openat(int folder, const char* path, int flags, ...)
-    {
-        va_list arguments;
-        va_start(arguments, flags);
-        const mode_t mode = (flags & (O_CREAT | O_TMPFILE)) != 0 ? va_arg(arguments, mode_t) : 0;
-        va_end(arguments);
-        return IsOrdered("openat") ? -1 : NEXT(openat)(folder, path, flags, mode);
+        return Fails("fsync") ? -1 : 0;
     }
 
     int posix_fallocate(int file, off_t offset, off_t size)
     {
-        return IsOrdered("posix_fallocate") ? errno : NEXT(posix_fallocate)(file, offset, size);
+        return Fails("posix_fallocate") ? errno : NEXT(posix_fallocate)(file, offset, size);
     }
 
     int posix_spawnp(
         pid_t* process, const char* name, const posix_spawn_file_actions_t* actions,
         const posix_spawnattr_t* attributes, char* const* arguments, char* const* environment)
     {
-        return IsOrdered("posix_spawnp")
-                   ? errno
-                   : NEXT(posix_spawnp)(process, name, actions, attributes, arguments, environment);
-    }
-
-    ssize_t pread(int file, void* bytes, std::size_t size, off_t offset)
-    {
-        const Turn turn = TurnOf("pread", size);
-        return turn.fails ? -1 : NEXT(pread)(file, bytes, turn.size, offset);
+        return Fails("posix_spawnp") ? errno
+                                     : NEXT(posix_spawnp)(process, name, actions, attributes, arguments, environment);
     }
 
     int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*run)(void*), void* argument)
     {
-        return IsOrdered("pthread_create") ? errno : NEXT(pthread_create)(thread, attributes, run, argument);
-    }
-
-    ssize_t read(int file, void* bytes, std::size_t size)
-    {
-        const Turn turn = TurnOf("read", size);
-        return turn.fails ? -1 : NEXT(read)(file, bytes, turn.size);
-    }
-
-    ssize_t write(int file, const void* bytes, std::size_t size)
-    {
-        const Turn turn = TurnOf("write", size);
-        return turn.fails ? -1 : NEXT(write)(file, bytes, turn.size);
+        return Fails("pthread_create") ? errno : NEXT(pthread_create)(thread, attributes, run, argument);
     }
 
     ssize_t writev(int file, const iovec* pieces, int count)
     {
-        if (!IsOrdered("writev"))
+        if (!Fails("writev"))
         {
             return NEXT(writev)(file, pieces, count);
         }

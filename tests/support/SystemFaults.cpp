@@ -94,16 +94,21 @@ namespace TestSupport
             return Fails(function);
         }
 
-        /// What a call that reads gives with the error that it was given.
-        ssize_t FailedRead()
+        /// What a call that may be interrupted does with `size` bytes.
+        struct Turn
         {
-            return errno == SystemFault::EndOfFile ? 0 : -1;
-        }
+            bool fails;
+            std::size_t size;
+        };
 
-        std::size_t Limited(std::size_t size)
+        Turn TurnOf(const char* function, std::size_t size)
         {
+            if (FailsOrIsInterrupted(function))
+            {
+                return {true, 0};
+            }
             const std::lock_guard lock(Ordered().mutex);
-            return Ordered().most > 0 ? std::min(size, Ordered().most) : size;
+            return {false, Ordered().most > 0 ? std::min(size, Ordered().most) : size};
         }
     }
 
@@ -158,19 +163,20 @@ namespace TestSupport
     }
 }
 
-using TestSupport::FailedRead;
 using TestSupport::Fails;
-using TestSupport::FailsOrIsInterrupted;
-using TestSupport::Limited;
 using TestSupport::Ordered;
+using TestSupport::TurnOf;
+
+#define REPLACED(name) __wrap_##name
+#define NEXT(name) __real_##name
 
 extern "C"
 {
 #define CALL(type, failure, name, parameters, arguments)                                                               \
-    type __real_##name parameters;                                                                                     \
-    type __wrap_##name parameters                                                                                      \
+    type NEXT(name) parameters;                                                                                        \
+    type REPLACED(name) parameters                                                                                     \
     {                                                                                                                  \
-        return Fails(#name) ? failure : __real_##name arguments;                                                       \
+        return Fails(#name) ? failure : NEXT(name) arguments;                                                          \
     }
 #include "tests/support/SystemCalls.inc"
 #undef CALL
@@ -183,11 +189,7 @@ extern "C"
     ssize_t __real_read(int file, void* bytes, std::size_t size);
     ssize_t __real_write(int file, const void* bytes, std::size_t size);
 
-    int __wrap_close(int file)
-    {
-        const int result = __real_close(file);
-        return Fails("close") ? -1 : result;
-    }
+#include "tests/support/TransferCalls.inc"
 
     int __wrap_fsync(int file)
     {
@@ -197,30 +199,7 @@ extern "C"
             const std::lock_guard lock(Ordered().mutex);
             Ordered().calls.emplace_back(S_ISDIR(status.st_mode) ? "fsync of a folder" : "fsync of a file");
         }
-        return FailsOrIsInterrupted("fsync") ? -1 : __real_fsync(file);
-    }
-
-    int __wrap_open(const char* path, int flags, ...)
-    {
-        va_list arguments;
-        va_start(arguments, flags);
-        const mode_t mode = (flags & (O_CREAT | O_TMPFILE)) != 0 ? va_arg(arguments, mode_t) : 0;
-        va_end(arguments);
-        return FailsOrIsInterrupted("open") ? -1 : __real_open(path, flags, mode);
-    }
-
-    int __wrap_openat(int folder, const char* path, int flags, ...)
-    {
-        va_list arguments;
-        va_start(arguments, flags);
-        const mode_t mode = (flags & (O_CREAT | O_TMPFILE)) != 0 ? va_arg(arguments, mode_t) : 0;
-        va_end(arguments);
-        return FailsOrIsInterrupted("openat") ? -1 : __real_openat(folder, path, flags, mode);
-    }
-
-    ssize_t __wrap_pread(int file, void* bytes, std::size_t size, off_t offset)
-    {
-        return FailsOrIsInterrupted("pread") ? FailedRead() : __real_pread(file, bytes, Limited(size), offset);
+        return TurnOf("fsync", 0).fails ? -1 : __real_fsync(file);
     }
 
     /// Not by --wrap: it is the standard library that makes threads, and its call finds the program's function first.
@@ -233,15 +212,5 @@ extern "C"
         using Create = int (*)(pthread_t*, const pthread_attr_t*, void* (*)(void*), void*);
         static const auto next = reinterpret_cast<Create>(dlsym(RTLD_NEXT, "pthread_create"));
         return next(thread, attributes, run, argument);
-    }
-
-    ssize_t __wrap_read(int file, void* bytes, std::size_t size)
-    {
-        return FailsOrIsInterrupted("read") ? FailedRead() : __real_read(file, bytes, Limited(size));
-    }
-
-    ssize_t __wrap_write(int file, const void* bytes, std::size_t size)
-    {
-        return FailsOrIsInterrupted("write") ? -1 : __real_write(file, bytes, Limited(size));
     }
 }

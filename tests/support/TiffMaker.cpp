@@ -1,5 +1,7 @@
-// libtiff's writer on a string, fed with samples packed by hand.
+// libtiff's writer on a file in memory, fed with samples packed by hand.
 #include "tests/support/TiffMaker.h"
+
+#include "tests/support/Folder.h"
 
 #include <tiffio.h>
 
@@ -9,48 +11,12 @@
 #include <stdexcept>
 #include <utility>
 
+#include <sys/mman.h>
+
 namespace TestSupport
 {
     namespace
     {
-        /// What libtiff writes to.
-        struct Sink
-        {
-            std::string bytes;
-            std::size_t position = 0;
-
-            static Sink& From(thandle_t handle) { return *static_cast<Sink*>(handle); }
-
-            static tmsize_t Read(thandle_t handle, void* to, tmsize_t size)
-            {
-                Sink& sink = From(handle);
-                const std::size_t left = sink.bytes.size() - std::min(sink.position, sink.bytes.size());
-                const std::size_t count = std::min(static_cast<std::size_t>(size), left);
-                std::memcpy(to, sink.bytes.data() + sink.position, count);
-                sink.position += count;
-                return static_cast<tmsize_t>(count);
-            }
-            static tmsize_t Write(thandle_t handle, void* from, tmsize_t size)
-            {
-                Sink& sink = From(handle);
-                const auto count = static_cast<std::size_t>(size);
-                sink.bytes.resize(std::max(sink.bytes.size(), sink.position + count));
-                std::memcpy(&sink.bytes[sink.position], from, count);
-                sink.position += count;
-                return size;
-            }
-            static toff_t Seek(thandle_t handle, toff_t offset, int origin)
-            {
-                Sink& sink = From(handle);
-                sink.position = offset + (origin == SEEK_END   ? sink.bytes.size()
-                                          : origin == SEEK_CUR ? sink.position
-                                                               : 0);
-                return sink.position;
-            }
-            static int Close(thandle_t) { return 0; }
-            static toff_t Size(thandle_t handle) { return From(handle).bytes.size(); }
-        };
-
         void Require(bool success)
         {
             if (!success)
@@ -203,7 +169,7 @@ namespace TestSupport
 
     std::string MakePages(const std::vector<TiffForm>& pages, const InkRule& rule)
     {
-        Sink sink;
+        const int file = memfd_create("made", MFD_CLOEXEC);
         const TiffForm& first = pages.front();
         const std::string mode = std::string("w") + (first.bigEndian ? "b" : "l") + (first.bigTiff ? "8" : "");
         // Some forms make libtiff wonder; that is what they are for.
@@ -213,17 +179,14 @@ namespace TestSupport
         TIFFOpenOptionsSetWarningHandlerExtR(quiet.get(), ignore, nullptr);
         TIFFOpenOptionsSetErrorHandlerExtR(quiet.get(), ignore, nullptr);
         const std::unique_ptr<TIFF, decltype(&TIFFClose)> tiff(
-            TIFFClientOpenExt(
-                "made", mode.c_str(), &sink, Sink::Read, Sink::Write, Sink::Seek, Sink::Close, Sink::Size, nullptr,
-                nullptr, quiet.get()),
-            TIFFClose);
+            TIFFFdOpenExt(file, "made", mode.c_str(), quiet.get()), TIFFClose); // which closes the file, too
         Require(tiff != nullptr);
         for (const TiffForm& page : pages)
         {
             WritePage(tiff.get(), page, rule);
         }
         TIFFFlush(tiff.get());
-        return sink.bytes;
+        return Folder::BytesOf("/proc/self/fd/" + std::to_string(file));
     }
 
     SampleRule MixedSamples(unsigned bits)

@@ -30,13 +30,6 @@ namespace HostTest
             output.Publish();
         }
 
-        static mode_t ModeOf(const std::string& path)
-        {
-            struct stat status = {};
-            EXPECT_EQ(stat(path.c_str(), &status), 0) << path;
-            return status.st_mode & 07777;
-        }
-
         TestSupport::Folder folder;
     };
 
@@ -82,7 +75,7 @@ namespace HostTest
         const mode_t before = umask(027);
         Publish(folder / "out.ppf", "bytes");
         umask(before);
-        EXPECT_EQ(ModeOf(folder / "out.ppf"), 0640U);
+        EXPECT_EQ(fs::status(folder / "out.ppf").permissions(), fs::perms(0640));
     }
 
     TEST_F(OutputTest, ReplacingFileTakesOverPermissionsAndIsNeverOpenToMore)
@@ -90,10 +83,10 @@ namespace HostTest
         const std::string path = folder.Write("out.ppf", "older");
         fs::permissions(path, fs::perms(0664));
         Output output(path, Durability::Scratch);
-        EXPECT_EQ(ModeOf(output.Path()), 0600U);
+        EXPECT_EQ(fs::status(output.Path()).permissions(), fs::perms(0600));
 
         output.Publish();
-        EXPECT_EQ(ModeOf(path), 0664U);
+        EXPECT_EQ(fs::status(path).permissions(), fs::perms(0664));
         EXPECT_EQ(folder.Read("out.ppf"), "");
     }
 

@@ -1,5 +1,7 @@
 #include "tests/tools/pdf2ppf/Documents.h"
 
+#include "tests/cip3output/PlainLoops.h"
+
 #include <array>
 #include <cstdio>
 
@@ -12,10 +14,7 @@ namespace Pdf2PpfTest
             std::string name = "/";
             for (const char c : bytes)
             {
-                std::array<char, 8> text{};
-                std::snprintf(
-                    text.data(), text.size(), "#%02X", static_cast<unsigned int>(static_cast<unsigned char>(c)));
-                name += text.data();
+                name += '#' + PlainLoops::ASCIIHex({c});
             }
             return name;
         }

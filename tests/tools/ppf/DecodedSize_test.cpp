@@ -6,8 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include <random>
-
 namespace PpfTest
 {
     using namespace Ppf;
@@ -24,25 +22,13 @@ namespace PpfTest
         /// Runs of all lengths over more than one block, so that runs are cut at every place of one.
         TEST(DecodedSize, RunsAreCountedAsTheDecoderExpandsThem)
         {
-            std::minstd_rand random(7);
-            for (int shift = 0; shift < 3; ++shift)
+            const RandomRuns runs(1000000);
+            for (std::size_t shift = 0; shift < 3; ++shift)
             {
-                std::string data(static_cast<std::size_t>(shift) * 2, '\xFF');
-                std::size_t size = static_cast<std::size_t>(shift) * 2;
-                while (data.size() < 700000)
-                {
-                    const auto length = static_cast<unsigned char>(random() >> 8);
-                    if (length == 0x80)
-                    {
-                        continue;
-                    }
-                    data += static_cast<char>(length);
-                    data.append(length < 0x80 ? length + 1u : 1u, static_cast<char>(random() >> 8));
-                    size += length < 0x80 ? length + 1u : 257u - length;
-                }
+                const std::string data = std::string(shift * 2, '\xFF') + runs.tokens;
                 const DecodedSize counted =
                     SizeOf("RunLengthDecode", "ASCIIHexDecode", PlainLoops::ASCIIHex(data + '\x80') + ">", 1);
-                EXPECT_EQ(counted.bytes, size) << shift;
+                EXPECT_EQ(counted.bytes, 2 * shift + runs.bytes.size()) << shift;
                 EXPECT_TRUE(counted.hasEndMark) << shift;
                 EXPECT_EQ(counted.bytesAfterMark, 0u) << shift;
             }

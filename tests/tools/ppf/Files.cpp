@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <random>
 #include <utility>
 
 namespace PpfTest
@@ -66,6 +68,20 @@ namespace PpfTest
     std::string HexPixels(int width, int height, const std::string& digits, const std::string& entries)
     {
         return Separation(width, height, "None", "ASCIIHexDecode", digits, entries);
+    }
+
+    RandomRuns::RandomRuns(std::size_t size)
+    {
+        std::minstd_rand random(3);
+        while (bytes.size() < size)
+        {
+            const std::size_t length = std::min<std::size_t>(random() % 128 + 1, size - bytes.size());
+            const bool isRun = length > 1 && random() % 2 == 0;
+            std::string data(isRun ? 1 : length, '\0');
+            std::generate(data.begin(), data.end(), [&] { return static_cast<char>(random() >> 8); });
+            tokens += static_cast<char>(isRun ? 257 - length : length - 1) + data;
+            bytes += isRun ? std::string(length, data[0]) : data;
+        }
     }
 
     std::string FrontOf(const std::string& names, const std::string& separations)

@@ -29,6 +29,15 @@ namespace PpfTest
     /// The same, uncompressed in hexadecimal digits.
     std::string HexPixels(int width, int height, const std::string& digits, const std::string& entries = "");
 
+    /// Run-length data in runs and literals of every length, and the bytes that it stands for, without its end mark.
+    struct RandomRuns
+    {
+        explicit RandomRuns(std::size_t size);
+
+        std::string tokens;
+        std::string bytes;
+    };
+
     /// A file of one sheet whose front has the list of names and one preview image section with these separations.
     std::string FrontOf(const std::string& names, const std::string& separations);
 

@@ -6,7 +6,6 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <random>
 
 #include <jpeglib.h>
 
@@ -83,30 +82,16 @@ namespace PpfTest
         {
             // 400 x 1000 pixels, more than one pull through the decoders, in runs and literals of every length.
             constexpr std::size_t Size = 400 * 1000;
-            std::minstd_rand random(3);
-            std::string tokens;
-            std::string pixels;
-            while (pixels.size() < Size)
-            {
-                const std::size_t length = std::min<std::size_t>(random() % 128 + 1, Size - pixels.size());
-                const bool isRun = length > 1 && random() % 2 == 0;
-                tokens += static_cast<char>(isRun ? 257 - length : length - 1);
-                const std::size_t begin = pixels.size();
-                pixels.append(length, static_cast<char>(random() >> 8));
-                for (std::size_t i = begin; i < pixels.size() && !isRun; ++i)
-                {
-                    pixels[i] = static_cast<char>(random() >> 8);
-                }
-                tokens += pixels.substr(begin, isRun ? 1 : length);
-            }
-            const SoundFile file(FrontOf("(K)", Separation(400, 1000, "RunLengthDecode", "Binary", tokens + "\x80")));
+            const RandomRuns runs(Size);
+            const SoundFile file(
+                FrontOf("(K)", Separation(400, 1000, "RunLengthDecode", "Binary", runs.tokens + "\x80")));
             ScanLineReader reader(file.document, file.Preview());
             std::string read;
             while (const unsigned char* row = reader.Next())
             {
                 read.append(row, row + 400);
             }
-            EXPECT_TRUE(read == pixels);
+            EXPECT_TRUE(read == runs.bytes);
             EXPECT_EQ(reader.CountExcess(), 0u);
         }
 
