@@ -79,21 +79,6 @@ namespace TestSupport
             return true;
         }
 
-        /// The same, also if a signal is to interrupt this call.
-        bool FailsOrIsInterrupted(const char* function)
-        {
-            {
-                const std::lock_guard lock(Ordered().mutex);
-                Ordered().isInterrupted = Ordered().most > 0 && !Ordered().isInterrupted;
-                if (Ordered().isInterrupted)
-                {
-                    errno = EINTR;
-                    return true;
-                }
-            }
-            return Fails(function);
-        }
-
         /// What a call that may be interrupted does with `size` bytes.
         struct Turn
         {
@@ -103,12 +88,17 @@ namespace TestSupport
 
         Turn TurnOf(const char* function, std::size_t size)
         {
-            if (FailsOrIsInterrupted(function))
             {
-                return {true, 0};
+                const std::lock_guard lock(Ordered().mutex);
+                Ordered().isInterrupted = Ordered().most > 0 && !Ordered().isInterrupted;
+                if (Ordered().isInterrupted)
+                {
+                    errno = EINTR;
+                    return {true, 0};
+                }
+                size = Ordered().most > 0 ? std::min(size, Ordered().most) : size;
             }
-            const std::lock_guard lock(Ordered().mutex);
-            return {false, Ordered().most > 0 ? std::min(size, Ordered().most) : size};
+            return {Fails(function), size};
         }
     }
 

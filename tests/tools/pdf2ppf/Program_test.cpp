@@ -104,12 +104,13 @@ namespace Pdf2PpfTest
 
     TEST_F(ProgramTest, SpotColoursKeepAllCharactersOfTheirNames)
     {
-        const std::vector<std::string> names = {"a/b:c\\d", "100%25 %d",  "gr\xC3\xBCn",
-                                                "YELLOW",   "two\nlines", "\"q\" (b)"};
+        // What looks like an escape, like a process ink, and like another's name with a number.
+        const std::vector<std::string> names = {"a/b:c\\d",   "100%25 %d", "%zz", "gr\xC3\xBCn", "YELLOW",
+                                                "two\nlines", "\"q\" (b)", "A",   "A7"};
         std::string content;
         for (std::size_t i = 0; i < names.size(); ++i)
         {
-            content += FillSpot(static_cast<int>(i), "1", std::to_string(20 * i) + " 0 9 9");
+            content += FillSpot(static_cast<int>(i), "1", std::to_string(16 * i) + " 0 9 9");
         }
         folder.Write("a.pdf", Pdf({{"0 0 144 72", content, names}}));
         EXPECT_EQ(Run("pdf2ppf a.pdf -o out.ppf"), 0) << Error();
@@ -124,8 +125,8 @@ namespace Pdf2PpfTest
         {
             const Preview preview = PreviewOf("out.ppf", names[i]);
             const std::size_t row = preview.pixels.size() - 3 * preview.width; // within the rectangles
-            EXPECT_EQ(preview.pixels[row + (20 * i + 4) * 508 / 720], 255) << names[i];
-            EXPECT_EQ(preview.pixels[row + (20 * i + 15) * 508 / 720], 0) << names[i];
+            EXPECT_EQ(preview.pixels[row + (16 * i + 4) * 508 / 720], 255) << names[i];
+            EXPECT_EQ(preview.pixels[row + (16 * i + 13) * 508 / 720], 0) << names[i];
         }
     }
 

@@ -9,8 +9,6 @@
 
 #include <gmock/gmock.h>
 
-#include <random>
-
 namespace PpfTest
 {
     using namespace Ppf;
@@ -43,19 +41,6 @@ namespace PpfTest
         {
             RunLengthSource source(std::make_unique<BinarySource>(EncodedText{tokens, 0, 0}));
             return ReadAll(source, step);
-        }
-
-        std::string Noise(std::size_t size)
-        {
-            std::minstd_rand random(7);
-            std::string bytes;
-            while (bytes.size() < size)
-            {
-                // Runs of zeros in between, for the short form of a group.
-                bytes.append(random() % 5 == 0 ? random() % 9 : 0, '\0');
-                bytes += static_cast<char>(random() >> 8);
-            }
-            return bytes;
         }
 
         TEST(ASCII85Source, DecodesGroupsOfEveryForm)
@@ -93,7 +78,7 @@ namespace PpfTest
 
         TEST(ASCII85Source, LongDataIsTheSameInReadsOfEverySize)
         {
-            const std::string bytes = Noise(4100).substr(0, 4100);
+            const std::string bytes = RandomRuns(100000).bytes;
             std::string text = PlainLoops::ASCII85(bytes) + "~>";
             for (std::size_t at = 0; at < text.size(); at += 61)
             {

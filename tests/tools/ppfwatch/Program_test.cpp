@@ -68,6 +68,13 @@ namespace PpfWatchTest
                 StandIn("tiff2ppf", "for out; do :; done\n" + script);
             }
 
+            /// Starts it; whether it has begun to watch.
+            bool Watches()
+            {
+                Start();
+                return UntilSaid("watching");
+            }
+
             int RunOnce()
             {
                 Start({"--once"});
@@ -119,8 +126,7 @@ namespace PpfWatchTest
 
         TEST_F(WatchTest, DroppedJobIsConvertedAndTermEndsWell)
         {
-            Start();
-            ASSERT_TRUE(UntilSaid("watching"));
+            ASSERT_TRUE(Watches());
             const auto dropped = std::chrono::steady_clock::now();
             Drop("J_C.tif");
             ASSERT_TRUE(UntilSaid("J: converting"));
@@ -134,8 +140,7 @@ namespace PpfWatchTest
 
         TEST_F(WatchTest, SecondProcessIsRefused)
         {
-            Start();
-            ASSERT_TRUE(UntilSaid("watching"));
+            ASSERT_TRUE(Watches());
             const pid_t first = process;
             EXPECT_EQ(RunOnce(), 1);
             process = first;
@@ -145,8 +150,7 @@ namespace PpfWatchTest
 
         TEST_F(WatchTest, HangUpReadsTheConfigurationAgain)
         {
-            Start();
-            ASSERT_TRUE(UntilSaid("watching"));
+            ASSERT_TRUE(Watches());
             Configure(R"("out":"in")");
             kill(process, SIGHUP);
             ASSERT_TRUE(UntilSaid("out: this is the same folder as \"in\""));
@@ -162,8 +166,7 @@ namespace PpfWatchTest
 
         TEST_F(WatchTest, FolderThatVanishesIsReportedAndMayComeBack)
         {
-            Start();
-            ASSERT_TRUE(UntilSaid("watching"));
+            ASSERT_TRUE(Watches());
             fs::rename(folder / "in", folder / "gone");
             ASSERT_TRUE(UntilSaid("/in cannot be looked at: No such file or directory; it is tried again"));
             kill(process, SIGHUP); // it starts anew, and makes what is missing
