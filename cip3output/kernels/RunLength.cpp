@@ -13,6 +13,10 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
+#if HWY_TARGET <= HWY_AVX3_DL
+#include "cip3output/kernels/RunLengthElements-inl.h"
+#else
+
 HWY_BEFORE_NAMESPACE();
 namespace RasterOutput::Kernels
 {
@@ -82,6 +86,8 @@ namespace RasterOutput::Kernels
     }
 }
 HWY_AFTER_NAMESPACE();
+
+#endif
 
 #if HWY_ONCE
 namespace RasterOutput::Kernels

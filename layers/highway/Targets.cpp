@@ -41,6 +41,9 @@ namespace Highway
             {HWY_AVX2,
              {x86_cpu_AVX, x86_cpu_AVX2, x86_cpu_BMI1, x86_cpu_BMI2, x86_cpu_FMA, x86_cpu_F16C, x86_cpu_LZCNT}},
             {HWY_AVX3, {x86_cpu_AVX512F, x86_cpu_AVX512VL, x86_cpu_AVX512DQ, x86_cpu_AVX512BW}},
+            {HWY_AVX3_DL,
+             {x86_cpu_VPCLMULQDQ, x86_cpu_AVX512_VBMI, x86_cpu_AVX512_VBMI2, x86_cpu_VAES, x86_cpu_AVX_VNNI,
+              x86_cpu_AVX512_BITALG, x86_cpu_AVX512_VPOPCNTDQ, x86_cpu_AVX512_VNNI, x86_cpu_GFNI}},
         };
     }
 

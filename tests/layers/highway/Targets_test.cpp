@@ -78,18 +78,37 @@ namespace HighwayTest
     TEST(Targets, NoneIsClaimedWithoutAnExtensionThatTheCompilerMayUseInIt)
     {
         const std::map<std::string, unsigned> numbers = {
-            {"sse2", x86_cpu_SSE2},         {"ssse3", x86_cpu_SSSE3},       {"sse4.1", x86_cpu_SSE4_1},
-            {"sse4.2", x86_cpu_SSE4_2},     {"pclmul", x86_cpu_PCLMULQDQ},  {"aes", x86_cpu_AES},
-            {"avx", x86_cpu_AVX},           {"avx2", x86_cpu_AVX2},         {"bmi", x86_cpu_BMI1},
-            {"bmi2", x86_cpu_BMI2},         {"fma", x86_cpu_FMA},           {"f16c", x86_cpu_F16C},
-            {"avx512f", x86_cpu_AVX512F},   {"avx512vl", x86_cpu_AVX512VL}, {"avx512dq", x86_cpu_AVX512DQ},
+            {"sse2", x86_cpu_SSE2},
+            {"ssse3", x86_cpu_SSSE3},
+            {"sse4.1", x86_cpu_SSE4_1},
+            {"sse4.2", x86_cpu_SSE4_2},
+            {"pclmul", x86_cpu_PCLMULQDQ},
+            {"aes", x86_cpu_AES},
+            {"avx", x86_cpu_AVX},
+            {"avx2", x86_cpu_AVX2},
+            {"bmi", x86_cpu_BMI1},
+            {"bmi2", x86_cpu_BMI2},
+            {"fma", x86_cpu_FMA},
+            {"f16c", x86_cpu_F16C},
+            {"avx512f", x86_cpu_AVX512F},
+            {"avx512vl", x86_cpu_AVX512VL},
+            {"avx512dq", x86_cpu_AVX512DQ},
             {"avx512bw", x86_cpu_AVX512BW},
+            {"vpclmulqdq", x86_cpu_VPCLMULQDQ},
+            {"avx512vbmi", x86_cpu_AVX512_VBMI},
+            {"avx512vbmi2", x86_cpu_AVX512_VBMI2},
+            {"vaes", x86_cpu_VAES},
+            {"avxvnni", x86_cpu_AVX_VNNI},
+            {"avx512bitalg", x86_cpu_AVX512_BITALG},
+            {"avx512vpopcntdq", x86_cpu_AVX512_VPOPCNTDQ},
         };
         const std::map<std::int64_t, const char*> attributes = {
             {HWY_SSSE3, HWY_TARGET_STR_SSSE3},
             {HWY_SSE4, HWY_TARGET_STR_SSE4},
             {HWY_AVX2, HWY_TARGET_STR_AVX2},
             {HWY_AVX3, HWY_TARGET_STR_AVX3},
+            {HWY_AVX3_DL,
+             HWY_TARGET_STR_AVX3 ",vpclmulqdq,avx512vbmi,avx512vbmi2,vaes,avxvnni,avx512bitalg,avx512vpopcntdq"},
         };
         for (const auto& [target, names] : attributes)
         {
