@@ -139,16 +139,6 @@ namespace SheetvaneTest
         EXPECT_EQ(job.sheets[0].parameters.extentY, 1 / 300.0);
     }
 
-    TEST_F(ConversionDriver, SizesPastTheSignedRangeStayUnsignedInTheExtents)
-    {
-        fake.separations["k.tif"] = {1, 1, 0, 2147483648u};
-        fake.separations["h.tif"] = {1, 1, 4294967295u, 1, {}, Trouble::LineFails, 3};
-        AddFront("S1", "h.tif");
-        EXPECT_EQ(Convert(out), General);
-        EXPECT_EQ(job.sheets[0].parameters.extentY, 4294967295.0);
-        EXPECT_EQ(job.processorParameters.height, -1);
-    }
-
     TEST_F(ConversionDriver, FilesWithoutLinesOrPixelsAreWritten)
     {
         fake.separations["no lines"] = {1, 1, 0, 4};

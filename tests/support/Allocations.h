@@ -19,14 +19,4 @@ namespace TestSupport
 
     /// Blocks of memory that this process holds.
     long LiveBlocks();
-
-    /// No allocation fails or counts while it lives: for what a test does in the middle of the code under test.
-    class OutsideTheCount
-    {
-    public:
-        OutsideTheCount();
-        ~OutsideTheCount();
-        OutsideTheCount(const OutsideTheCount&) = delete;
-        OutsideTheCount& operator=(const OutsideTheCount&) = delete;
-    };
 }

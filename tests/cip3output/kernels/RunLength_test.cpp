@@ -1,4 +1,5 @@
 #include "cip3output/kernels/RunLength.h"
+#include "tests/cip3output/Bytes.h"
 #include "tests/cip3output/PlainLoops.h"
 #include "tests/cip3output/kernels/Encoded.h"
 #include "tests/cip3output/kernels/Lines.h"
@@ -45,11 +46,7 @@ namespace CIP3OutputTest
     TEST_P(RunLengthKernel, EqualsThePlainLoopForAnEdgeAtEveryPlace)
     {
         constexpr std::size_t Size = 2048 + 300;
-        std::string literal;
-        for (std::size_t i = 0; i < Size; ++i)
-        {
-            literal.push_back(static_cast<char>(i % 251));
-        }
+        const std::string literal = Literal(Size);
         for (std::size_t place = 0; place + 1 < Size; ++place)
         {
             std::string line = literal;

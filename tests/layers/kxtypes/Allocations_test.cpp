@@ -96,7 +96,6 @@ namespace KxTypesTest
                 }
                 catch (const std::bad_alloc&)
                 {
-                    const TestSupport::OutsideTheCount ours;
                     EXPECT_FALSE(dict.HasKey(Long));
                     EXPECT_NE(dict.At("key").KX_Cast("KX_TObject"), nullptr);
                     throw;
