@@ -34,6 +34,14 @@ namespace RasterFeedTest
                    (form.bigTiff ? ", BigTIFF" : "");
         }
 
+        /// The file is read to its end, and these are its lines.
+        void ExpectLines(const std::string& tiff, const std::vector<std::string>& lines)
+        {
+            const Delivery delivery = Deliver(tiff);
+            EXPECT_TRUE(delivery.IsComplete());
+            EXPECT_EQ(delivery.lines, lines);
+        }
+
         /// The form is read exactly, in all of the layouts that decide how rows are found.
         void ExpectExactInAllLayouts(TiffForm form)
         {
@@ -51,9 +59,7 @@ namespace RasterFeedTest
                 form.tileWidth = layout.tileWidth;
                 form.tileLength = layout.tileLength;
                 SCOPED_TRACE(Describe(form));
-                const Delivery delivery = Deliver(MakeTiff(form, rule));
-                ASSERT_TRUE(delivery.IsComplete());
-                EXPECT_EQ(delivery.lines, ExpectedLines(form, rule));
+                ExpectLines(MakeTiff(form, rule), ExpectedLines(form, rule));
             }
         }
     }
@@ -173,9 +179,7 @@ namespace RasterFeedTest
             {
                 form.rowsPerStrip = rowsPerStrip;
                 form.photometric = photometric;
-                const Delivery delivery = Deliver(MakeTiff(form, rule));
-                ASSERT_TRUE(delivery.IsComplete());
-                EXPECT_EQ(delivery.lines, ExpectedLines(form, rule));
+                ExpectLines(MakeTiff(form, rule), ExpectedLines(form, rule));
             }
         }
     }
@@ -195,9 +199,7 @@ namespace RasterFeedTest
             form.compression = compression;
             const SampleRule rule = MixedSamples(form.bits);
             SCOPED_TRACE(Describe(form));
-            const Delivery delivery = Deliver(MakeTiff(form, rule));
-            ASSERT_TRUE(delivery.IsComplete());
-            EXPECT_EQ(delivery.lines, ExpectedLines(form, rule));
+            ExpectLines(MakeTiff(form, rule), ExpectedLines(form, rule));
         }
     }
 
@@ -223,9 +225,7 @@ namespace RasterFeedTest
         editor.Set(TIFFTAG_COMPRESSION, TIFF_SHORT, {COMPRESSION_LZW});
         editor.Set(TIFFTAG_STRIPOFFSETS, TIFF_LONG, {place});
         editor.Set(TIFFTAG_STRIPBYTECOUNTS, TIFF_LONG, {packed.size()});
-        const Delivery delivery = Deliver(editor.Bytes());
-        ASSERT_TRUE(delivery.IsComplete());
-        EXPECT_EQ(delivery.lines, (std::vector<std::string>{{10, 20}, {30, 40}}));
+        ExpectLines(editor.Bytes(), (std::vector<std::string>{{10, 20}, {30, 40}}));
     }
 
     TEST(AcceptedForms, StripMayHoldMoreRowsThanTheImage)
@@ -238,9 +238,7 @@ namespace RasterFeedTest
         TiffEditor editor(MakeTiff(form, rule));
         editor.Set(TIFFTAG_IMAGELENGTH, TIFF_LONG, {form.height - 2});
         lines.resize(form.height - 2);
-        const Delivery delivery = Deliver(editor.Bytes());
-        ASSERT_TRUE(delivery.IsComplete());
-        EXPECT_EQ(delivery.lines, lines);
+        ExpectLines(editor.Bytes(), lines);
     }
 
     TEST(AcceptedForms, FirstImageOfFullResolutionIsTaken)
@@ -279,9 +277,8 @@ namespace RasterFeedTest
             TiffEditor editor(MakeTiff(form, rule));
             editor.Remove(tag);
             editor.SetRaw(60000, 77, 5, 0xffffffff);
-            const Delivery delivery = Deliver(editor.Bytes());
-            ASSERT_TRUE(delivery.IsComplete()) << "without tag " << tag;
-            EXPECT_EQ(delivery.lines, ExpectedLines(form, rule)) << "without tag " << tag;
+            SCOPED_TRACE(tag);
+            ExpectLines(editor.Bytes(), ExpectedLines(form, rule));
         }
     }
 }
