@@ -66,6 +66,14 @@ namespace RasterOutputTest
         }
     }
 
+    TEST(IsUniformRange, ComparesWithTheFirstByte)
+    {
+        const Bytes bytes{3, 3, 3, 4};
+        EXPECT_TRUE(IsUniformRange(bytes.data(), bytes.data() + 1));
+        EXPECT_TRUE(IsUniformRange(bytes.data(), bytes.data() + 3));
+        EXPECT_FALSE(IsUniformRange(bytes.data(), bytes.data() + 4));
+    }
+
     TEST(ChunkPrint, TellsGeometryAndPlaneSizesLineByLine)
     {
         Bytes first(6), second(5);

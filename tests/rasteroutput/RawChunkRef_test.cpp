@@ -9,6 +9,18 @@ namespace RasterOutputTest
 {
     using namespace RasterOutput;
 
+    TEST(RawChunkRef, InterleavedDataHasOnePlaneOfAllComponents)
+    {
+        RawChunkRef chunk;
+        chunk.componentsPerSample = 4;
+        chunk.bitsPerComponent = 8;
+        chunk.planar = 0;
+        chunk.width = 9;
+        chunk.ResetPlanes();
+        EXPECT_EQ(chunk.size(), 1u);
+        EXPECT_EQ(chunk.GetRowStride(), 36u);
+    }
+
     TEST(RawChunkRef, ChunkWithoutComponentsIsKnownToBeUniform)
     {
         Bytes bytes(4);
