@@ -8,6 +8,7 @@
 
 #include <hwy/highway.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 
@@ -54,8 +55,8 @@ namespace RasterOutput::Kernels
         class Elements
         {
         public:
-            /// Takes in the runs from `begin` on that end in the next stretch, or the first one if none does; none of those from
-            /// one on that is longer than a token.
+            /// Takes in the runs from `begin` on that end in the next stretch, or the first one if none does, up to one that is
+            /// longer than a token.
             HWY_INLINE void Read(const unsigned char* input, std::size_t size, std::size_t begin)
             {
                 count = 0;
@@ -123,8 +124,8 @@ namespace RasterOutput::Kernels
             }
 
             unsigned char values[Stretch + VectorSize];
-            unsigned char ends
-                [1 + Stretch + VectorSize]; ///< places of the runs' last bytes, modulo 256, after that before the first
+            /// Places of the runs' last bytes, modulo 256, after that of the byte before the first run.
+            unsigned char ends[1 + Stretch + VectorSize];
             std::size_t count = 0;
             std::size_t end = 0;
             std::size_t place = 0; ///< up to which the input has been looked at
@@ -139,8 +140,7 @@ namespace RasterOutput::Kernels
             HWY_INLINE TokenMap(const Elements& elements, bool isOpen)
                 : size(elements.Count())
             {
-                std::uint64_t before =
-                    ~std::uint64_t{0}; // whether an element is a run, the last one in the highest bit
+                std::uint64_t before = ~std::uint64_t{0}; // `here` of the word before; what comes first begins a token
                 for (std::size_t word = 0; word * VectorSize <= size; ++word)
                 {
                     const std::uint64_t here =

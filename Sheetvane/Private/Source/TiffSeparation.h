@@ -39,7 +39,8 @@ namespace Sheetvane
     };
 
     /// Writes the view as its separations, each one: BeginSeparation if this is its first part, each line through one buffer,
-    /// EndSeparation if it is its last. Needs a painter within a surface. Throws as ReadTiffGeometry, TiffLineNotRead, what the painter throws, and std::bad_alloc.
+    /// EndSeparation if it is its last. Needs a painter within a surface. Throws as ReadTiffGeometry, TiffLineNotRead, what the
+    /// painter throws, and std::bad_alloc.
     /// The separation is not ended then.
     void ConvertSeparations(RasterOutput::CIP3Painter& painter, const TiffView& tiff);
 
