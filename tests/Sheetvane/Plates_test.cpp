@@ -97,20 +97,6 @@ namespace SheetvaneTest
         EXPECT_EQ(Written(), asTheyAre);
     }
 
-    TEST_F(Plates, AnyNumberOfThreadsWritesTheSameBytes)
-    {
-        AddSheet("S1", Files({Plate("a"), Plate("b"), Plate("c", 72), Plate("d")}), Files({Plate("e")}));
-        AddSheet("S2", {}, Files({Plate("f"), Plate("g"), Plate("h", 200), Plate("i")}));
-        converter.SetPreviewResolution(50.8, 300);
-        converter.SetOrientation(1, SheetvaneConverter::BackSide, SheetvaneConverter::Rotate270);
-        const std::string byOne = Written();
-        for (const unsigned int threads : {2u, 3u, 8u, 256u})
-        {
-            converter.SetThreads(threads);
-            EXPECT_EQ(Written(), byOne) << threads;
-        }
-    }
-
     TEST_F(Plates, FewerThanThreadsAreReadInPartsAndFailAsOne)
     {
         TestSupport::TiffForm form;

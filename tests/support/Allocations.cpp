@@ -31,7 +31,6 @@ namespace TestSupport
         constexpr long Never = std::numeric_limits<long>::max();
 
         std::atomic<long> count = 0;
-        std::atomic<long> alignedCount = 0;
         std::atomic<long> live = 0;
         std::atomic<long> firstFailing = Never;
         std::atomic<long> lastFailing = Never;
@@ -39,7 +38,6 @@ namespace TestSupport
         void Order(long first, long last)
         {
             count = 0;
-            alignedCount = 0;
             firstFailing = first;
             lastFailing = last;
         }
@@ -92,11 +90,6 @@ namespace TestSupport
         return count;
     }
 
-    long AlignedAllocationCount()
-    {
-        return alignedCount;
-    }
-
     bool AllocationHasFailed()
     {
         return count >= firstFailing;
@@ -136,7 +129,6 @@ extern "C"
 
     void* memalign(std::size_t alignment, std::size_t size)
     {
-        ++TestSupport::alignedCount;
         return Fails() ? nullptr : Counted(SYSTEM(memalign)(alignment, size));
     }
 

@@ -11,9 +11,6 @@ namespace TestSupport
     /// Allocations since the last order.
     long AllocationCount();
 
-    /// Those of them that ask for an alignment of their own.
-    long AlignedAllocationCount();
-
     /// True if the order has made an allocation fail by now.
     bool AllocationHasFailed();
 
