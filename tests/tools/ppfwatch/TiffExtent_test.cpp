@@ -14,12 +14,8 @@ namespace PpfWatchTest
         using PpfWatch::ExtentOfTiff;
         using PpfWatch::TiffExtent;
 
-        std::string SmallTiff(TestSupport::TiffForm form = {})
+        std::string Tiff(const TestSupport::TiffForm& form = {})
         {
-            form.width = 4;
-            form.height = 2;
-            form.rowsPerStrip = 1;
-            form.resolution = 2;
             return TestSupport::MakeTiff(form, TestSupport::MixedSamples(form.bits));
         }
 
@@ -38,7 +34,7 @@ namespace PpfWatchTest
                 TestSupport::TiffForm form;
                 form.bigEndian = isBigEndian;
                 form.bigTiff = isBigTiff;
-                const std::string whole = SmallTiff(form);
+                const std::string whole = Tiff(form);
                 for (std::size_t size = 0; size < whole.size(); ++size)
                 {
                     ASSERT_EQ(ExtentOf(whole.substr(0, size)), TiffExtent::Growing)
@@ -51,7 +47,7 @@ namespace PpfWatchTest
         TEST_F(TiffExtentTest, FilledFileIsNotThereBeforeItsDirectoryIs)
         {
             // Some copiers make a file in its full size first.
-            std::string bytes = SmallTiff();
+            std::string bytes = Tiff();
             bytes.replace(8, bytes.size() - 8, bytes.size() - 8, '\0');
             EXPECT_NE(ExtentOf(bytes), TiffExtent::Whole);
             bytes.replace(4, 4, 4, '\0');
@@ -71,7 +67,7 @@ namespace PpfWatchTest
 
         TEST_F(TiffExtentTest, DirectoriesInACircleEnd)
         {
-            TestSupport::TiffEditor editor(SmallTiff());
+            TestSupport::TiffEditor editor(Tiff());
             editor.SetNext(editor.DirectoryOffset());
             EXPECT_EQ(ExtentOf(editor.Bytes()), TiffExtent::Whole);
             editor.SetNext(65544);
