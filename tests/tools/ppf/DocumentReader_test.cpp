@@ -34,16 +34,6 @@ namespace PpfTest
             return text;
         }
 
-        std::string Repeated(const std::string& text, int times)
-        {
-            std::string all;
-            for (int i = 0; i < times; ++i)
-            {
-                all += text;
-            }
-            return all;
-        }
-
         TEST(DocumentReader, LineEndsOfEveryKindReadAlike)
         {
             for (const std::string lineEnd : {"\r", "\r\n", "\n\n", " \t\r\n"})

@@ -70,6 +70,16 @@ namespace PpfTest
         return Separation(width, height, "None", "ASCIIHexDecode", digits, entries);
     }
 
+    std::string Repeated(const std::string& text, int times)
+    {
+        std::string all;
+        for (int i = 0; i < times; ++i)
+        {
+            all += text;
+        }
+        return all;
+    }
+
     RandomRuns::RandomRuns(std::size_t size)
     {
         std::minstd_rand random(3);

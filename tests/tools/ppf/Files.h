@@ -29,6 +29,9 @@ namespace PpfTest
     /// The same, uncompressed in hexadecimal digits.
     std::string HexPixels(int width, int height, const std::string& digits, const std::string& entries = "");
 
+    /// `times` times the text.
+    std::string Repeated(const std::string& text, int times);
+
     /// Run-length data in runs and literals of every length, and the bytes that it stands for, without its end mark.
     struct RandomRuns
     {

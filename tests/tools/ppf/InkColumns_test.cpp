@@ -37,9 +37,7 @@ namespace PpfTest
 
         TEST(InkColumns, LastZoneOfAWidthMayBeNarrower)
         {
-            const InkColumns ink = {{255, 0, 0, 255, 255}, 1};
             EXPECT_THAT(EdgesOfZones(5, 2), ElementsAre(0, 2, 4, 5));
-            EXPECT_THAT(ink.Zones(EdgesOfZones(5, 2)), ElementsAre(50, 50, 100));
             EXPECT_THAT(EdgesOfZones(5, 8), ElementsAre(0, 5));
             // Ten zones of a tenth: rounding makes no eleventh.
             EXPECT_THAT(EdgesOfZones(630, 63.000000000000014 - 3e-14), SizeIs(11));
@@ -47,11 +45,7 @@ namespace PpfTest
 
         TEST(InkColumns, ManyRowsDoNotOverflow)
         {
-            std::string tokens;
-            for (int i = 0; i < 70000; ++i)
-            {
-                tokens += std::string("\x01\xFF\x01", 3);
-            }
+            const std::string tokens = Repeated(std::string("\x01\xFF\x01", 3), 70000);
             const Measurement measurement =
                 MeasureOf(Separation(2, 70000, "RunLengthDecode", "Binary", tokens + "\x80"));
             EXPECT_THAT(measurement.inks[0].sums, ElementsAre(255u * 70000, 70000u));
@@ -61,13 +55,8 @@ namespace PpfTest
         {
             const auto wide = [](int width)
             {
-                constexpr int Run = 128;
-                std::string tokens;
-                for (int column = 0; column < width; column += Run)
-                {
-                    tokens += "81ff";
-                }
-                return Separation(width, 1, "RunLengthDecode", "ASCIIHexDecode", tokens + "80>");
+                const std::string runs = Repeated("81ff", (width + 127) / 128);
+                return Separation(width, 1, "RunLengthDecode", "ASCIIHexDecode", runs + "80>");
             };
             EXPECT_DOUBLE_EQ(MeasureOf(wide(5 << 20)).inks.at(0).Coverage(), 100);
             EXPECT_THROW(MeasureOf(wide((5 << 20) + 128)), FormatError);

@@ -171,11 +171,7 @@ namespace PpfInfoTest
                 DistinctNames({"", "a\nb", "a_b", "", std::string(1023, 'y'), std::string(1024, 'y')}, NameForm::Text),
                 ElementsAre("_", "a_b_2", "a_b", "__2", std::string(1023, 'y'), std::string(1021, 'y') + "_2"));
             // Cut where characters are.
-            std::string umlauts;
-            for (int i = 0; i < 100; ++i)
-            {
-                umlauts += "\xC3\xBC";
-            }
+            const std::string umlauts = PpfTest::Repeated("\xC3\xBC", 100);
             EXPECT_EQ(JobIdOf(umlauts, NameForm::Text).substr(0, 92), umlauts.substr(0, 92));
         }
     }
