@@ -25,4 +25,14 @@ namespace RasterOutputTest
             EXPECT_STREQ(failure.ModuleName(), "Raster Ouptput framework");
         }
     }
+
+    TEST(TarnelException, MessageIsTheTextUnlessTranslated)
+    {
+        struct Untranslated : Tarnel::Exception
+        {
+            const char* what() const noexcept override { return "as it is"; }
+            const char* ModuleName() const noexcept override { return "test"; }
+        };
+        EXPECT_EQ(Untranslated().LocalisedMessage(), "as it is");
+    }
 }

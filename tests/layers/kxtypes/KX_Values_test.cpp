@@ -14,7 +14,8 @@ namespace KxTypesTest
         {
         };
         using ValueClasses = testing::Types<
-            KX_TString, KX_TURL, KX_TDouble, KX_TFloat, KX_TInt32, KX_TUInt32, KX_TBool, KX_TArray, KX_TList, KX_TDict>;
+            KX_TString, KX_TURL, KX_TDouble, KX_TFloat, KX_TInt32, KX_TUInt32, KX_TBool, KX_TArray, KX_TList, KX_TDict,
+            KX_EException>;
         TYPED_TEST_SUITE(ValueClass, ValueClasses, );
 
         template <class Number>
