@@ -154,8 +154,8 @@ namespace Sheetvane
 
         /// How many files are read side by side where they are reduced: CreateCIP3File starts at most `count` threads of its
         /// own for it, 1 to 256, and ends them before it returns. They hold at most `count` finished previews ahead; all
-        /// channels of a page that is decoded once count as one. Where there are fewer files than threads, each is read in two
-        /// parts if its strips allow it. File and failures are those of one thread. 1, the default, starts none.
+        /// channels of a page that is decoded once count as one. File and failures are those of one thread. 1, the default,
+        /// starts none.
         ///
         /// "Invalid number of threads": nothing has changed.
         void SetThreads(unsigned int count);

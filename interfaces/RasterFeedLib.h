@@ -95,18 +95,13 @@ struct RasterFeedSelection
     /// reduced-resolution image nor a mask, which has to be one ink.
     std::uint32_t page = 0;
     std::uint32_t channel = 0;
-
-    /// Of the view's lines those of one part, as if they were all: `part`, counted from 0, of `parts` of about as many lines
-    /// each. The parts may be read side by side, by a reader each; a description says how many there may be.
-    std::uint32_t part = 0;
-    std::uint32_t parts = 1;
 };
 
 /// Makes header and lines those of the view that `selection` describes; without this call they are those of the upright
 /// image. At most once per reader, before RasterFeedHeader; the reader keeps a copy. 0 on success; anything else for a
-/// resolution that is negative, infinite or not a number, an orientation that is none of the eight, a part that is none of
-/// the parts, and a call out of order, after which the reader accepts RasterFeedEnd alone. Whether the file has the page and
-/// channel, and the view so many parts, shows in RasterFeedHeader.
+/// resolution that is negative, infinite or not a number, an orientation that is none of the eight, and a call out of
+/// order, after which the reader accepts RasterFeedEnd alone. Whether the file has the page and channel shows in
+/// RasterFeedHeader.
 ///
 /// A reduced image of an image of W x H pixels at X x Y pixels per inch has max(1, floor(W / cx + 1/2)) columns, cx being X
 /// / resolution; column i reaches from e(i) to e(i + 1), e(i) = floor(i x cx x 65536 + 1/2), in 1/65536 of an input column;
@@ -154,10 +149,6 @@ struct RasterFeedDescription
 
     /// Whether RasterFeedSelectChannels decodes once for several channels of this view.
     bool sharesDecoding;
-
-    /// Into how many parts the view may be divided: more than 1 where it is reduced, and a part is decoded with little of what
-    /// comes before it.
-    std::uint32_t mostParts;
 
     std::string reason; ///< one line: the file, what was found, what is accepted; empty if accepted
 };

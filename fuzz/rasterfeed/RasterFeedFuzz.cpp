@@ -185,8 +185,6 @@ namespace RasterFeedFuzz
             {
                 RasterFeedSelection selection = ChooseSelection(view);
                 selection.page = whole.page;
-                selection.parts = size % 4 == 0 ? 2 : 1;
-                selection.part = size % 8 == 0 ? selection.parts - 1 : 0;
                 ReadView(bytes, faults, selection, channels);
             }
         }

@@ -18,13 +18,6 @@ namespace RasterFeed
         return std::clamp<std::int64_t>(edge, 0, pixels * EdgeUnits);
     }
 
-    /// Some of a row of cells.
-    struct CellRange
-    {
-        std::uint32_t first;
-        std::uint32_t end; ///< after the last
-    };
-
     /// The edges of a row of cells, ascending: from the first pixel's near edge, in 1/65536 of a pixel. More than 2^58 units are
     /// taken for 2^58.
     class CellEdges

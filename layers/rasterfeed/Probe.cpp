@@ -130,7 +130,6 @@ namespace RasterFeed
                 const View& view = reader.Shown();
                 description.isReduced = view.isReduced;
                 description.sharesDecoding = reader.SharesDecoding();
-                description.mostParts = reader.MostParts();
                 description.inputWidth = view.across.pixels;
                 description.inputHeight = view.down.pixels;
                 description.inputAcross = view.across.resolution;

@@ -9,7 +9,7 @@ namespace RasterFeed
 {
     ReducedLines::ReducedLines(
         RowOrder imageRows, const SeparationForm& form, const std::vector<unsigned>& samples, const CellEdges& columns,
-        const CellEdges& lines, bool fromRight, CellRange made)
+        const CellEdges& lines, bool fromRight)
         : rows(std::move(imageRows))
         , edges(lines)
         , cells(columns.Cells())
@@ -17,13 +17,7 @@ namespace RasterFeed
         , isMirrored(fromRight)
         , sums(MakeCellSums(form, samples, columns, edges.GreatestCell()))
         , space(new unsigned char[static_cast<std::size_t>(form.RowBytes())])
-        , left(made)
     {
-        if (left.first > 0)
-        {
-            const auto first = static_cast<std::uint32_t>(InsideImage(edges[left.first], rows.Height()) >> EdgeBits);
-            rows.SkipTo(first - first % form.chunkHeight);
-        }
     }
 
     void ReducedLines::NextRow()
@@ -33,12 +27,12 @@ namespace RasterFeed
 
     void ReducedLines::Next(unsigned char* line, std::size_t pitch)
     {
-        if (left.first >= left.end)
+        if (done >= edges.Cells())
         {
             throw Refusal("no line is left; as many are read as there are");
         }
-        const std::int64_t begin = edges[left.first];
-        const std::int64_t end = edges[left.first + 1];
+        const std::int64_t begin = edges[done];
+        const std::int64_t end = edges[done + 1];
         const std::int64_t last = InsideImage(end, rows.Height());
         for (std::int64_t at = InsideImage(begin, rows.Height()); at < last;)
         {
@@ -57,9 +51,9 @@ namespace RasterFeed
         {
             std::reverse(line + i * pitch, line + i * pitch + cells);
         }
-        ++left.first;
+        ++done;
         // Rows after the last cell count for nothing but damage.
-        while (left.first == edges.Cells() && rows.Taken() < rows.Height())
+        while (done == edges.Cells() && rows.Taken() < rows.Height())
         {
             NextRow();
         }

@@ -16,11 +16,10 @@ namespace RasterFeed
     {
     public:
         /// `columns` and `lines` are the cells along the rows and across them, the latter in the order in which rows are read.
-        /// `samples`: the channels, of those that are stored together. `isMirrored`: lines run from right to left. Of all lines
-        /// those in `made` are made.
+        /// `samples`: the channels, of those that are stored together. `isMirrored`: lines run from right to left.
         ReducedLines(
             RowOrder rows, const SeparationForm& form, const std::vector<unsigned>& samples, const CellEdges& columns,
-            const CellEdges& lines, bool isMirrored, CellRange made);
+            const CellEdges& lines, bool isMirrored);
 
         void Next(unsigned char* line, std::size_t pitch) override;
 
@@ -35,6 +34,6 @@ namespace RasterFeed
         std::unique_ptr<CellSums> sums;
         std::unique_ptr<unsigned char[]> space; ///< holds a row, if its source does not
         const unsigned char* row = nullptr;     ///< the row that was read last
-        CellRange left;                         ///< the lines that are not made yet
+        std::size_t done = 0;                   ///< lines
     };
 }

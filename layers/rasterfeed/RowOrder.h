@@ -17,9 +17,6 @@ namespace RasterFeed
         std::uint32_t Taken() const { return taken; }   ///< rows
         std::uint32_t Height() const { return height; } ///< rows
 
-        /// Goes on to row `row` without those before it, from where its source can begin: a strip or tile's first row.
-        void SkipTo(std::uint32_t row) { taken = row; }
-
         /// The next row, as RowSource::Row gives it. Throws Refusal as that does, with the line in front, and after the last
         /// row.
         const unsigned char* Next(unsigned char* space);

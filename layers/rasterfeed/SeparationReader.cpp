@@ -65,10 +65,6 @@ namespace RasterFeed
             }
             view = ChooseView(forms.front(), selection);
             CheckHeldSize(view);
-            if (selection.parts > MostParts())
-            {
-                throw Refusal("a view of " + std::to_string(MostParts()) + " parts; it has to be divided into no more");
-            }
             file->UseCodec();
             BeginLines();
         }
@@ -77,15 +73,6 @@ namespace RasterFeed
             throw Refusal(Place() + refusal.what());
         }
         units = ExpressWidth(Width(), view.resolution);
-    }
-
-    std::uint32_t SeparationReader::MostParts() const
-    {
-        constexpr std::uint32_t ChunksOfPart =
-            4; // a part begins with the strip or tiles in which the one before it ends
-        const SeparationForm& form = forms.front();
-        const bool hasParts = view.isReduced && forms.size() == 1 && !IsHeld(form, view);
-        return hasParts ? std::clamp(form.ChunksDown() / ChunksOfPart, 1U, view.down.cells) : 1;
     }
 
     void SeparationReader::BeginLines()
@@ -120,8 +107,7 @@ namespace RasterFeed
         {
             lines = std::make_unique<ReducedLines>(
                 std::move(rows), form, samples, EdgesOf(columns, view.turn.flipsColumns),
-                EdgesOf(down, view.turn.flipsRows && isHeld), view.turn.flipsColumns,
-                isHeld ? CellRange{0, down.cells} : view.lines);
+                EdgesOf(down, view.turn.flipsRows && isHeld), view.turn.flipsColumns);
         }
         else
         {

@@ -32,12 +32,9 @@ namespace RasterFeed
         /// Whether one decoding serves several channels of the view.
         bool SharesDecoding() const { return view.isReduced && forms.front().samples > 1; }
 
-        /// Into how many parts the view may be divided, each of which is decoded with little of what comes before it.
-        std::uint32_t MostParts() const;
-
         const View& Shown() const { return view; }
-        std::uint32_t Width() const { return view.across.cells; }                  ///< pixels of a line
-        std::uint32_t Height() const { return view.lines.end - view.lines.first; } ///< lines
+        std::uint32_t Width() const { return view.across.cells; } ///< pixels of a line
+        std::uint32_t Height() const { return view.down.cells; }  ///< lines
         const WidthInUnits& Units() const { return units; }
 
         /// Writes the next line, Width() bytes, to `line`: Height() lines of each channel.

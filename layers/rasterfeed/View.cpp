@@ -8,12 +8,6 @@ namespace RasterFeed
 {
     namespace
     {
-        /// Where part `part` of `parts` of `lines` lines begins.
-        std::uint32_t PartBegin(std::uint32_t lines, std::uint32_t part, std::uint32_t parts)
-        {
-            return static_cast<std::uint32_t>(std::uint64_t{lines} * part / parts);
-        }
-
         void Reduce(ViewSide& side, double resolution)
         {
             side.pixelsPerCell = side.resolution / resolution;
@@ -31,7 +25,7 @@ namespace RasterFeed
             }
         }
         return selection.orientation >= RasterFeedOrientation::Rotate0 &&
-               selection.orientation <= RasterFeedOrientation::Flip270 && selection.part < selection.parts;
+               selection.orientation <= RasterFeedOrientation::Flip270;
     }
 
     View ChooseView(const SeparationForm& form, const RasterFeedSelection& selection)
@@ -59,9 +53,6 @@ namespace RasterFeed
             Reduce(view.down, selection.resolution);
             view.resolution = selection.resolution;
         }
-        view.lines = {
-            PartBegin(view.down.cells, selection.part, selection.parts),
-            PartBegin(view.down.cells, selection.part + 1, selection.parts)};
         return view;
     }
 }

@@ -2,7 +2,6 @@
 // selection meets what a file says.
 #pragma once
 
-#include "rasterfeed/CellEdges.h"
 #include "rasterfeed/SeparationForm.h"
 #include "rasterfeed/Turn.h"
 
@@ -28,7 +27,6 @@ namespace RasterFeed
         bool isReduced = false;
         ViewSide across;       ///< of the turned image
         ViewSide down;         ///< of the turned image
-        CellRange lines = {};  ///< that are delivered
         double resolution = 0; ///< of the view across, pixels per inch
     };
 

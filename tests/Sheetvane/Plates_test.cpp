@@ -3,7 +3,6 @@
 #include "tests/Sheetvane/Failures.h"
 #include "tests/Sheetvane/Values.h"
 #include "tests/support/Folder.h"
-#include "tests/support/TiffEditor.h"
 #include "tests/support/TiffMaker.h"
 
 #include <Sheetvane/SheetvaneConverter.h>
@@ -110,28 +109,6 @@ namespace SheetvaneTest
         const std::string turned = Written();
         EXPECT_EQ(Surface(turned, "Front"), Surface(plain, "Front"));
         EXPECT_NE(Surface(turned, "Back"), Surface(plain, "Back"));
-    }
-
-    TEST_F(Plates, FewerThanThreadsAreReadInPartsAndFailAsOne)
-    {
-        TestSupport::TiffForm form;
-        form.height = 120;
-        form.compression = COMPRESSION_ADOBE_DEFLATE;
-        form.resolution = 600;
-        const std::string plate = TestSupport::MakeTiff(form, TestSupport::MixedSamples(8));
-        const std::string path = folder.Write("plate.tif", plate);
-        AddSheet("S1", Files({path, Plate("b", 72), path}), Files({Plate("c")}));
-        converter.SetPreviewResolution(50.8, 0);
-        const std::string byOne = Written();
-        converter.SetThreads(9);
-        EXPECT_EQ(Written(), byOne);
-
-        // The last strip is of the second part of each.
-        std::string damaged = plate;
-        const TestSupport::TiffEditor directory(plate);
-        damaged[directory.Get(TIFFTAG_STRIPOFFSETS, 23)] = '\xff';
-        folder.Write("plate.tif", damaged);
-        EXPECT_EQ(Convert(), "Problem converting TIFF files to CIP3");
     }
 
     TEST_F(Plates, InksOfOneFileAreThoseOfAFileForEach)

@@ -73,20 +73,19 @@ namespace Sheetvane
             {
             }
 
-            /// Writes the next separations of a surface, those that are read together, or a part of one. Gives how many are
-            /// written whole by it.
+            /// Writes the next separations of a surface, those that are read together, and gives how many.
             std::size_t WriteNext(CIP3Painter& painter)
             {
                 const TiffView& tiff = tiffs.at(next++);
                 if (const std::unique_ptr<Preview> preview = previews.Take())
                 {
-                    ConvertPreview(painter, tiff, *preview);
+                    ConvertPreview(painter, *preview);
                 }
                 else
                 {
                     ConvertSeparations(painter, tiff);
                 }
-                return tiff.IsLastPart() ? tiff.Separations() : 0;
+                return tiff.Separations();
             }
 
         private:
@@ -100,26 +99,7 @@ namespace Sheetvane
                         AppendTiffs(all, surface);
                     }
                 }
-                return isReadAhead && all.size() < job.threads ? PartsOf(all) : all;
-            }
-
-            /// Two parts in place of each that can be divided, for threads that would have nothing to do: not as many as there
-            /// are threads, since each keeps a reader's memory.
-            static std::vector<TiffView> PartsOf(const std::vector<TiffView>& all)
-            {
-                std::vector<TiffView> parts;
-                for (TiffView tiff : all)
-                {
-                    const bool isSingle = tiff.Separations() == 1;
-                    if (isSingle && RasterFeedProbe(tiff.path, RasterFeedDepth::Header, tiff.view).mostParts >= 2)
-                    {
-                        tiff.view.parts = 2;
-                        parts.push_back(tiff);
-                        tiff.view.part = 1;
-                    }
-                    parts.push_back(tiff);
-                }
-                return parts;
+                return all;
             }
 
             void AppendTiffs(std::vector<TiffView>& all, const Surface& surface) const

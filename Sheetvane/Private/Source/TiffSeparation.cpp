@@ -57,22 +57,6 @@ namespace Sheetvane
             }
         }
 
-        void Begin(RasterOutput::CIP3Painter& painter, const TiffView& tiff)
-        {
-            if (tiff.view.part == 0)
-            {
-                painter.BeginSeparation();
-            }
-        }
-
-        void End(RasterOutput::CIP3Painter& painter, const TiffView& tiff)
-        {
-            if (tiff.IsLastPart())
-            {
-                painter.EndSeparation();
-            }
-        }
-
         /// One planar line of `length` 8-bit pixels at `bytes`. A length above the largest signed width wraps: only the
         /// range of bytes says how long the line is.
         RasterOutput::ScanLineRef LineIn(unsigned char* bytes, std::uint32_t length)
@@ -112,7 +96,7 @@ namespace Sheetvane
         const std::size_t separations = tiff.Separations();
         for (std::size_t index = 0; index < separations; ++index)
         {
-            Begin(painter, tiff);
+            painter.BeginSeparation();
             const std::unique_ptr<unsigned char[]> buffer(new unsigned char[header.lineLength]); // content undetermined
             const RasterOutput::ScanLineRef line = LineIn(buffer.get(), header.lineLength);
             for (std::uint32_t count = 0; count < header.lineCount; ++count)
@@ -120,7 +104,7 @@ namespace Sheetvane
                 ReadLine(reader, buffer.get());
                 painter.ProcessScanLine(line);
             }
-            End(painter, tiff);
+            painter.EndSeparation();
         }
     }
 
@@ -155,19 +139,19 @@ namespace Sheetvane
         return preview;
     }
 
-    void ConvertPreview(RasterOutput::CIP3Painter& painter, const TiffView& tiff, Preview& preview)
+    void ConvertPreview(RasterOutput::CIP3Painter& painter, Preview& preview)
     {
         RasterOutput::ScanLineRef line = LineIn(preview.Line(0), preview.lineLength);
         for (std::size_t index = 0; index < preview.separations; ++index)
         {
-            Begin(painter, tiff);
+            painter.BeginSeparation();
             for (std::uint32_t count = 0; count < preview.lineCount; ++count)
             {
                 unsigned char* const bytes = preview.Line(index * preview.lineCount + count);
                 line[0].SetRange(bytes, bytes + preview.lineLength);
                 painter.ProcessScanLine(line);
             }
-            End(painter, tiff);
+            painter.EndSeparation();
         }
     }
 }

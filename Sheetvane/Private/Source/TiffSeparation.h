@@ -27,20 +27,18 @@ namespace Sheetvane
         double& resolution);
 
     /// What is read of one file at a time: the view of one separation or, where there are `channels`, one of each of them in
-    /// turn, which are read together. A separation may be divided into parts, which are read each by itself.
+    /// turn, which are read together.
     struct TiffView
     {
         const std::string& path;
         RasterFeedSelection view;
         std::vector<std::uint32_t> channels; ///< of the view's page, from 1, in place of its own
 
-        bool IsLastPart() const { return view.part + 1 == view.parts; }
         std::size_t Separations() const { return channels.empty() ? 1 : channels.size(); }
     };
 
-    /// Writes the view as its separations, each one: BeginSeparation if this is its first part, each line through one buffer,
-    /// EndSeparation if it is its last. Needs a painter within a surface. Throws as ReadTiffGeometry, TiffLineNotRead, what the
-    /// painter throws, and std::bad_alloc.
+    /// Writes the view as its separations, each one: BeginSeparation, each line through one buffer, EndSeparation. Needs a
+    /// painter within a surface. Throws as ReadTiffGeometry, TiffLineNotRead, what the painter throws, and std::bad_alloc.
     /// The separation is not ended then.
     void ConvertSeparations(RasterOutput::CIP3Painter& painter, const TiffView& tiff);
 
@@ -48,6 +46,6 @@ namespace Sheetvane
     /// take more than 256 MiB, and once `isEnding` is seen. Throws as ConvertSeparations does, on any thread.
     std::unique_ptr<Preview> ReadPreview(const TiffView& tiff, const std::atomic<bool>& isEnding);
 
-    /// Writes `preview`, which was read of `tiff`, as ConvertSeparations does. Its bytes are changed.
-    void ConvertPreview(RasterOutput::CIP3Painter& painter, const TiffView& tiff, Preview& preview);
+    /// Writes `preview` as its separations, as ConvertSeparations does. Its bytes are changed.
+    void ConvertPreview(RasterOutput::CIP3Painter& painter, Preview& preview);
 }
