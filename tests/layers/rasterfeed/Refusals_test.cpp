@@ -104,6 +104,7 @@ namespace RasterFeedTest
         ExpectRefused(
             WithValue(TIFFTAG_PREDICTOR, 2, predicted),
             "predictor 2 of 4 bits per sample; 1, and 2 of 8 or 16 bits, are accepted");
+        ExpectRefused(WithValue(TIFFTAG_IMAGEDEPTH, 2), "2 planes in depth; a separation has one");
     }
 
     TEST(Refusals, SizesThatOverflow)
