@@ -1,5 +1,6 @@
 #include "ppfwatch/FolderLook.h"
 
+#include "host/Failure.h"
 #include "host/Paths.h"
 #include "job/InkSet.h"
 
@@ -8,6 +9,7 @@
 #include <climits>
 #include <filesystem>
 #include <memory>
+#include <utility>
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -186,17 +188,23 @@ namespace PpfWatch
 
     std::vector<std::string> FolderLook::FilesOfSet(const std::string& pattern)
     {
-        std::vector<std::string> names;
-        const OpenFolder folder(opendir(Host::FolderOf(PathOf(pattern)).c_str()));
         const std::string place = pattern.substr(0, pattern.rfind('/') + 1);
-        while (const dirent* const entry = folder ? NextEntry(folder.get()) : nullptr)
+        std::vector<std::string> files;
+        try
         {
-            const std::string name = place + entry->d_name;
-            if (Jobs::IsInSet(pattern, name) && Look(name))
+            for (const std::string& name : Host::NamesInFolder(Host::FolderOf(PathOf(pattern))))
             {
-                names.push_back(name);
+                std::string file = place + name;
+                if (Jobs::IsInSet(pattern, file) && Look(file))
+                {
+                    files.push_back(std::move(file));
+                }
             }
         }
-        return names;
+        catch (const Host::Failure&)
+        {
+            // The conversion of a job that wants files of this folder says so, and fails.
+        }
+        return files;
     }
 }

@@ -44,7 +44,7 @@ namespace PpfWatch
         virtual TiffExtent ExtentOf(const std::string& name) = 0;
         /// What a job file names, as names of this folder. None if it is not JSON.
         virtual std::optional<JobFileNames> NamesIn(const std::string& jobFile) = 0;
-        /// The files of a set that lies in another folder.
+        /// The files of a set that lies in another folder; none if that cannot be read.
         virtual std::vector<std::string> FilesOfSet(const std::string& pattern) = 0;
     };
 
