@@ -1,5 +1,5 @@
 // A row of a CCITT image from its runs. It stands apart because libtiff calls it in place of its own, which sets the row byte by
-// byte and run by run. That is two fifths of decoding a halftone, of 28000 x 40000 pixels 0.36 s of 0.89; this takes 0.16 s.
+// byte and run by run. That is two fifths of decoding a halftone, of 28000 x 40000 pixels 0.36 s of 0.89; this takes 0.13 s.
 #pragma once
 
 #include <cstdint>
